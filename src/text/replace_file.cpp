@@ -1,0 +1,150 @@
+#include "text/replace_file.h"
+
+#include <cerrno>
+#include <system_error>
+
+#if __has_include(<unistd.h>)
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace tarvo {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void refuse(const fs::path& path, std::error_code reason)
+{
+    throw std::system_error(reason, "cannot write " + path.string());
+}
+
+std::error_code last_error()
+{
+    return {errno, std::generic_category()};
+}
+
+// Follows the links of the last component, also to a file that is not there yet.
+fs::path resolved_links(fs::path path)
+{
+    constexpr int kMostLinks = 40;
+    std::error_code no_link;
+    for (int links = 0; fs::is_symlink(path, no_link); ++links) {
+        if (links == kMostLinks) refuse(path, std::make_error_code(std::errc::too_many_symbolic_link_levels));
+        path = path.parent_path() / fs::read_symlink(path); // an absolute link takes the folder's place
+    }
+    return path;
+}
+
+void refuse_what_cannot_be_replaced(const fs::path& path)
+{
+    std::error_code reason;
+    const fs::file_status status = fs::status(path, reason);
+    if (status.type() == fs::file_type::not_found) return;
+    if (!fs::exists(status)) refuse(path, reason);
+    if (fs::is_directory(status)) refuse(path, std::make_error_code(std::errc::is_a_directory));
+    if (!fs::is_regular_file(status)) refuse(path, std::make_error_code(std::errc::operation_not_supported));
+
+    // Renaming needs no right to write the old file, so a write-protected one would be lost without this.
+    std::FILE* const writable = std::fopen(path.string().c_str(), "rb+");
+    if (writable == nullptr) refuse(path, last_error());
+    std::fclose(writable);
+}
+
+#if __has_include(<unistd.h>)
+
+std::string process_suffix()
+{
+    return "." + std::to_string(getpid());
+}
+
+bool flush_to_disk(std::FILE* file)
+{
+    return std::fflush(file) == 0 && fsync(fileno(file)) == 0;
+}
+
+// Makes the rename outlast a power cut. Some file systems cannot do it; what a crash leaves is whole all the same.
+void flush_folder(const fs::path& file)
+{
+    const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return;
+    fsync(descriptor);
+    close(descriptor);
+}
+
+#else
+
+std::string process_suffix()
+{
+    return {};
+}
+
+bool flush_to_disk(std::FILE* file)
+{
+    return std::fflush(file) == 0;
+}
+
+void flush_folder(const fs::path&) {}
+
+#endif
+
+// Two programs that write the same file have a temporary each; one left behind by a crash has no owner any more when
+// the same process number comes again.
+fs::path temporary_name(fs::path target)
+{
+    target += process_suffix() + ".tmp";
+    return target;
+}
+
+} // namespace
+
+FileReplacement::FileReplacement(const std::string& path) : target_(resolved_links(path))
+{
+    refuse_what_cannot_be_replaced(target_);
+    temporary_ = temporary_name(target_);
+    std::error_code ignored;
+    fs::remove(temporary_, ignored);
+    file_.reset(std::fopen(temporary_.string().c_str(), "wbx"));
+    if (file_ == nullptr) refuse(target_, last_error());
+    constexpr std::size_t kBufferSize = std::size_t{1} << 18;
+    std::setvbuf(file_.get(), nullptr, _IOFBF, kBufferSize);
+}
+
+FileReplacement::~FileReplacement()
+{
+    if (temporary_.empty()) return;
+    file_.reset();
+    std::error_code ignored;
+    fs::remove(temporary_, ignored);
+}
+
+void FileReplacement::write(std::string_view bytes)
+{
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) refuse(target_, last_error());
+}
+
+void FileReplacement::commit()
+{
+    if (!flush_to_disk(file_.get())) refuse(target_, last_error());
+    if (std::fclose(file_.release()) != 0) refuse(target_, last_error());
+
+    std::error_code ignored; // the old file may not exist, a file system may have no mode bits
+    const fs::file_status old_status = fs::status(target_, ignored);
+    if (fs::exists(old_status)) fs::permissions(temporary_, old_status.permissions(), ignored);
+
+    std::error_code reason;
+    fs::rename(temporary_, target_, reason);
+    if (reason) refuse(target_, reason);
+    temporary_.clear();
+    flush_folder(target_);
+}
+
+void replace_file(const std::string& path, std::string_view bytes)
+{
+    FileReplacement replacement(path);
+    replacement.write(bytes);
+    replacement.commit();
+}
+
+} // namespace tarvo

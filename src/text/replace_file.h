@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tarvo {
+
+// Writes a file so that whoever opens it, also after a crash, a power cut or a full disk, finds the old content or the
+// new one, whole: the bytes go to a temporary name in the same folder, are flushed to the disk and renamed over the old
+// file by commit(). Until then the old file is untouched; a replacement that is not committed removes its temporary.
+// The new file takes the mode bits of the old one, and a symbolic link stays a link to the file that is replaced.
+// Every failure throws std::system_error with the file's name and the system's reason.
+class FileReplacement {
+public:
+    // Refuses at once what could not be replaced: a folder, a device, a write-protected file, a folder that is not
+    // there.
+    explicit FileReplacement(const std::string& path);
+    FileReplacement(const FileReplacement&) = delete;
+    FileReplacement& operator=(const FileReplacement&) = delete;
+    ~FileReplacement();
+
+    void write(std::string_view bytes); // buffered: a full disk may show at a later write or at commit()
+    void commit();                      // the last call
+
+private:
+    struct CloseFile {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    std::filesystem::path target_;    // links resolved
+    std::filesystem::path temporary_; // empty once committed
+    std::unique_ptr<std::FILE, CloseFile> file_;
+};
+
+// The same in one call.
+void replace_file(const std::string& path, std::string_view bytes);
+
+} // namespace tarvo
