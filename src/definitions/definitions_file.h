@@ -1,0 +1,30 @@
+#pragma once
+
+#include "definitions/operator.h"
+#include "definitions/survey_definitions.h"
+
+#include <string>
+#include <string_view>
+
+namespace tarvo {
+
+struct DefinitionsReading {
+    int status = -1;     // 0: read; -1: refused, the operator has seen why
+    int version = 0;     // 1, 2 or 3; 0 when the first line was not recognised
+    int field_lines = 0; // field lines that the file announces
+};
+
+// Reads a definitions file into `definitions`. The header line number changes only when the file names one. A file that
+// is not a definitions file changes nothing; what was read before a later error keeps its new value.
+DefinitionsReading read_definitions(const std::string& file_name, SurveyDefinitions& definitions,
+                                    int& header_line_number, Operator& op);
+
+// Writes the definitions as a version 3.0 file, replacing the old one whole or not at all. Where sensor positions come
+// from lever arms, the coordinate columns become "N/A", in memory too. Returns 0, or -1 after telling the operator.
+int write_definitions(const std::string& file_name, SurveyDefinitions& definitions, int header_line_number,
+                      Operator& op);
+
+// "survey/line7.csv" gives "survey/line7.def".
+std::string definitions_file_name_for(std::string_view data_file_name);
+
+} // namespace tarvo

@@ -1,0 +1,59 @@
+#include "definitions/survey_definitions.h"
+
+#include "text/numbers.h"
+
+namespace tarvo {
+
+namespace {
+
+constexpr std::array<std::int32_t, number_of_field_slots + 1> kFieldColours = {
+    0, 0x0000FF, 0xFF0000, 0xFFFF00, 0x00FF00, 0x00FFFF, 0xFF00FF, 0xFF00FF, 0xFF00FF, 0xFF00FF, 0xFF00FF};
+
+} // namespace
+
+bool is_unused_name(std::string_view column_name)
+{
+    return column_name.empty() || column_name == "N/A";
+}
+
+void set_default_field_names(SurveyDefinitions& definitions)
+{
+    for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
+        FieldSlot& field = definitions.fields[slot];
+        if (field.name.empty()) field.name = kDefaultFieldNames[slot];
+        field.colour = kFieldColours[slot];
+    }
+}
+
+void fill_name_from_template(std::string_view template_text, int number, std::string& result)
+{
+    const std::size_t star = template_text.find('*');
+    if (star == std::string_view::npos) {
+        result = trimmed(template_text);
+        return;
+    }
+    std::string name(template_text.substr(0, star));
+    name += std::to_string(number);
+    name += template_text.substr(star + 1);
+    result = std::move(name);
+}
+
+void fill_using_template_number(SurveyDefinitions& definitions)
+{
+    for (std::int32_t number = 1; number <= definitions.number_of_sensors; ++number) {
+        SensorDefinition& sensor = definitions.sensors[static_cast<std::size_t>(number)];
+        for (std::size_t j = 1; j <= 3; ++j) {
+            if (definitions.components_per_sensor != 1) {
+                fill_name_from_template(definitions.component_templates[j], number, sensor.component_columns[j]);
+            }
+            if (definitions.read_sensor_location == 1) {
+                fill_name_from_template(definitions.coordinate_templates[j], number, sensor.coordinate_columns[j]);
+            }
+        }
+        if (definitions.components_per_sensor == 1) {
+            fill_name_from_template(definitions.component_templates[0], number, sensor.component_columns[1]);
+        }
+    }
+}
+
+} // namespace tarvo
