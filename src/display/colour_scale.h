@@ -1,0 +1,64 @@
+#pragma once
+
+#include "display/display_settings.h"
+#include "display/picture.h"
+#include "text/numbers.h"
+
+#include <array>
+#include <cstdint>
+
+namespace tarvo {
+
+// Red, green and blue fractions 0..1 of the colour scale's entries, one entry after the other: blue, cyan, green,
+// yellow, red, evenly spaced over the scale.
+inline constexpr std::int32_t kColourTableEntries = 5;
+inline constexpr std::array<float, 3 * kColourTableEntries> kColourTable = {0, 0, 1, //
+                                                                            0, 1, 1, //
+                                                                            0, 1, 0, //
+                                                                            1, 1, 0, //
+                                                                            1, 0, 0};
+
+inline constexpr float kColourScaleLower = 0.0F;
+inline constexpr float kColourScaleUpper = 1.0F;
+inline constexpr std::int32_t kColourScaleMode = 2; // colours between two entries are mixed linearly
+
+// Red, green and blue fractions of a scaled value: the table's entries are spread evenly from the lower to the upper
+// limit, a value outside of them takes the end colour. In a mode other than 2 an entry's colour holds up to the next.
+inline void CLCRGB(const float& scaled_value, const float& lower_limit, const float& upper_limit,
+                   const std::int32_t& mode, const std::int32_t& table_entries, const float* colour_table, float& red,
+                   float& green, float& blue)
+{
+    const auto last_entry = static_cast<float>(table_entries - 1);
+    float position = (scaled_value - lower_limit) / (upper_limit - lower_limit) * last_entry;
+    position = position > 0 ? position : 0; // also what is no number
+    position = position < last_entry ? position : last_entry;
+
+    const auto entry = static_cast<std::int32_t>(position);
+    const std::int32_t next = entry < table_entries - 1 ? entry + 1 : entry;
+    const float share = mode == kColourScaleMode ? position - static_cast<float>(entry) : 0.0F;
+    const float* const low = colour_table + 3 * entry;
+    const float* const high = colour_table + 3 * next;
+    red = low[0] + (high[0] - low[0]) * share;
+    green = low[1] + (high[1] - low[1]) * share;
+    blue = low[2] + (high[2] - low[2]) * share;
+}
+
+// The colour of a display value: yellow for a null. gradient_range: the display value that is red, at least 1.
+inline Colour value_colour(double display_value, double gradient_range)
+{
+    if (!is_valid_sensor(display_value)) return kYellow;
+    const auto scaled_value = static_cast<float>(display_value / gradient_range);
+    float red = 0;
+    float green = 0;
+    float blue = 0;
+    CLCRGB(scaled_value, kColourScaleLower, kColourScaleUpper, kColourScaleMode, kColourTableEntries,
+           kColourTable.data(), red, green, blue);
+    const auto whole = [](float fraction) { return static_cast<Colour>(rounded_pixel(fraction * 255.0F)); };
+    return whole(red) << 16 | whole(green) << 8 | whole(blue);
+}
+
+// The range adjusters: element 0 is the fine one, the others are coarse. value 1 narrows the range, any other widens
+// it. Coarse: by a factor, and the result becomes the reference; fine: by a fiftieth of the reference. Never below 1.
+void VScroll_TG_change(int index, int value, DisplaySettings& settings);
+
+} // namespace tarvo

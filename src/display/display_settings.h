@@ -1,0 +1,34 @@
+#pragma once
+
+#include "processing/settings_store.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tarvo {
+
+inline constexpr double kSmallestGradientRange = 1.0;
+
+// Ranges and tick spacings of the display. All are stored but the last, which goes with "GradientMaxRange".
+struct DisplaySettings {
+    std::int32_t timing_tick = 2;           // minutes between two time ticks of the track; none when below a sample
+    double track_axis_tick_spacing = 10.0;  // metres along the track
+    float track_axis_length = 100.0F;       // metres along the track that graphs, bars and highlighted section show
+    double elevation_max_range = 20.0;      // metres
+    double tmi_max_range = 1000.0;          // nT
+    double tmi_tick_spacing = 100.0;        // nT
+    double gradient_max_range = 10.0;       // the display value that takes the colour scale's last colour
+    double gradient_tick_spacing = 2.0;     // in units of the display value
+    double reference_gradient_range = 10.0; // sets the step of the fine range adjuster
+};
+
+// Takes a text as the value of the setting with this key. Refused: a text that is not numeric or not in the range of
+// its setting. The timing tick is rounded to a whole number, a gradient range below 1 becomes 1.
+SettingOutcome set_display_setting(DisplaySettings& settings, std::string_view key, std::string_view text);
+
+// The stored settings; what is not stored, or would be refused, keeps its default.
+DisplaySettings read_display_settings(const SettingsStore& store);
+void write_display_settings(const DisplaySettings& settings, SettingsStore& store);
+
+} // namespace tarvo

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "definitions/operator.h"
+#include "display/picture.h"
+#include "display/track_points.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace tarvo {
+
+// Pictures of a finished survey, drawn without a window. nullopt after a fault, which the operator has been shown.
+
+// The whole track on black, nothing over it.
+std::optional<Picture> whole_track_picture(const TrackScene& scene, int width, int height, Operator& op);
+
+// The same enlarged to zoom_percent (100 and below: the whole track), with a record in its middle. A record that is
+// not stored or has no position is a fault.
+std::optional<Picture> zoomed_track_picture(const TrackScene& scene, int width, int height, double zoom_percent,
+                                            std::int32_t record, Operator& op);
+
+// The colour bars of all sensors around a record, sensor 1 at the top, 40 pixels high each, without a gap, on black.
+// sensor_values: sensors 1.., element 0 unused; each the display values of records 1..count. A record that is not
+// stored leaves the bars black.
+std::optional<Picture> colour_bars_picture(const TrackScene& scene, std::span<const double* const> sensor_values,
+                                           int width, std::int32_t record, Operator& op);
+
+} // namespace tarvo

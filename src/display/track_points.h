@@ -1,0 +1,53 @@
+#pragma once
+
+#include "display/colour_scale.h"
+#include "display/display_settings.h"
+#include "display/picture.h"
+#include "processing/track_table.h"
+
+#include <cstdint>
+
+namespace tarvo {
+
+// What the track is drawn from. It owns nothing and holds as long as the sample store is not changed.
+struct TrackScene {
+    TrackTable track;
+    const double* display_values = nullptr; // of sensor 1, records 1..track.count; null while there are none
+    float sample_rate = 1.0F;               // stored samples per second
+    DisplaySettings settings;
+};
+
+// How one track point is marked: a filled square.
+struct PointMark {
+    Colour colour = kYellow;
+    int half_size = 1;
+};
+inline constexpr PointMark kTimeTick = {kGreen, 3};
+
+// Stored samples from one time tick to the next, 0 when there are none: the product in 32-bit floats, truncated.
+std::int64_t tick_step(float sample_rate, std::int32_t tick_minutes);
+
+PointMark point_mark(const TrackScene& scene, std::int32_t record);
+
+// From world coordinates in metres to pixels.
+struct PixelTransform {
+    double x_min = 0; // easting of pixel column 0
+    double y_max = 0; // northing of pixel row 0
+    double scale = 1; // pixels per metre at zoom 1
+    double zoom = 1;
+};
+
+// A place beyond every picture, a null position among them, is kept off it: see rounded_pixel.
+inline int pixel_x(const PixelTransform& transform, double easting)
+{
+    return rounded_pixel((easting - transform.x_min) * transform.scale * transform.zoom);
+}
+inline int pixel_y(const PixelTransform& transform, double northing)
+{
+    return rounded_pixel((transform.y_max - northing) * transform.scale * transform.zoom);
+}
+
+// Draws all track points in the order of their records, each marked by the rule of point_mark.
+void paint_track(Picture& picture, const PixelTransform& transform, const TrackScene& scene);
+
+} // namespace tarvo
