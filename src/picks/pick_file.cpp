@@ -1,0 +1,199 @@
+#include "picks/pick_file.h"
+
+#include "text/line_reader.h"
+#include "text/numbers.h"
+#include "text/replace_file.h"
+
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+namespace tarvo {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kFirstWords = "\\Tarvo Anomaly Picks";
+constexpr std::string_view kColumnHeader = "       Time,          X,          Y,       Dist,       Type,       Name";
+constexpr double kDaysTo1970 = 25569; // from 1899-12-30
+constexpr double kSecondsPerDay = 86400;
+constexpr std::int64_t kTicksPerSecond = 10'000; // of the fixed-point time
+
+// A file that is not a pick file, as opposed to one that cannot be read; the text is shown as it stands.
+struct NotAPickFile : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// A line too long to be one of ours is an empty one: it is refused for what it lacks.
+std::string_view required_line(LineReader& reader, const char* expected)
+{
+    std::string_view line;
+    if (reader.next_line(line) == LineReader::Outcome::end) {
+        throw std::runtime_error(reader.file_name() + ", line " + std::to_string(reader.line_number() + 1) + ": " +
+                                 expected + " was expected, the file ends");
+    }
+    return line;
+}
+
+std::int32_t version_code(std::string_view first_line)
+{
+    if (!first_line.starts_with(kFirstWords)) {
+        throw NotAPickFile("The specified file does not have the correct format");
+    }
+    if (first_line.find("V1.0") != std::string_view::npos) return 1;
+    return first_line.find("V2.0") != std::string_view::npos ? 2 : 3;
+}
+
+std::int32_t announced_picks(std::string_view second_line)
+{
+    const std::size_t colon = second_line.find(':');
+    const bool has_number = colon != std::string_view::npos;
+    const std::int32_t number = has_number ? rounded_to_int32(leading_number(second_line.substr(colon + 1))) : 0;
+    if (number < 1) throw NotAPickFile("The anomaly pick file does not contain any data");
+    return number;
+}
+
+std::int64_t ticks_of_seconds(double seconds)
+{
+    const double ticks = std::nearbyint(seconds * kTicksPerSecond);
+    constexpr double kTicksEnd = 9223372036854775808.0; // 2^63
+    if (!(std::abs(ticks) < kTicksEnd)) {
+        throw std::range_error("the time " + format_shortest(seconds) + " s is outside the range of times");
+    }
+    return static_cast<std::int64_t>(ticks);
+}
+
+double date_time_of_seconds(double seconds)
+{
+    const auto ticks = static_cast<double>(ticks_of_seconds(seconds));
+    return kDaysTo1970 + std::nearbyint(ticks / kTicksPerSecond) / kSecondsPerDay;
+}
+
+// Takes the number before the first comma off the line.
+double take_number(std::string_view& line)
+{
+    const std::size_t comma = line.find(',');
+    const std::string_view field = line.substr(0, comma == std::string_view::npos ? 0 : comma);
+    const std::optional<double> value = numeric_value(field);
+    if (!value) throw NotAPickFile("The anomaly pick file is not valid");
+    line = trimmed(line.substr(comma + 1));
+    return *value;
+}
+
+Pick parsed_pick(std::string_view line)
+{
+    line = trimmed(line);
+    std::array<double, 6> fields{}; // from 1: time, easting, northing, distance, type
+    for (std::size_t field = 1; field <= 5; ++field) fields[field] = take_number(line);
+    return {.name = std::string(line),
+            .type = rounded_to_int32(fields[5]),
+            .time = date_time_of_seconds(fields[1]),
+            .location = {0, fields[2], fields[3], fields[4]}};
+}
+
+std::string pick_line(const Pick& pick)
+{
+    std::string name(trimmed(pick.name));
+    for (char& c : name) {
+        if (c == '\r' || c == '\n') c = ' '; // a line break inside a name would cut the file in pieces
+    }
+    return format_fixed(static_cast<double>(whole_seconds_since_1970(pick.time)), 3) + ',' +
+           format_fixed(pick.location[1], 1) + ',' + format_fixed(pick.location[2], 1) + ',' +
+           format_fixed(pick.location[3], 1) + ',' + std::to_string(pick.type) + ',' + name;
+}
+
+void copy_file_whole(const std::string& from, const std::string& to)
+{
+    std::ifstream source(from, std::ios::binary);
+    if (!source) throw std::runtime_error("cannot read " + from);
+    FileReplacement copy(to);
+    std::string block(std::size_t{1} << 16, '\0');
+    while (source.read(block.data(), static_cast<std::streamsize>(block.size())), source.gcount() > 0) {
+        copy.write(std::string_view(block).substr(0, static_cast<std::size_t>(source.gcount())));
+    }
+    if (source.bad()) throw std::runtime_error("cannot read " + from);
+    copy.commit();
+}
+
+void keep_aside(const std::string& path)
+{
+    const std::string first_name = path + ".unreadable";
+    std::string name = first_name;
+    for (int number = 2; fs::exists(name); ++number) name = first_name + std::to_string(number);
+    copy_file_whole(path, name);
+}
+
+bool is_there(const std::string& path)
+{
+    std::error_code ignored;
+    return fs::exists(path, ignored);
+}
+
+} // namespace
+
+PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& op)
+{
+    PickFileRead read;
+    const auto fail = [&](const std::string& message) {
+        op.show_message(message);
+        picks.number_of_picks = 0;
+        picks.unreadable_file = is_there(path) ? path : std::string();
+    };
+    picks.number_of_picks = 0;
+    try {
+        LineReader reader(path);
+        read.version = version_code(required_line(reader, "the line that begins a pick file"));
+        const std::int32_t number_of_picks = announced_picks(required_line(reader, "the number of picks"));
+        required_line(reader, "the column header");
+
+        clear_picks(picks);
+        for (std::int32_t pick = 1; pick <= number_of_picks; ++pick) {
+            append_pick(picks, parsed_pick(required_line(reader, "a pick")));
+        }
+        give_spare_room(picks);
+        picks.unreadable_file.clear();
+        read.status = 0;
+    } catch (const NotAPickFile& refusal) {
+        fail(refusal.what());
+    } catch (const std::exception& fault) { // the wording is fixed, spelling included
+        fail(std::string("An error occurred while reading the aomaly file: ") + fault.what());
+    }
+    return read;
+}
+
+int write_pick_file(PickList& picks, Operator& op)
+{
+    if (picks.pick_file_name.empty() || picks.number_of_picks == 0) return -1;
+    try {
+        const std::string text = pick_file_text(picks);
+        const bool is_unreadable = picks.pick_file_name == picks.unreadable_file;
+        if (is_unreadable && is_there(picks.pick_file_name)) keep_aside(picks.pick_file_name);
+        picks.unreadable_file.clear();
+        replace_file(picks.pick_file_name, text);
+        return 0;
+    } catch (const std::exception& fault) { // the wording is fixed, spelling included
+        op.show_message(std::string("An error occurred while saving the aomaly file: ") + fault.what());
+        return -1;
+    }
+}
+
+std::string pick_file_text(const PickList& picks)
+{
+    std::string text = std::string(kFirstWords) + " V1.0\r\n";
+    text += "\\Number of picks : " + std::to_string(picks.number_of_picks) + "\r\n";
+    text += std::string(kColumnHeader) + "\r\n";
+    for (std::int32_t pick = 1; pick <= picks.number_of_picks; ++pick) text += pick_line(pick_at(picks, pick)) + "\r\n";
+    return text;
+}
+
+std::int64_t whole_seconds_since_1970(double date_time)
+{
+    // Near today's dates a 64-bit float of days is good to a microsecond: the ten-thousandths are exact, and a whole
+    // second never falls to the one before.
+    return ticks_of_seconds((date_time - kDaysTo1970) * kSecondsPerDay) / kTicksPerSecond;
+}
+
+} // namespace tarvo

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "picks/pick_list.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tarvo {
+
+// The pick file, a text beside the data file, lines ended by CR LF:
+//
+//     \Tarvo Anomaly Picks V1.0
+//     \Number of picks : 1
+//            Time,          X,          Y,       Dist,       Type,       Name
+//     1718022896.000,512345.7,6712345.2,1234.5,2,Anomaly 12
+//
+// Times are whole seconds since 1970-01-01 00:00:00, taken as they stand: no time zone. A name may hold commas. Bytes
+// beyond ASCII pass through unchanged.
+
+struct PickFileRead {
+    int status = -1;          // 0: the whole file was read
+    std::int32_t version = 0; // 1: "V1.0" in the first line, 2: "V2.0", 3: neither; 0: the first line was refused
+};
+
+// Replaces the list by the file's. A failure has been shown to the operator and leaves the list empty; the file is then
+// noted in `unreadable_file`. pick_file_name is left alone. Memory grows with the picks that are there, whatever number
+// the file announces.
+PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& op);
+
+// Replaces `pick_file_name` by the list, whole or not at all. Status 0: written; -1: nothing was written, since the
+// name or the list is empty or because of a fault that has been shown. A file that could not be read is first kept
+// beside it as NAME.unreadable (NAME.unreadable2 and so on when there is one already).
+int write_pick_file(PickList& picks, Operator& op);
+
+std::string pick_file_text(const PickList& picks);
+
+// Whole seconds from 1970-01-01 00:00:00 to a date-time (days since 1899-12-30); sub-second parts are cut off.
+// Throws std::range_error for a date-time that no 64-bit count of ten-thousandths holds.
+std::int64_t whole_seconds_since_1970(double date_time);
+
+} // namespace tarvo
