@@ -1,0 +1,153 @@
+#include "definitions/definitions_checks.h"
+
+#include "text/numbers.h"
+
+#include <stdexcept>
+
+namespace tarvo {
+
+namespace {
+
+bool is_positive_number(const std::string& text)
+{
+    return numeric_value(text).value_or(0) > 0;
+}
+
+// The whole number of a box, 0 when it holds none.
+std::int32_t whole_number(const std::string& text)
+{
+    try {
+        return rounded_to_int32(numeric_value(text).value_or(0));
+    } catch (const std::range_error&) {
+        return 0;
+    }
+}
+
+bool is_unused_box(const std::string& text)
+{
+    return is_unused_name(trimmed(text));
+}
+
+void warn_of_missing_columns(const DefinitionsPage& page, Operator& op)
+{
+    const auto& column = page.Text_locations_column;
+    if (is_unused_box(column[kTime])) op.show_message("Warning: The Time column has not been specified");
+    if (page.Combo_sensor_location_determination == 0) {
+        if (is_unused_box(column[kEast])) op.show_message("Warning: The Easting column has not been specified");
+        if (is_unused_box(column[kNorth])) op.show_message("Warning: The Northing column has not been specified");
+    }
+    if (is_unused_box(column[kDepth]) && is_unused_box(column[kElevation])) {
+        op.show_message("Warning: No Depth or Elevation column has been specified");
+    }
+}
+
+// The message that refuses a sensor page; nullptr when it is in order.
+const char* fault_of(const SensorPage& page, const SurveyDefinitions& working)
+{
+    if (working.read_sensor_location == 0) {
+        if (!is_numeric(page.Text_TMI_xyz_position[1])) return "The sensor offset is not valid";
+        if (!is_numeric(page.Text_TMI_xyz_position[2])) return "The sensor arm length is not valid";
+        if (!is_numeric(page.Text_TMI_xyz_position[3])) return "The sensor arm rotation is not valid";
+    } else {
+        if (is_unused_box(page.Text_TMI_xyz[1])) return "The X sensor coordinate is not valid";
+        if (is_unused_box(page.Text_TMI_xyz[2])) return "The Y sensor coordinate is not valid";
+        if (is_unused_box(page.Text_TMI_xyz[3])) return "The Z sensor coordinate is not valid";
+    }
+    for (std::size_t component = 1; component <= static_cast<std::size_t>(working.components_per_sensor); ++component) {
+        if (is_unused_box(page.Text_TMI_column_name[component])) {
+            return "The sensor component source column is not valid";
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+DefinitionsPage display_definitions(const SurveyDefinitions& definitions)
+{
+    DefinitionsPage page;
+    for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
+        page.Text_locations_column[slot] = definitions.fields[slot].name;
+    }
+    page.Text_data_scale = format_fixed(definitions.coordinate_scale, 4);
+    page.Text_elevation_scale = format_fixed(definitions.depth_scale, 4);
+    page.Check_fish_depth_sign = definitions.flip_depth_sign == 1;
+    page.Text_num_mag = std::to_string(definitions.number_of_sensors);
+    page.Text_num_sensors = std::to_string(definitions.components_per_sensor);
+    page.Combo_sensor_location_determination = definitions.read_sensor_location;
+    return page;
+}
+
+SensorPage display_sensor_definitions(const SurveyDefinitions& definitions, int sensor)
+{
+    const SensorDefinition& shown = definitions.sensors.at(static_cast<std::size_t>(sensor));
+    SensorPage page;
+    page.Text_TMI_column_name = shown.component_columns;
+    page.Text_TMI_xyz = shown.coordinate_columns;
+    for (std::size_t component = 1; component <= 3; ++component) {
+        page.flip_sign[component] = shown.flip_sign[component] == 1;
+    }
+    page.Text_TMI_xyz_position = {"", format_fixed(shown.lever_arm[SensorDefinition::kOffset], 3),
+                                  format_fixed(shown.lever_arm[SensorDefinition::kLength], 3),
+                                  format_fixed(shown.lever_arm[SensorDefinition::kRotation], 3)};
+    return page;
+}
+
+int check_definitions(const DefinitionsPage& page, SurveyDefinitions& working, Operator& op)
+{
+    const auto refuse = [&op](const char* message) {
+        op.show_message(message);
+        return -1;
+    };
+    if (!is_positive_number(page.Text_data_scale)) return refuse("Warning: The coordinate scale factor is not valid");
+    if (!is_positive_number(page.Text_elevation_scale)) {
+        return refuse("Warning: The elevation scale factor is not valid");
+    }
+    const std::int32_t sensors = whole_number(page.Text_num_mag);
+    if (sensors < 1 || sensors > kMostSensors) {
+        return refuse("Warning: The number of sensors is not valid: a whole number from 1 to 1000 is expected");
+    }
+    const std::int32_t components = whole_number(page.Text_num_sensors);
+    if (components != 1 && components != 3) {
+        return refuse("Warning: The number of components per sensor is not valid: 1 or 3 is expected");
+    }
+    warn_of_missing_columns(page, op);
+
+    for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
+        working.fields[slot].name = trimmed(page.Text_locations_column[slot]);
+    }
+    set_default_field_names(working);
+    working.coordinate_scale = *numeric_value(page.Text_data_scale);
+    working.depth_scale = *numeric_value(page.Text_elevation_scale);
+    working.flip_depth_sign = page.Check_fish_depth_sign ? 1 : 0;
+    working.number_of_sensors = sensors;
+    working.sensors.resize(static_cast<std::size_t>(sensors) + 1);
+    working.components_per_sensor = components;
+    working.read_sensor_location = page.Combo_sensor_location_determination;
+    return 0;
+}
+
+int check_sensor_definitions(const SensorPage& page, SurveyDefinitions& working, int sensor, Operator& op)
+{
+    if (const char* const fault = fault_of(page, working)) {
+        op.show_message(fault);
+        return -1;
+    }
+    SensorDefinition& checked = working.sensors.at(static_cast<std::size_t>(sensor));
+    for (std::size_t j = 1; j <= 3; ++j) {
+        checked.component_columns[j] = trimmed(page.Text_TMI_column_name[j]);
+        checked.flip_sign[j] = page.flip_sign[j] ? 1 : 0;
+    }
+    checked.lever_arm = {};
+    if (working.read_sensor_location == 1) {
+        for (std::size_t j = 1; j <= 3; ++j) checked.coordinate_columns[j] = trimmed(page.Text_TMI_xyz[j]);
+        return 0;
+    }
+    checked.coordinate_columns = SensorDefinition().coordinate_columns;
+    checked.lever_arm[SensorDefinition::kOffset] = *numeric_value(page.Text_TMI_xyz_position[1]);
+    checked.lever_arm[SensorDefinition::kLength] = *numeric_value(page.Text_TMI_xyz_position[2]);
+    checked.lever_arm[SensorDefinition::kRotation] = *numeric_value(page.Text_TMI_xyz_position[3]);
+    return 0;
+}
+
+} // namespace tarvo

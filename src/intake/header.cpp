@@ -1,0 +1,160 @@
+#include "intake/header.h"
+
+#include "text/numbers.h"
+#include "text/tokens.h"
+
+#include <exception>
+
+namespace tarvo {
+
+namespace {
+
+// The comment mark of a normalised header, taken off when a name follows it after a blank.
+std::string_view without_comment_mark(std::string_view header)
+{
+    for (const std::string_view mark : {"// ", "/ ", "# ", "% "}) {
+        if (!header.starts_with(mark)) continue;
+        const std::string_view rest = header.substr(mark.size());
+        return rest.starts_with(',') || rest.starts_with(';') ? header : rest;
+    }
+    return header;
+}
+
+void locate_slots(const HeaderColumns& header_columns, SurveyDefinitions& definitions, FieldLocations& locations)
+{
+    for (int slot = 1; slot <= number_of_field_slots; ++slot) {
+        const auto at = static_cast<std::size_t>(slot);
+        FieldSlot& field = definitions.fields[at];
+        const FoundColumn found = header_columns.find_column(field.name);
+        locations.column[at] = found.index - 1;
+        field.field_index = 0;
+        if (found.index == 0) continue;
+        field.field_index = ++locations.located_field_count;
+        if (slot >= kDepth && slot <= kDem) locations.depth_channels.push_back(slot);
+        if (slot == kPitch || slot == kRoll) locations.attitude_channels.push_back(slot);
+    }
+    locations.derived_dem = locations.has(kDepth) && locations.has(kElevation) && !locations.has(kDem);
+    if (locations.derived_dem) locations.depth_channels.push_back(kDem);
+}
+
+void report_missing_slots(const SurveyDefinitions& definitions, const FieldLocations& locations, Operator& op)
+{
+    if (!locations.has(kTime)) op.show_message("The Time column was not found");
+    if (!locations.has(kEast)) op.show_message("The East column was not found");
+    if (!locations.has(kNorth)) op.show_message("The North column was not found");
+    if (!locations.has(kDepth)) op.show_message("No Depth column was not found");
+    for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
+        const std::string& name = definitions.fields[slot].name;
+        if (locations.column[slot] < 0 && !is_unused_name(trimmed(name))) {
+            op.show_message("The field name: " + name + " was not located in the header");
+        }
+    }
+}
+
+// Gives a sensor column the next channel; -1 when the header does not have it.
+std::int32_t locate_sensor_column(const HeaderColumns& header_columns, const std::string& name,
+                                  FieldLocations& locations)
+{
+    const FoundColumn found = header_columns.find_column(name);
+    if (found.index == 0) return -1;
+    locations.sensor_column.push_back(found.index - 1);
+    return locations.sensor_channel_count();
+}
+
+void locate_sensor(const HeaderColumns& header_columns, SurveyDefinitions& definitions, std::size_t number,
+                   FieldLocations& locations, Operator& op)
+{
+    SensorDefinition& sensor = definitions.sensors[number];
+    sensor.column_slots.fill(-1);
+    sensor.location_slots.fill(-1);
+    for (std::size_t j = 1; j <= static_cast<std::size_t>(definitions.components_per_sensor); ++j) {
+        const std::string& name = sensor.component_columns[j];
+        sensor.column_slots[3 * j] = locate_sensor_column(header_columns, name, locations);
+        if (sensor.column_slots[3 * j] < 0) {
+            op.show_message("The sensor component field " + name + " was not located for sensor " +
+                            std::to_string(number));
+        }
+    }
+    if (definitions.read_sensor_location != 1) return;
+    for (std::size_t axis = 1; axis <= 3; ++axis) {
+        const std::string& name = sensor.coordinate_columns[axis];
+        sensor.location_slots[axis] = locate_sensor_column(header_columns, name, locations);
+        if (sensor.location_slots[axis] < 0) {
+            op.show_message("The sensor coordinate field " + name + " was not located for sensor " +
+                            std::to_string(number));
+        }
+    }
+}
+
+} // namespace
+
+HeaderReading read_header_line(int mode, const std::string& file_name, int header_line_number, Operator& op)
+{
+    HeaderReading reading;
+    try {
+        auto stream = std::make_unique<LineReader>(file_name);
+        std::string_view line;
+        for (int number = 1; number <= header_line_number; ++number) {
+            const LineReader::Outcome outcome = stream->next_line(line);
+            if (outcome == LineReader::Outcome::end) {
+                op.show_message("The specified file does not appear to contain any data");
+                return reading;
+            }
+            if (outcome == LineReader::Outcome::too_long && number == header_line_number) {
+                throw std::runtime_error(file_name + ", line " + std::to_string(number) +
+                                         ": a header line of at most 1 MiB was expected");
+            }
+        }
+        reading.header = line;
+        if (mode == 1) reading.stream = std::move(stream);
+        reading.status = 0;
+    } catch (const std::exception& fault) {
+        op.show_message(std::string("An error occurred while reading the header line: ") + fault.what());
+    }
+    return reading;
+}
+
+HeaderColumns::HeaderColumns(std::vector<std::string> names) : names_(std::move(names))
+{
+    for (int column = 0; column < count(); ++column) {
+        index_by_name_.try_emplace(upper_case(trimmed(names_[static_cast<std::size_t>(column)])), column + 1);
+    }
+}
+
+FoundColumn HeaderColumns::find_column(std::string_view name) const
+{
+    const std::string wanted = upper_case(trimmed(name));
+    if (is_unused_name(wanted)) return {};
+    const auto found = index_by_name_.find(wanted);
+    if (found == index_by_name_.end()) return {};
+    return {found->second, std::string(trimmed(names_[static_cast<std::size_t>(found->second) - 1]))};
+}
+
+HeaderColumns header_columns_of(std::string_view header_line)
+{
+    const std::string normalised = normalise_line(header_line);
+    std::string_view text = without_comment_mark(normalised);
+    std::vector<std::string> names;
+    while (!text.empty()) names.emplace_back(next_token(text));
+    return HeaderColumns(std::move(names));
+}
+
+int locate_header_fields(const HeaderColumns& header_columns, SurveyDefinitions& definitions, FieldLocations& locations,
+                         Operator& op)
+{
+    try {
+        locations = FieldLocations();
+        locations.header_column_count = header_columns.count();
+        locate_slots(header_columns, definitions, locations);
+        report_missing_slots(definitions, locations, op);
+        for (std::size_t sensor = 1; sensor < definitions.sensors.size(); ++sensor) {
+            locate_sensor(header_columns, definitions, sensor, locations, op);
+        }
+        return 0;
+    } catch (const std::exception& fault) {
+        op.show_message(std::string("An error occurred while locating the data column name: ") + fault.what());
+        return -1;
+    }
+}
+
+} // namespace tarvo

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "processing/settings_store.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace tarvo {
+
+// What steers the per-line processing and the gradient filters.
+struct ProcessingParameters {
+    std::int32_t LoggingScrollStep = 2;    // scroll step of the live display
+    float LoggingSampleRate = 1.0F;        // stored samples per second
+    float LoggingLineBreakDistance = 5.0F; // metres from a bin's first sample that start a new line; 0: off
+    float LoggingLineBreakTime = 5.0F;     // seconds from a bin's first sample that start a new line; 0: off
+    std::int32_t SmoothWindow = 5;         // samples
+    std::int32_t GradientWindow = 11;      // samples
+    bool CarryClosingSample = false;       // the sample that closes a bin starts the next one
+    bool CircularHeading = false;          // headings of a bin are averaged on the circle
+    bool CompassHeading = false;           // headings count clockwise from north
+
+    bool operator==(const ProcessingParameters&) const = default;
+};
+
+inline std::int32_t smooth_half_width(const ProcessingParameters& p)
+{
+    return p.SmoothWindow / 2 + 1;
+}
+inline std::int32_t gradient_half_width(const ProcessingParameters& p)
+{
+    return p.GradientWindow / 2 + 1;
+}
+
+// Lines of at most this many records are dropped. Both widths may be as large as a setting allows.
+inline std::int64_t min_line_records(const ProcessingParameters& p)
+{
+    return std::int64_t{smooth_half_width(p)} + gradient_half_width(p);
+}
+
+// Gives the parameter of that key the value of a text, under the rules of the processing dialog. Whole numbers are
+// truncated, the corrections are 0 or 1.
+SettingOutcome set_processing_parameter(ProcessingParameters& parameters, std::string_view key, std::string_view text);
+
+// A stored value that would be refused, or none, leaves the parameter as it is.
+void read_processing_parameters(ProcessingParameters& parameters, const SettingsStore& store);
+void write_processing_parameters(const ProcessingParameters& parameters, SettingsStore& store);
+
+} // namespace tarvo

@@ -1,0 +1,356 @@
+#include "processing/sample_processing.h"
+
+#include "processing/fixed_time.h"
+
+#include <algorithm>
+#include <cmath>
+#include <exception>
+
+namespace tarvo {
+
+namespace {
+
+double value_of_field(SampleRecord record, std::size_t field)
+{
+    return field < record.size() ? numeric_value(record[field]).value_or(kNull) : kNull;
+}
+
+// The time of the line, in the sample and as its Time channel. Without a Time column lines follow each other at the
+// sample interval. False when the line has no time.
+bool convert_time(const ProcessingPlan& plan, std::int64_t lines_read, CurrentSample& sample)
+{
+    const double seconds =
+        plan.has_time ? sample.ChannelValues[kTime] : static_cast<double>(lines_read) * plan.SampleInterval;
+    if (seconds == kNull) return false;
+    const std::optional<std::int64_t> time = to_fixed_time(seconds);
+    if (time) sample.SampleTime = *time;
+    return time.has_value();
+}
+
+void derive_dem(const ProcessingPlan& plan, ChannelArray& values)
+{
+    if (plan.dem_sign == 0) return;
+    const bool both = is_valid_channel(values[kDepth]) && is_valid_channel(values[kElevation]);
+    values[kDem] = both ? values[kDepth] + plan.dem_sign * values[kElevation] : kNull;
+}
+
+void begin_bin(const CurrentSample& sample, AveragingBin& bin)
+{
+    bin.BinStartTime = sample.SampleTime;
+    bin.BinStartValues = sample.ChannelValues;
+}
+
+bool is_line_break(const SampleProcessing& run)
+{
+    const ProcessingPlan& plan = run.plan;
+    const CurrentSample& sample = run.sample;
+    const AveragingBin& bin = run.bin;
+    if (plan.line_numbers_from_data) {
+        return is_valid_channel(sample.LineNumberFromData) && is_valid_channel(run.lines.CurrentLineNumber) &&
+               sample.LineNumberFromData != run.lines.CurrentLineNumber;
+    }
+    if (plan.LoggingLineBreakDistance > 0) {
+        const auto& here = sample.ChannelValues;
+        const auto& start = bin.BinStartValues;
+        const bool both_known = is_valid_channel(here[kEast]) && is_valid_channel(here[kNorth]) &&
+                                is_valid_channel(start[kEast]) && is_valid_channel(start[kNorth]);
+        const double east = here[kEast] - start[kEast];
+        const double north = here[kNorth] - start[kNorth];
+        if (both_known && static_cast<float>(std::sqrt(east * east + north * north)) >= plan.LoggingLineBreakDistance) {
+            return true;
+        }
+    }
+    return plan.LoggingLineBreakTime > 0 && elapsed_time(bin.BinStartTime, sample.SampleTime) > plan.line_break_time;
+}
+
+// Brings the store and the track back to the record count that a dropped line leaves.
+void drop_records(SampleProcessing& run, std::int32_t record_count)
+{
+    run.store.RecordCount = record_count;
+    run.store.gradient_records = std::min(run.store.gradient_records, record_count);
+    const TrackTable track = track_table(run.store);
+    std::int32_t& positioned = run.last_positioned_record;
+    positioned = std::min(positioned, record_count);
+    while (positioned > 0 &&
+           !(is_valid_channel(track.easting[positioned]) && is_valid_channel(track.northing[positioned]))) {
+        --positioned;
+    }
+}
+
+int open_new_line(SampleProcessing& run)
+{
+    if (run.bin.BinCount > 0 && store_averaged_sample(run) < 0) return -1;
+    SurveyLines& lines = run.lines;
+    const double number =
+        run.plan.line_numbers_from_data ? run.sample.LineNumberFromData : lines.CurrentLineNumber + 1.0;
+    const std::int32_t left = open_next_line(lines, number, run.store.RecordCount, run.plan.MinLineRecords);
+    if (left < run.store.RecordCount) drop_records(run, left);
+    return 0;
+}
+
+// A heading of the bin, within 180 degrees of the bin's first.
+double heading_near_first(double heading, AveragingBin& bin)
+{
+    if (!is_valid_channel(heading)) return heading;
+    if (!is_valid_channel(bin.first_heading)) bin.first_heading = heading;
+    return bin.first_heading + std::remainder(heading - bin.first_heading, 360.0);
+}
+
+double within_circle(double heading)
+{
+    if (!is_valid_channel(heading)) return heading;
+    const double turned = std::fmod(heading, 360.0);
+    return turned < 0 ? turned + 360.0 : turned;
+}
+
+double mean(double sum, std::int64_t count)
+{
+    return count < 1 ? kNull : sum / static_cast<double>(count);
+}
+
+double sensor_mean(const AveragingBin& bin, std::int32_t channel)
+{
+    if (channel < 0) return kNull;
+    const auto at = static_cast<std::size_t>(channel);
+    return mean(bin.SensorSum[at], bin.SensorCountAcc[at]);
+}
+
+void store_channels(SampleProcessing& run, std::int32_t record)
+{
+    for (const int slot : run.store.stored_slots) {
+        const auto at = static_cast<std::size_t>(slot);
+        double value = mean(run.bin.ChannelSum[at], run.bin.ChannelCountAcc[at]);
+        if (slot == kHeading && run.plan.circular_heading) value = within_circle(value);
+        run.store.channels[at][record] = value;
+    }
+}
+
+// The field of the whole sensor: a component alone, or the length of the vector of three.
+double total_field(const std::array<double, 4>& components, int count)
+{
+    if (count == 1) return components[1];
+    for (std::size_t row = 1; row <= 3; ++row) {
+        if (!is_valid_sensor(components[row])) return kNull;
+    }
+    return std::sqrt(components[1] * components[1] + components[2] * components[2] + components[3] * components[3]);
+}
+
+void store_sensor_values(SampleProcessing& run, std::int32_t record)
+{
+    const int components = run.plan.components_per_sensor;
+    for (std::size_t sensor = 1; sensor < run.plan.sensors.size(); ++sensor) {
+        auto& rows = run.store.sensors[sensor].averages;
+        std::array<double, 4> averages = {};
+        for (std::size_t row = 1; row <= static_cast<std::size_t>(components); ++row) {
+            averages[row] = sensor_mean(run.bin, run.plan.sensors[sensor].component_channels[row]);
+            rows[row][record] = averages[row];
+        }
+        rows[0][record] = total_field(averages, components);
+    }
+}
+
+void store_read_locations(SampleProcessing& run, std::int32_t record)
+{
+    for (std::size_t sensor = 1; sensor < run.plan.sensors.size(); ++sensor) {
+        for (std::size_t axis = 1; axis <= 3; ++axis) {
+            run.store.sensors[sensor].position[axis][record] =
+                sensor_mean(run.bin, run.plan.sensors[sensor].location_channels[axis]);
+        }
+    }
+}
+
+void store_derived_locations(SampleProcessing& run, std::int32_t record)
+{
+    const SampleStore& store = run.store;
+    FishPose fish;
+    fish.easting = store.channel(kEast, record);
+    fish.northing = store.channel(kNorth, record);
+    fish.vertical = store.channel(run.plan.vertical_slot, record);
+    fish.heading = store.channel(kHeading, record);
+    fish.pitch = store.channel(kPitch, record);
+    fish.roll = store.channel(kRoll, record);
+    const Rotation rotation = fish_rotation(fish, run.plan.heading_sense);
+    for (std::size_t sensor = 1; sensor < run.plan.sensors.size(); ++sensor) {
+        const std::array<double, 3> position = sensor_position(fish, rotation, run.plan.sensors[sensor].offset);
+        for (std::size_t axis = 1; axis <= 3; ++axis) {
+            run.store.sensors[sensor].position[axis][record] = position[axis - 1];
+        }
+    }
+}
+
+// The distance along the track grows from position to position; a record without one adds nothing.
+void store_track_point(SampleProcessing& run, std::int32_t record)
+{
+    const TrackTable track = track_table(run.store);
+    double distance = record > 1 ? track.distance[record - 1] : 0.0;
+    if (is_valid_channel(track.easting[record]) && is_valid_channel(track.northing[record])) {
+        if (const std::int32_t last = run.last_positioned_record; last > 0) {
+            const double east = track.easting[record] - track.easting[last];
+            const double north = track.northing[record] - track.northing[last];
+            distance += std::sqrt(east * east + north * north);
+        }
+        run.last_positioned_record = record;
+    }
+    run.store.distance[record] = distance;
+}
+
+bool bin_is_full(const SampleProcessing& run)
+{
+    const std::int64_t elapsed = elapsed_time(run.bin.BinStartTime, run.sample.SampleTime);
+    return run.bin.BinCount > 0 && (elapsed >= run.plan.sample_interval || elapsed < 0);
+}
+
+// Closes the full bin. By default the sample that closes it belongs to no bin.
+int close_full_bin(SampleProcessing& run)
+{
+    if (store_averaged_sample(run) < 0) return -1;
+    if (run.plan.carry_closing_sample) {
+        begin_bin(run.sample, run.bin);
+        return accumulate_sample(run);
+    }
+    ++run.lines_not_averaged;
+    return 0;
+}
+
+} // namespace
+
+void start_processing(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,
+                      const ProcessingParameters& parameters)
+{
+    run = SampleProcessing();
+    run.plan = make_processing_plan(definitions, locations, parameters);
+    run.splitter = FieldSplitter(std::max<std::size_t>(1, run.plan.fields_needed));
+    const auto sensor_channels = static_cast<std::size_t>(locations.sensor_channel_count()) + 1;
+    run.sample.SensorValues.assign(sensor_channels, kNull);
+    run.bin.SensorCountAcc.assign(sensor_channels, 0);
+    run.bin.SensorSum.assign(sensor_channels, 0.0);
+    reset_sample_store(run.store, definitions, locations);
+}
+
+int process_data_line(std::string_view line, SampleProcessing& run)
+{
+    ++run.lines_read;
+    int status = -1;
+    try {
+        status = convert_record_fields(run.splitter.split(line), run);
+        if (status == 0) status = check_line_break(run);
+        if (status == 0) status = bin_is_full(run) ? close_full_bin(run) : accumulate_sample(run);
+    } catch (const std::exception&) { // memory has run out: the line is lost, what is stored stays
+        status = -1;
+    }
+    if (status < 0) ++run.lines_rejected;
+    return status;
+}
+
+void refuse_data_line(SampleProcessing& run)
+{
+    ++run.lines_read;
+    ++run.lines_rejected;
+}
+
+int close_open_bin(SampleProcessing& run)
+{
+    return run.bin.BinCount > 0 ? store_averaged_sample(run) : 0;
+}
+
+int convert_record_fields(SampleRecord record, SampleProcessing& run)
+{
+    if (record.empty()) return -1;
+    const ProcessingPlan& plan = run.plan;
+    CurrentSample& sample = run.sample;
+    for (const ProcessingPlan::Column& column : plan.channels) {
+        const double value = value_of_field(record, column.field);
+        sample.ChannelValues[column.channel] = is_valid_channel(value) ? value * column.multiplier : value;
+    }
+    if (!convert_time(plan, run.lines_read, sample)) return -1;
+    for (const ProcessingPlan::Column& column : plan.sensor_channels) {
+        const double value = value_of_field(record, column.field);
+        sample.SensorValues[column.channel] = is_valid_sensor(value) ? value * column.multiplier : value;
+    }
+    derive_dem(plan, sample.ChannelValues);
+    if (plan.line_numbers_from_data) sample.LineNumberFromData = sample.ChannelValues[kLine];
+    ++run.lines_processed;
+    return 0;
+}
+
+int check_line_break(SampleProcessing& run)
+{
+    SurveyLines& lines = run.lines;
+    const bool from_data = run.plan.line_numbers_from_data;
+    if (!lines.has_line()) open_first_line(lines, from_data ? run.sample.LineNumberFromData : 1.0);
+    if (from_data && !is_valid_channel(lines.CurrentLineNumber)) {
+        lines.CurrentLineNumber = run.sample.LineNumberFromData;
+        lines.LineNumbers[lines.CurrentLine] = lines.CurrentLineNumber;
+    }
+    if (run.bin.BinCount == 0) begin_bin(run.sample, run.bin);
+    if (!is_line_break(run)) return 0;
+    if (open_new_line(run) < 0) return -1;
+    begin_bin(run.sample, run.bin);
+    return 0;
+}
+
+int accumulate_sample(SampleProcessing& run)
+{
+    AveragingBin& bin = run.bin;
+    if (bin.BinCount == 0) {
+        bin.ChannelCountAcc.fill(0);
+        bin.ChannelSum.fill(0.0);
+        std::fill(bin.SensorCountAcc.begin(), bin.SensorCountAcc.end(), 0);
+        std::fill(bin.SensorSum.begin(), bin.SensorSum.end(), 0.0);
+        bin.first_heading = kNull;
+    }
+    ++bin.BinCount;
+
+    // Adding 0 for a value that is not valid leaves the sum as it is and keeps the loops free of branches.
+    ChannelArray& values = run.sample.ChannelValues;
+    const double heading = values[kHeading];
+    if (run.plan.circular_heading) values[kHeading] = heading_near_first(heading, bin);
+    for (std::size_t channel = 1; channel <= number_of_field_slots; ++channel) {
+        const bool valid = is_valid_channel(values[channel]);
+        bin.ChannelCountAcc[channel] += valid ? 1 : 0;
+        bin.ChannelSum[channel] += valid ? values[channel] : 0.0;
+    }
+    values[kHeading] = heading;
+    for (std::size_t channel = 1; channel < run.sample.SensorValues.size(); ++channel) {
+        const double value = run.sample.SensorValues[channel];
+        const bool valid = is_valid_sensor(value);
+        bin.SensorCountAcc[channel] += valid ? 1 : 0;
+        bin.SensorSum[channel] += valid ? value : 0.0;
+    }
+    return 0;
+}
+
+int store_averaged_sample(SampleProcessing& run)
+{
+    SampleStore& store = run.store;
+    const std::int32_t record = store.RecordCount + 1;
+    reserve_records(store, record);
+    add_record_to_line(run.lines, record);
+    store.record_time[record] = to_date_time(run.bin.BinStartTime);
+    store_channels(run, record);
+    store_sensor_values(run, record);
+    if (run.plan.read_sensor_location) {
+        store_read_locations(run, record);
+    } else {
+        store_derived_locations(run, record);
+    }
+    store_track_point(run, record);
+    store.RecordCount = record;
+    run.bin.BinCount = 0;
+    return 0;
+}
+
+int decimate_accumulated_data_values(const AveragingBin& bin, CurrentSample& sample)
+{
+    for (std::size_t channel = 1; channel <= number_of_field_slots; ++channel) {
+        const std::int64_t count = bin.ChannelCountAcc[channel];
+        sample.ChannelValues[channel] = count <= 1 ? kNull : mean(bin.ChannelSum[channel], count);
+    }
+    for (std::size_t channel = 1; channel < sample.SensorValues.size(); ++channel) {
+        const std::int64_t count = bin.SensorCountAcc[channel];
+        sample.SensorValues[channel] = count <= 1 ? kNull : mean(bin.SensorSum[channel], count);
+    }
+    return 0;
+}
+
+} // namespace tarvo

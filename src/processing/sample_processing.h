@@ -1,0 +1,122 @@
+#pragma once
+
+#include "definitions/survey_definitions.h"
+#include "intake/header.h"
+#include "processing/processing_parameters.h"
+#include "processing/sample_store.h"
+#include "processing/sensor_positions.h"
+#include "processing/survey_lines.h"
+#include "text/numbers.h"
+#include "text/tokens.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace tarvo {
+
+// The fields of one data line, in header-column order.
+using SampleRecord = std::span<const std::string_view>;
+
+using ChannelArray = std::array<double, number_of_field_slots + 1>; // by field slot, from 1
+
+// The data line at hand, as numbers. Channels that the survey does not have are kNull throughout.
+struct CurrentSample {
+    std::int64_t SampleTime = 0; // ten-thousandths of a second since 1970-01-01
+    ChannelArray ChannelValues = {kNull, kNull, kNull, kNull, kNull, kNull, kNull, kNull, kNull, kNull, kNull};
+    std::vector<double> SensorValues; // by sensor channel, from 1
+    double LineNumberFromData = kNull;
+};
+
+// The samples that will become the next stored record. BinCount 0: no bin is open.
+struct AveragingBin {
+    std::int32_t BinCount = 0;
+    std::int64_t BinStartTime = 0;
+    ChannelArray BinStartValues = {};
+    std::array<std::int64_t, number_of_field_slots + 1> ChannelCountAcc = {};
+    ChannelArray ChannelSum = {};
+    std::vector<std::int64_t> SensorCountAcc; // by sensor channel, from 1
+    std::vector<double> SensorSum;
+    double first_heading = kNull; // the first valid one of the bin
+};
+
+// What stays the same for every line of a run, worked out once from the definitions, the located columns and the
+// parameters.
+struct ProcessingPlan {
+    struct Column {
+        std::size_t field;   // header column, from 0
+        std::size_t channel; // field slot or sensor channel
+        double multiplier;   // sign and factor of valid values
+    };
+    struct Sensor {
+        std::array<std::int32_t, 4> component_channels = {}; // rows 1 to 3: sensor channel, -1: absent
+        std::array<std::int32_t, 4> location_channels = {};  // likewise
+        std::array<double, 3> offset = {};                   // u along track, v, w: metres
+    };
+
+    std::vector<Column> channels; // field slots
+    std::vector<Column> sensor_channels;
+    std::vector<Sensor> sensors; // from 1
+    std::size_t fields_needed = 0;
+    int components_per_sensor = 1;
+    bool read_sensor_location = false;
+    int vertical_slot = 0; // of sensor positions: Depth, else Elevation; 0: neither
+    double dem_sign = 0;   // a derived DEM is Depth + dem_sign * Elevation; 0: not derived
+    bool has_time = false;
+    bool line_numbers_from_data = false;
+
+    double SampleInterval = 1;        // seconds
+    std::int64_t sample_interval = 0; // ten-thousandths
+    float LoggingLineBreakDistance = 0;
+    float LoggingLineBreakTime = 0;
+    std::int64_t line_break_time = 0; // ten-thousandths
+    std::int64_t MinLineRecords = 0;
+    bool carry_closing_sample = false;
+    bool circular_heading = false;
+    HeadingSense heading_sense = HeadingSense::from_east;
+};
+
+ProcessingPlan make_processing_plan(const SurveyDefinitions& definitions, const FieldLocations& locations,
+                                    const ProcessingParameters& parameters);
+
+// Everything that a run makes of its data lines.
+struct SampleProcessing {
+    ProcessingPlan plan;
+    FieldSplitter splitter{0};
+    CurrentSample sample;
+    AveragingBin bin;
+    SurveyLines lines;
+    SampleStore store;
+    std::int32_t last_positioned_record = 0; // newest record with a valid position; 0: none
+
+    std::int64_t lines_read = 0; // data lines, refused ones among them
+    std::int64_t lines_rejected = 0;
+    std::int64_t lines_processed = 0;    // converted
+    std::int64_t lines_not_averaged = 0; // valid, but closed a bin and went into none
+};
+
+// Starts a run with nothing read and nothing stored.
+void start_processing(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,
+                      const ProcessingParameters& parameters);
+
+// Takes one data line through conversion, line break and averaging. 0, or -1 for a line that was refused and counted.
+int process_data_line(std::string_view line, SampleProcessing& run);
+
+// Counts a data line that could not be taken at all.
+void refuse_data_line(SampleProcessing& run);
+
+// Stores the open bin, if any, so that no sample read is lost at the end of a run. 0 or -1.
+int close_open_bin(SampleProcessing& run);
+
+// The steps of process_data_line. Each returns -1 until it has succeeded, then 0.
+int convert_record_fields(SampleRecord record, SampleProcessing& run);
+int check_line_break(SampleProcessing& run);
+int accumulate_sample(SampleProcessing& run);
+int store_averaged_sample(SampleProcessing& run);
+
+// The open bin as means in the arrays of a sample, a value that counts less than two samples as kNull.
+int decimate_accumulated_data_values(const AveragingBin& bin, CurrentSample& sample);
+
+} // namespace tarvo
