@@ -2,7 +2,7 @@
 
 #include "definitions/operator.h"
 #include "display/picture.h"
-#include "display/track_points.h"
+#include "display/track_scene.h"
 #include "display/track_search.h"
 
 #include <cstdint>

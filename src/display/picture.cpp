@@ -149,4 +149,18 @@ void copy_picture(const Picture& source, Picture& target)
     copy_block(source, {0, 0, source.width(), source.height()}, target, 0, 0);
 }
 
+void scroll(Picture& picture, int right, int down)
+{
+    const int width = picture.width();
+    const int height = picture.height();
+    copy_block(picture, {0, 0, width, height}, picture, right, down);
+
+    const int uncovered_columns = std::clamp(right, -width, width);
+    const int uncovered_rows = std::clamp(down, -height, height);
+    const int first_column = uncovered_columns > 0 ? 0 : width + uncovered_columns;
+    const int first_row = uncovered_rows > 0 ? 0 : height + uncovered_rows;
+    fill_rectangle(picture, first_column, 0, first_column + std::abs(uncovered_columns), height, kBlack);
+    fill_rectangle(picture, 0, first_row, width, first_row + std::abs(uncovered_rows), kBlack);
+}
+
 } // namespace tarvo

@@ -1,6 +1,7 @@
 #include "display/track_points.h"
 
 #include <limits>
+#include <stdexcept>
 
 namespace tarvo {
 
@@ -57,9 +58,17 @@ PointMark point_mark(const TrackScene& scene, std::int32_t record)
     return {value_colour(scene.display_values[record], scene.settings.gradient_max_range), 1};
 }
 
+void require_positions(const TrackTable& track)
+{
+    if (track.count > 0 && (track.easting == nullptr || track.northing == nullptr)) {
+        throw std::invalid_argument("the track table has no positions");
+    }
+}
+
 void paint_track(Picture& picture, const PixelTransform& transform, const TrackScene& scene)
 {
     const TrackTable& track = scene.track;
+    require_positions(track);
     const double range = scene.settings.gradient_max_range;
     const std::int64_t step = tick_step(scene.sample_rate, scene.settings.timing_tick);
     std::int64_t next_tick = step > 0 ? 1 : std::numeric_limits<std::int64_t>::max();

@@ -1,21 +1,12 @@
 #pragma once
 
 #include "display/colour_scale.h"
-#include "display/display_settings.h"
 #include "display/picture.h"
-#include "processing/track_table.h"
+#include "display/track_scene.h"
 
 #include <cstdint>
 
 namespace tarvo {
-
-// What the track is drawn from. It owns nothing and holds as long as the sample store is not changed.
-struct TrackScene {
-    TrackTable track;
-    const double* display_values = nullptr; // of sensor 1, records 1..track.count; null while there are none
-    float sample_rate = 1.0F;               // stored samples per second
-    DisplaySettings settings;
-};
 
 // How one track point is marked: a filled square.
 struct PointMark {
@@ -47,7 +38,10 @@ inline int pixel_y(const PixelTransform& transform, double northing)
     return rounded_pixel((transform.y_max - northing) * transform.scale * transform.zoom);
 }
 
-// Draws all track points in the order of their records, each marked by the rule of point_mark.
+// Throws std::invalid_argument for a track table with rows but without their positions.
+void require_positions(const TrackTable& track);
+
+// Draws all track points in the order of their records, each marked by the rule of point_mark. Throws as above.
 void paint_track(Picture& picture, const PixelTransform& transform, const TrackScene& scene);
 
 } // namespace tarvo

@@ -85,13 +85,6 @@ void check_extent(const WorldExtent& extent)
     if (!is_rectangle || !is_finite) throw std::domain_error("the data extent is empty");
 }
 
-void check_track(const TrackTable& track)
-{
-    if (track.count > 0 && (track.easting == nullptr || track.northing == nullptr)) {
-        throw std::invalid_argument("the track table has no positions");
-    }
-}
-
 } // namespace
 
 MapFrame fitted_frame(const TrackTable& track, int picture_width, int picture_height)
@@ -134,7 +127,6 @@ int create_image_buffer(TrackView& view, int picture_width, int picture_height, 
 int add_track_to_buffer(TrackView& view, const MapFrame& frame, const TrackScene& scene, Operator& op)
 {
     return run_guarded(op, "An error occurred while adding the track to the image buffer: ", [&] {
-        check_track(scene.track);
         clear(view.buffer);
         paint_track(view.buffer, view_transform(view, frame.pixel_scale), scene);
         view.buffer_valid = true;
@@ -166,7 +158,6 @@ int display_full_data_track(Picture& picture, const TrackView& view, const MapFr
                             Operator& op)
 {
     return run_guarded(op, "An error occurred while displaying the full data track: ", [&] {
-        check_track(scene.track);
         paint_track(picture, view_transform(view, frame.pixel_scale), scene);
     });
 }

@@ -3,6 +3,7 @@
 #include "definitions/operator.h"
 #include "display/picture.h"
 #include "display/track_points.h"
+#include "display/track_scene.h"
 #include "processing/track_table.h"
 
 namespace tarvo {

@@ -1,0 +1,251 @@
+#include "display/track_image.h"
+
+#include "display/guarded_operation.h"
+
+#include <algorithm>
+
+namespace tarvo {
+
+namespace {
+
+constexpr int kMarkerRadius = 6;
+constexpr int kMarkerSide = 2 * kMarkerRadius + 1;
+
+bool zoomed_view_is_active(const TrackImage& image)
+{
+    return image.zoomed_view.zoom > 1;
+}
+const TrackView& active_view(const TrackImage& image)
+{
+    return zoomed_view_is_active(image) ? image.zoomed_view : image.full_view;
+}
+
+// Done a second time, it takes the crosshair away. Where its lines meet, the pixel stays as it is.
+void invert_crosshair(TrackImage& image)
+{
+    if (image.crosshair == kNoCrosshair) return;
+    const auto [x, y] = image.crosshair;
+    invert_line(image.picture, x, 0, x, image.picture.height() - 1);
+    invert_line(image.picture, 0, y, image.picture.width() - 1, y);
+}
+
+void lay_crosshair(TrackImage& image)
+{
+    const bool is_shown = image.location.is_known() && !image.followed.is_shown;
+    image.crosshair = kNoCrosshair;
+    if (!is_shown) return;
+    const PixelTransform transform = active_transform(image);
+    image.crosshair = {pixel_x(transform, image.location.easting), pixel_y(transform, image.location.northing)};
+    invert_crosshair(image);
+}
+
+void lift_crosshair(TrackImage& image)
+{
+    invert_crosshair(image);
+    image.crosshair = kNoCrosshair;
+}
+
+void lay_marker(TrackImage& image)
+{
+    NewPickMarker& marker = image.marker;
+    marker.drawn_at = kNoMarker;
+    if (!marker.place.is_known()) return;
+    const PixelTransform transform = active_transform(image);
+    const PixelPlace at = {pixel_x(transform, marker.place.easting), pixel_y(transform, marker.place.northing)};
+    marker.covered = Picture(kMarkerSide, kMarkerSide);
+    copy_block(image.picture, {at.x - kMarkerRadius, at.y - kMarkerRadius, kMarkerSide, kMarkerSide}, marker.covered, 0,
+               0);
+    draw_ring(image.picture, at.x, at.y, kMarkerRadius, marker.colour);
+    marker.drawn_at = at;
+}
+
+void lift_marker(TrackImage& image)
+{
+    const NewPickMarker& marker = image.marker;
+    if (marker.drawn_at == kNoMarker) return;
+    copy_block(marker.covered, {0, 0, kMarkerSide, kMarkerSide}, image.picture, marker.drawn_at.x - kMarkerRadius,
+               marker.drawn_at.y - kMarkerRadius);
+    image.marker.drawn_at = kNoMarker;
+}
+
+// The crosshair lies over the marker: it is taken off first and laid last.
+void lift_overlays(TrackImage& image)
+{
+    lift_crosshair(image);
+    lift_marker(image);
+}
+void lay_overlays(TrackImage& image)
+{
+    lay_marker(image);
+    lay_crosshair(image);
+}
+
+void rebuild_buffer(TrackImage& image, TrackView& view, const TrackScene& scene, Operator& op)
+{
+    const int width = image.picture.width();
+    const int height = image.picture.height();
+    const bool fits = view.buffer.width() == width && view.buffer.height() == height;
+    if (!fits && create_image_buffer(view, width, height, op) < 0) return;
+    add_track_to_buffer(view, image.frame, scene, op);
+}
+
+// The view in use, brought up to date.
+const TrackView& refreshed_view(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op)
+{
+    if (zoomed_view_is_active(image)) {
+        const bool is_requested = redraw == Redraw::requested || image.redraw_pending;
+        if (is_requested || !image.zoomed_view.buffer_valid) rebuild_buffer(image, image.zoomed_view, scene, op);
+        return image.zoomed_view;
+    }
+    const double range = scene.settings.gradient_max_range;
+    if (!image.full_view.buffer_valid || range != image.drawn_gradient_range) {
+        image.drawn_gradient_range = range;
+        rebuild_buffer(image, image.full_view, scene, op);
+    }
+    return image.full_view;
+}
+
+void plot_in_following_mode(TrackImage& image, const PointMark& mark, std::int32_t index, double easting,
+                            double northing)
+{
+    if (!image.followed.is_shown) image.pick_labels.clear();
+    plot_followed_point(image.picture, image.followed, index, easting, northing, mark);
+    image.full_view.buffer_valid = false; // it does not hold this sample
+}
+
+// Always by the full view: the new sample's square does not follow the zoom.
+void plot_in_fixed_extent(TrackImage& image, const PointMark& mark, double easting, double northing)
+{
+    const PixelTransform transform = view_transform(image.full_view, image.frame.pixel_scale);
+    const int x = pixel_x(transform, easting);
+    const int y = pixel_y(transform, northing);
+    fill_square(image.picture, x, y, mark.half_size, mark.colour);
+    if (image.full_view.buffer_valid) fill_square(image.full_view.buffer, x, y, mark.half_size, mark.colour);
+}
+
+} // namespace
+
+void resize_track_image(TrackImage& image, const TrackScene& scene, int width, int height, Operator& op)
+{
+    run_guarded(op, "An error occurred while creating the image buffer: ", [&] {
+        lift_overlays(image);
+        image.picture = Picture(width, height);
+        image.followed = {};
+        image.full_view.buffer_valid = false;
+        image.zoomed_view.buffer_valid = false;
+    });
+    fit_data_extent(image, scene, op);
+}
+
+void clear_track_image(TrackImage& image, Operator& op)
+{
+    lift_overlays(image);
+    clear(image.picture);
+    image.followed = {};
+    image.current_record = 0;
+    image.section = {};
+    image.location = {};
+    image.marker = {};
+    image.pick_labels.clear();
+    image.redraw_pending = false;
+    reset_track_view(image.full_view, image.full_view);
+    fit_data_extent(image, {}, op);
+    reset_track_view(image.zoomed_view, image.full_view);
+}
+
+void fit_data_extent(TrackImage& image, const TrackScene& scene, Operator& op)
+{
+    const MapFrame fitted = fitted_frame(scene.track, image.picture.width(), image.picture.height());
+    if (fitted == image.frame) return;
+    image.frame = fitted;
+    for (TrackView* const view : {&image.full_view, &image.zoomed_view}) {
+        calculate_zoom_settings(*view, fitted.extent, op);
+        view->buffer_valid = false;
+    }
+}
+
+void show_whole_track(TrackImage& image, const TrackScene& scene, Operator& op)
+{
+    image.map_extent = MapExtent::fixed;
+    image.full_view.buffer_valid = false;
+    image.zoomed_view.buffer_valid = false;
+    fit_data_extent(image, scene, op);
+    update_image_display(image, scene, Redraw::as_needed, op);
+}
+
+void follow_track(TrackImage& image)
+{
+    lift_overlays(image);
+    clear(image.picture);
+    image.map_extent = MapExtent::following;
+    image.followed = {};
+    image.pick_labels.clear();
+}
+
+void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t index, double easting, double northing)
+{
+    lift_overlays(image);
+    if (image.map_extent == MapExtent::following) {
+        plot_in_following_mode(image, point_mark(scene, index), index, easting, northing);
+    } else {
+        plot_in_fixed_extent(image, point_mark(scene, index), easting, northing);
+    }
+    image.zoomed_view.buffer_valid = false; // it does not hold this sample
+    lay_overlays(image);
+}
+
+void update_image_display(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op)
+{
+    lift_overlays(image);
+    const TrackView& view = refreshed_view(image, scene, redraw, op);
+    if (scene.track.count > 0) {
+        display_data_track(image.picture, view, image.frame, image.section, scene, op);
+        image.followed.is_shown = false;
+        image.pick_labels = draw_located_picks(image.picture, active_transform(image), scene);
+        lay_marker(image);
+    }
+    image.redraw_pending = false;
+    display_location_crosshair(image, image.location);
+    if (image.run_pending_events) image.run_pending_events();
+}
+
+void invalidate_colours(TrackImage& image)
+{
+    image.full_view.buffer_valid = false;
+    if (!zoomed_view_is_active(image)) image.zoomed_view.buffer_valid = false;
+    image.redraw_pending = true;
+}
+
+void display_location_crosshair(TrackImage& image, const GridPlace& location)
+{
+    lift_crosshair(image);
+    image.location = location;
+    if (!location.is_known()) image.redraw_pending = false;
+    lay_crosshair(image);
+}
+
+void display_new_pick_location(TrackImage& image, const GridPlace& place, Colour colour, int draw_flag)
+{
+    lift_overlays(image);
+    image.marker.place = draw_flag > 0 ? place : GridPlace{};
+    image.marker.colour = colour;
+    lay_overlays(image);
+}
+
+PixelTransform active_transform(const TrackImage& image)
+{
+    const FollowedTrack& followed = image.followed;
+    if (followed.is_shown) {
+        return {followed.last_easting - followed.centre_x, followed.last_northing + followed.centre_y, 1, 1};
+    }
+    return view_transform(active_view(image), image.frame.pixel_scale);
+}
+
+GridPlace place_of_pixel(const TrackImage& image, int x, int y)
+{
+    const PixelTransform transform = active_transform(image);
+    const double pixels_per_metre = transform.scale * transform.zoom;
+    return {transform.x_min + x / pixels_per_metre, transform.y_max - y / pixels_per_metre};
+}
+
+} // namespace tarvo

@@ -1,0 +1,102 @@
+#include "display/track_layers.h"
+
+#include "display/guarded_operation.h"
+#include "text/numbers.h"
+
+#include <algorithm>
+
+namespace tarvo {
+
+namespace {
+
+constexpr int kSectionHalfSize = 1;
+constexpr int kPickRadius = 5;
+
+bool has_position(const TrackTable& track, std::int32_t record)
+{
+    return is_valid_channel(track.easting[record]) && is_valid_channel(track.northing[record]);
+}
+
+// The part of a section that is on the track; the track may have lost its last line since.
+SectionLimits stored_part(const SectionLimits& section, const TrackTable& track)
+{
+    return {std::max(section.first, 1), std::min(section.last, track.count)};
+}
+
+// Whether a square in these limits can touch the picture.
+bool can_be_seen(const WorldExtent& limits, const PixelTransform& transform, const Picture& picture)
+{
+    return pixel_x(transform, limits.x_max) >= -kSectionHalfSize &&
+           pixel_x(transform, limits.x_min) < picture.width() + kSectionHalfSize &&
+           pixel_y(transform, limits.y_min) >= -kSectionHalfSize &&
+           pixel_y(transform, limits.y_max) < picture.height() + kSectionHalfSize;
+}
+
+} // namespace
+
+std::optional<WorldExtent> calculate_highlighted_limits(const TrackTable& track, const SectionLimits& section,
+                                                        Operator& op)
+{
+    std::optional<WorldExtent> limits;
+    run_guarded(op, "An error occurred while calculating the highlighted track limits: ", [&] {
+        require_positions(track);
+        const auto [first, last] = stored_part(section, track);
+        for (std::int32_t record = first; record <= last; ++record) {
+            if (!has_position(track, record)) continue;
+            const double x = track.easting[record];
+            const double y = track.northing[record];
+            if (!limits) limits = {x, x, y, y};
+            limits = {std::min(limits->x_min, x), std::max(limits->x_max, x), std::min(limits->y_min, y),
+                      std::max(limits->y_max, y)};
+        }
+    });
+    return limits;
+}
+
+int display_highlighted_section(Picture& picture, const TrackView& view, const MapFrame& frame,
+                                const SectionLimits& section, const TrackScene& scene, Operator& op)
+{
+    return run_guarded(op, "An error occurred while displaying the highlighted section: ", [&] {
+        if (section.is_empty()) return;
+        const std::optional<WorldExtent> limits = calculate_highlighted_limits(scene.track, section, op);
+        const PixelTransform transform = view_transform(view, frame.pixel_scale);
+        if (!limits || !can_be_seen(*limits, transform, picture)) return;
+        const auto [first, last] = stored_part(section, scene.track);
+        for (std::int32_t record = first; record <= last; ++record) {
+            fill_square(picture, pixel_x(transform, scene.track.easting[record]),
+                        pixel_y(transform, scene.track.northing[record]), kSectionHalfSize, kWhite);
+        }
+    });
+}
+
+int display_data_track(Picture& picture, const TrackView& view, const MapFrame& frame, const SectionLimits& section,
+                       const TrackScene& scene, Operator& op)
+{
+    int status = run_guarded(op, "An error occurred while displaying the data track: ", [&] {
+        if (view.buffer_valid) copy_picture(view.buffer, picture);
+    });
+    if (status == 0 && view.buffer_valid && scene.track.count > 0) {
+        status = display_highlighted_section(picture, view, frame, section, scene, op);
+    }
+    return status;
+}
+
+std::vector<PickLabel> draw_located_picks(Picture& picture, const PixelTransform& transform, const TrackScene& scene)
+{
+    std::vector<PickLabel> labels;
+    std::optional<PickLabel> current;
+    for (std::size_t element = 1; element < scene.picks.records.size(); ++element) {
+        const std::int32_t record = scene.picks.records[element];
+        if (record < 1 || record > scene.track.count || !has_position(scene.track, record)) continue;
+        const PickLabel label = {static_cast<std::int32_t>(element), pixel_x(transform, scene.track.easting[record]),
+                                 pixel_y(transform, scene.track.northing[record])};
+        draw_ring(picture, label.x, label.y, kPickRadius, kWhite);
+        if (label.pick == scene.picks.current_pick) current = label;
+        const bool is_inside = label.x >= 0 && label.x < picture.width() && label.y >= 0 && label.y < picture.height();
+        if (is_inside) labels.push_back(label);
+    }
+    if (current) draw_ring(picture, current->x, current->y, kPickRadius, kRed);
+    return labels;
+}
+
+} // namespace tarvo
