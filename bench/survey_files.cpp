@@ -1,5 +1,7 @@
 #include "survey_files.h"
 
+#include "unattended.h"
+
 #include "definitions/definitions_file.h"
 #include "text/file_names.h"
 #include "text/numbers.h"
@@ -205,15 +207,6 @@ void write_text(const std::string& file_name, const std::string& text)
     file.close();
     if (!file) throw std::runtime_error(file_name + " cannot be written");
 }
-
-// Takes a core procedure's refusal for the failure that it is here.
-class Unattended : public Operator {
-public:
-    void show_message(const std::string& text) override { throw std::runtime_error(text); }
-    bool ask_yes_no(const std::string&) override { return false; }
-    std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return {}; }
-    std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return {}; }
-};
 
 SurveyDefinitions definitions_of(const SurveyFiles& files, const Survey& survey)
 {

@@ -1,0 +1,275 @@
+// What a load costs beside reading its numbers: tarvo-process's whole load, gradients included, against a bare loop
+// that reads the file in blocks and converts every field with std::from_chars. Prints the ratios and the peak memory.
+//
+//   load_bench [LINES [FOLDER]]   LINES of the large files (2000000), a small one has a quarter;
+//                                 FOLDER keeps the files for the next time, else they go to a temporary one
+
+#include "survey_files.h"
+#include "unattended.h"
+
+#include "definitions/definitions_file.h"
+#include "intake/header.h"
+#include "processing/gradients.h"
+#include "processing/sample_processing.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <fcntl.h>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace tarvo;
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+constexpr int kRuns = 3; // the quickest counts
+constexpr double kRate = 10;
+constexpr double kMebibyte = 1024.0 * 1024.0;
+
+double seconds_since(Clock::time_point start)
+{
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// The line's fields, up to `end`, as numbers; what is none is passed over. Returns their sum, so that nothing is left
+// out.
+double convert_line(const char* field, const char* end)
+{
+    double sum = 0;
+    while (field < end) {
+        double value = 0;
+        field = std::from_chars(field, end, value).ptr;
+        sum += value;
+        while (field < end && *field != ',') ++field;
+        ++field;
+    }
+    return sum;
+}
+
+double convert_file(const std::string& file_name)
+{
+    std::vector<char> buffer(std::size_t{1} << 20);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(file_name.c_str(), "rb"), std::fclose);
+    if (!file) throw std::runtime_error(file_name + " cannot be opened");
+    double sum = 0;
+    std::size_t kept = 0; // bytes of a line that the last block cut
+    while (const std::size_t read = std::fread(buffer.data() + kept, 1, buffer.size() - kept, file.get())) {
+        const char* line = buffer.data();
+        const char* const end = line + kept + read;
+        while (const auto* line_end =
+                   static_cast<const char*>(std::memchr(line, '\n', static_cast<std::size_t>(end - line)))) {
+            sum += convert_line(line, line_end);
+            line = line_end + 1;
+        }
+        kept = static_cast<std::size_t>(end - line);
+        std::memmove(buffer.data(), line, kept);
+    }
+    return sum;
+}
+
+double bare_loop_seconds(const std::string& file_name)
+{
+    double best = 1e30;
+    for (int run = 0; run < kRuns; ++run) {
+        const auto start = Clock::now();
+        volatile double sum = convert_file(file_name);
+        static_cast<void>(sum);
+        best = std::min(best, seconds_since(start));
+    }
+    return best;
+}
+
+struct Load {
+    double seconds = 1e30;
+    double peak_bytes = 0;
+};
+
+// One load in a process of its own.
+Load run_program(const std::vector<std::string>& command)
+{
+    std::vector<char*> arguments;
+    for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
+    arguments.push_back(nullptr);
+
+    const auto start = Clock::now();
+    const pid_t child = fork();
+    if (child == 0) {
+        const int nowhere = open("/dev/null", O_WRONLY);
+        dup2(nowhere, STDOUT_FILENO);
+        execv(arguments[0], arguments.data());
+        _exit(127);
+    }
+    int status = 0;
+    rusage usage = {};
+    if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0)
+        throw std::runtime_error(command[0] + " failed");
+    return {seconds_since(start), static_cast<double>(usage.ru_maxrss) * 1024};
+}
+
+Load load(const std::vector<std::string>& command)
+{
+    Load best;
+    for (int run = 0; run < kRuns; ++run) {
+        const Load one = run_program(command);
+        best.seconds = std::min(best.seconds, one.seconds);
+        best.peak_bytes = std::max(best.peak_bytes, one.peak_bytes);
+    }
+    return best;
+}
+
+// Memory of the arrays that such a load fills.
+double stored_bytes(const std::string& file_name, const ProcessingParameters& parameters)
+{
+    survey::Unattended op;
+    SurveyDefinitions definitions;
+    int header_line_number = 1;
+    read_definitions(definitions_file_name_for(file_name), definitions, header_line_number, op);
+    const HeaderReading reading = read_header_line(1, file_name, header_line_number, op);
+    FieldLocations locations;
+    locate_header_fields(header_columns_of(reading.header), definitions, locations, op);
+    SampleProcessing run;
+    start_processing(run, definitions, locations, parameters);
+    std::string_view line;
+    while (reading.stream->next_line(line) == LineReader::Outcome::line) process_data_line(line, run);
+    close_open_bin(run);
+    reserve_gradients(run.store, run.store.RecordCount);
+    return static_cast<double>(store_bytes(run.store));
+}
+
+enum class Stored { averages, every_line };
+
+struct Case {
+    const char* label;
+    std::int64_t lines;
+    double bad_share = 0;
+    Stored stored = Stored::averages;
+
+    std::string file_name = {};
+    double bare_seconds = 0;
+    Load load = {};
+    double store_bytes = 0;
+
+    double nanoseconds_per_line() const { return load.seconds / static_cast<double>(lines) * 1e9; }
+    double memory_limit() const { return 1.5 * store_bytes + 8 * kMebibyte; }
+};
+
+std::string survey_file(const fs::path& folder, std::int64_t lines, double bad_share)
+{
+    survey::SurveyFiles files;
+    files.data_file = (folder / ("survey-" + std::to_string(lines) + (bad_share > 0 ? "-bad" : "") + ".csv")).string();
+    files.plan = {
+        .survey_lines = static_cast<int>(1 + lines / 10'000), .data_lines = lines, .rate = kRate, .sensors = 4};
+    files.components = survey::Components::three;
+    files.bad_share = bad_share;
+    if (!fs::exists(definitions_file_name_for(files.data_file))) survey::write_survey(files);
+    return files.data_file;
+}
+
+void measure(Case& c, const std::string& program)
+{
+    c.bare_seconds = bare_loop_seconds(c.file_name);
+    std::vector<std::string> command = {program, "--quiet", c.file_name};
+    if (c.stored == Stored::every_line)
+        command.insert(command.end(),
+                       {"--set", "CarryClosingSample=1", "--set", "LoggingSampleRate=" + std::to_string(kRate)});
+    c.load = load(command);
+}
+
+void measure_store(Case& c)
+{
+    ProcessingParameters parameters;
+    if (c.stored == Stored::every_line) {
+        parameters.CarryClosingSample = true;
+        parameters.LoggingSampleRate = static_cast<float>(kRate);
+    }
+    c.store_bytes = stored_bytes(c.file_name, parameters);
+}
+
+void print_goal(const char* what, double measured, double goal)
+{
+    std::printf("%-46s %6.3f   goal %5.2f   %s\n", what, measured, goal, measured <= goal ? "reached" : "MISSED");
+}
+
+void report(const std::vector<Case>& cases)
+{
+    std::printf("%-30s %9s %7s %7s %8s %9s %10s\n", "file", "lines", "bare s", "load s", "ns/line", "peak MiB",
+                "store MiB");
+    for (const Case& c : cases)
+        std::printf("%-30s %9lld %7.3f %7.3f %8.1f %9.1f %10.1f\n", c.label, static_cast<long long>(c.lines),
+                    c.bare_seconds, c.load.seconds, c.nanoseconds_per_line(), c.load.peak_bytes / kMebibyte,
+                    c.store_bytes / kMebibyte);
+    const Case &small = cases[0], &large = cases[1], &bad = cases[2], &small_stored = cases[3], &stored = cases[4];
+    std::printf("\n");
+    print_goal("load / bare loop", large.load.seconds / large.bare_seconds, 1.0);
+    print_goal("load, 1 % bad fields / none", bad.load.seconds / large.load.seconds, 1.15);
+    print_goal("time per line, large / small file", large.nanoseconds_per_line() / small.nanoseconds_per_line(), 1.15);
+    print_goal("the same, every line stored", stored.nanoseconds_per_line() / small_stored.nanoseconds_per_line(),
+               1.15);
+    print_goal("peak / (1.5 x store + 8 MiB)", large.load.peak_bytes / large.memory_limit(), 1.0);
+    print_goal("the same, every line stored", stored.load.peak_bytes / stored.memory_limit(), 1.0);
+}
+
+// Removes the files at the end, unless they are to be kept.
+class SurveyFolder {
+public:
+    explicit SurveyFolder(const char* kept) : path_(kept ? fs::path(kept) : temporary()), temporary_(kept == nullptr)
+    {
+        fs::create_directories(path_);
+    }
+    SurveyFolder(const SurveyFolder&) = delete;
+    SurveyFolder& operator=(const SurveyFolder&) = delete;
+    ~SurveyFolder()
+    {
+        std::error_code ignored;
+        if (temporary_) fs::remove_all(path_, ignored);
+    }
+
+    const fs::path& path() const { return path_; }
+
+private:
+    static fs::path temporary() { return fs::temp_directory_path() / ("load_bench-" + std::to_string(getpid())); }
+
+    fs::path path_;
+    bool temporary_;
+};
+
+} // namespace
+
+int main(int argument_count, char* argument_values[])
+{
+    const std::int64_t lines = argument_count > 1 ? std::atoll(argument_values[1]) : 2'000'000;
+    if (lines < 10'000) {
+        std::fprintf(stderr, "usage: load_bench [LINES [FOLDER]], at least 10000 lines\n");
+        return 2;
+    }
+    try {
+        const std::string program = (fs::read_symlink("/proc/self/exe").parent_path() / "tarvo-process").string();
+        const SurveyFolder folder(argument_count > 2 ? argument_values[2] : nullptr);
+        std::vector<Case> cases = {{"small", lines / 4},
+                                   {"large", lines},
+                                   {"large, 1 % bad fields", lines, 0.01},
+                                   {"small, every line stored", lines / 4, 0, Stored::every_line},
+                                   {"large, every line stored", lines, 0, Stored::every_line}};
+        for (Case& c : cases) c.file_name = survey_file(folder.path(), c.lines, c.bad_share);
+        for (Case& c : cases) measure(c, program);
+        // last: what this process has used itself would count as its children's peak
+        for (Case& c : cases) measure_store(c);
+        report(cases);
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "load_bench: %s\n", error.what());
+        return 1;
+    }
+}
