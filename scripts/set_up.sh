@@ -49,11 +49,9 @@ install_packages() {
         as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y install --no-install-recommends "${missing[@]}"
 }
 
-# configure PRESET [CMAKE_OPTION...]: only when the folder is not configured yet; the build sees later changes itself.
+# configure PRESET: only for the first time and after a change of the presets; the build sees other changes itself.
 configure() {
-    local preset=$1
-    shift
-    [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" "$@"
+    [ "build/$1/build.ninja" -nt CMakePresets.json ] || cmake --preset "$1"
 }
 
 # build PRESET [TARGET]
