@@ -1,0 +1,361 @@
+#include "intake/logging_driver.h"
+
+#include "definitions/definitions_file.h"
+#include "text/tokens.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
+namespace tarvo {
+
+namespace {
+
+constexpr int kDialRefreshSamples = 10;
+constexpr int kFullSpeed = 100; // HScroll_speed without a delay
+
+int delay_of_speed(int position)
+{
+    const double slowness = kFullSpeed - std::clamp(position, 0, kFullSpeed);
+    return static_cast<int>(std::nearbyint(slowness * slowness / 10.0));
+}
+
+bool is_there(const std::string& file_name)
+{
+    std::error_code ignored;
+    return std::filesystem::exists(file_name, ignored);
+}
+
+// Length in bytes; 0 for what has none, such as a pipe.
+std::int64_t length_of_file(const std::string& file_name)
+{
+    std::error_code fault;
+    const auto length = std::filesystem::file_size(file_name, fault);
+    return fault ? 0 : static_cast<std::int64_t>(length);
+}
+
+std::optional<int> header_line_number_of(const std::string& text)
+{
+    const double number = numeric_value(text).value_or(0);
+    if (number < 1 || number > INT32_MAX) return std::nullopt;
+    return static_cast<int>(std::nearbyint(number));
+}
+
+// The means of the bin stored last. A bin of one sample has no mean: the reading itself stands in.
+CurrentSample dial_readings(const SampleProcessing& run)
+{
+    CurrentSample readings = run.sample;
+    decimate_accumulated_data_values(run.bin, readings);
+    for (std::size_t channel = 1; channel < readings.ChannelValues.size(); ++channel) {
+        double& value = readings.ChannelValues[channel];
+        if (!is_valid_channel(value)) value = run.sample.ChannelValues[channel];
+    }
+    for (std::size_t channel = 1; channel < readings.SensorValues.size(); ++channel) {
+        double& value = readings.SensorValues[channel];
+        if (!is_valid_sensor(value)) value = run.sample.SensorValues[channel];
+    }
+    return readings;
+}
+
+} // namespace
+
+LoggingDriver::LoggingDriver(SurveyState& survey, Operator& op, RunDisplay& display)
+    : survey_(survey), op_(op), display_(display)
+{
+}
+
+RunCounters LoggingDriver::counters() const
+{
+    const SampleProcessing& run = survey_.processing;
+    RunCounters counters;
+    counters.lines_read = run.lines_read;
+    counters.samples_stored = run.store.RecordCount;
+    counters.lines_rejected = run.lines_rejected;
+    counters.lines_not_averaged = run.lines_not_averaged;
+    if (run.lines.has_line()) counters.current_line_number = run.lines.CurrentLineNumber;
+    if (stream_) counters.characters_consumed = stream_->characters_consumed();
+    counters.file_length = file_length_;
+    return counters;
+}
+
+int LoggingDriver::Command_start_logging(StartButton index)
+{
+    if (finishing_ || state_.pipe_logging_active) return 0;
+    if (!state_.file_run_active()) return start_run(index);
+    if (index == StartButton::replay_or_stop) {
+        state_.stop_requested = true;
+        return state_.run_paused ? resume_run() : 0;
+    }
+    if (state_.run_paused) return resume_run();
+    state_.run_paused = true;
+    controls_.pause_caption = state_.load_running ? "Resume Load" : "Resume Replay";
+    show_controls();
+    return 0;
+}
+
+int LoggingDriver::start_run(StartButton index)
+{
+    stop_data_logging();
+    if (start_data_logging() < 0) {
+        stop_data_logging();
+        return -1;
+    }
+    const bool load = index == StartButton::load_or_pause;
+    (load ? state_.load_running : state_.replay_running) = true;
+    state_.run_paused = false;
+    state_.stop_requested = false;
+    controls_.start_caption = load ? "Stop Load" : "Stop Replay";
+    controls_.pause_caption = load ? "Pause Load" : "Pause Replay";
+    lock_controls();
+    if (!load) follow_track(survey_.track_image);
+    return process_input_data();
+}
+
+int LoggingDriver::resume_run()
+{
+    state_.run_paused = false;
+    if (!state_.stop_requested) controls_.pause_caption = state_.load_running ? "Pause Load" : "Pause Replay";
+    show_controls();
+    // A press that came from within the loop lets the loop go on by itself.
+    return looping_ ? 0 : process_input_data();
+}
+
+void LoggingDriver::request_stop()
+{
+    if (state_.file_run_active()) {
+        state_.stop_requested = true;
+        if (state_.run_paused) resume_run();
+    } else if (state_.pipe_logging_active) {
+        finish_pipe_run();
+    }
+}
+
+void LoggingDriver::HScroll_speed_change(int position)
+{
+    replay_delay_ = delay_of_speed(position);
+}
+
+int LoggingDriver::start_data_logging()
+{
+    std::optional<int> header_line;
+    if (survey_.header_line_text) {
+        header_line = header_line_number_of(*survey_.header_line_text);
+        if (!header_line) {
+            op_.show_message("The header line number is not valid");
+            return -1;
+        }
+    }
+    if (survey_.data_file_name.empty()) {
+        op_.show_message("The MAG data file has not been specified");
+        return -1;
+    }
+    if (!is_there(survey_.data_file_name)) {
+        op_.show_message("The MAG data file could not be located");
+        return -1;
+    }
+    const std::string definitions_file = survey_.definitions_file_name.empty()
+                                             ? definitions_file_name_for(survey_.data_file_name)
+                                             : survey_.definitions_file_name;
+    if (!is_there(definitions_file)) {
+        op_.show_message("No definition file was found");
+        return -1;
+    }
+    if (read_definitions(definitions_file, survey_.survey_definitions, survey_.header_line_number, op_).status < 0) {
+        return -1;
+    }
+    if (header_line) survey_.header_line_number = *header_line;
+    initialise_data_logging();
+    return open_data_file() ? 0 : -1;
+}
+
+bool LoggingDriver::open_data_file()
+{
+    file_length_ = length_of_file(survey_.data_file_name);
+    HeaderReading reading = read_header_line(1, survey_.data_file_name, survey_.header_line_number, op_);
+    if (reading.status < 0) return false;
+    survey_.header_columns = header_columns_of(reading.header);
+    if (locate_header_fields(survey_.header_columns, survey_.survey_definitions, survey_.locations, op_) < 0) {
+        return false;
+    }
+    start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
+    stream_ = std::move(reading.stream);
+    first_line_checked_ = false;
+    return true;
+}
+
+void LoggingDriver::initialise_data_logging()
+{
+    state_.clearing_form = true;
+    start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
+    survey_.filters = make_gradient_filters(survey_.parameters);
+    clear_track_image(survey_.track_image, op_);
+    display_.clear_monitor_form();
+    display_.show_counters(counters());
+    state_.clearing_form = false;
+}
+
+int LoggingDriver::process_input_data()
+{
+    looping_ = true;
+    int result = 0;
+    try {
+        while (!state_.run_paused && !state_.stop_requested) {
+            std::string_view line;
+            const LineReader::Outcome outcome = stream_->next_line(line);
+            if (outcome == LineReader::Outcome::end) {
+                result = kEndOfData;
+                break;
+            }
+            if (outcome == LineReader::Outcome::too_long) {
+                refuse_line();
+            } else {
+                process_line(line);
+            }
+            if (state_.replay_running && replay_delay_ >= 1) display_.wait(replay_delay_);
+            display_.process_events(counters());
+        }
+    } catch (const std::exception& fault) {
+        op_.show_message(std::string("An error occurred while processing the input line: ") + fault.what());
+        result = -1;
+    }
+    looping_ = false;
+    if (state_.stop_requested && result == 0) result = kEndOfData;
+    return result == 0 ? 0 : finish_run(result);
+}
+
+int LoggingDriver::process_input_data(std::string_view line)
+{
+    try {
+        process_line(line);
+        display_.process_events(counters());
+        return 0;
+    } catch (const std::exception& fault) {
+        op_.show_message(std::string("An error occurred while processing the input line: ") + fault.what());
+        return -1;
+    }
+}
+
+void LoggingDriver::process_line(std::string_view line)
+{
+    if (!first_line_checked_ && stream_) warn_of_field_count(line);
+    const std::int32_t records_before = survey_.processing.store.RecordCount;
+    process_data_line(line, survey_.processing);
+    if (!state_.load_running && survey_.processing.store.RecordCount != records_before) {
+        show_newest_sample(records_before);
+    }
+}
+
+void LoggingDriver::refuse_line()
+{
+    refuse_data_line(survey_.processing);
+}
+
+void LoggingDriver::warn_of_field_count(std::string_view line)
+{
+    if (trimmed(line).empty()) return;
+    first_line_checked_ = true;
+    const std::size_t fields = count_fields(line);
+    if (fields == static_cast<std::size_t>(survey_.header_columns.count())) return;
+    op_.show_message("The header names " + std::to_string(survey_.header_columns.count()) +
+                     " columns, the first data line holds " + std::to_string(fields) + " fields");
+}
+
+// A dropped line takes its records back; what stays of it on the picture goes with the redraw at the end of the run.
+void LoggingDriver::show_newest_sample(std::int32_t records_before)
+{
+    SampleStore& store = survey_.processing.store;
+    const std::int32_t record = store.RecordCount;
+    if (record < records_before) return;
+    if (record % kDialRefreshSamples == 0) display_.show_dials(dial_readings(survey_.processing));
+    const std::int32_t completed =
+        calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
+    const TrackTable track = track_table(store);
+    plot_track_point(survey_.track_image, track_scene(survey_), record, track.easting[record], track.northing[record]);
+    display_.display_replay_data(record, std::max(completed, 0));
+}
+
+int LoggingDriver::finish_run(int result)
+{
+    finishing_ = true;
+    close_open_bin(survey_.processing);
+    stop_data_logging();
+    terminate_data_logging();
+    finishing_ = false;
+    return result;
+}
+
+void LoggingDriver::stop_data_logging()
+{
+    stream_.reset();
+    file_length_ = 0;
+    state_.replay_running = false;
+    state_.load_running = false;
+    state_.run_paused = false;
+    state_.stop_requested = false;
+    replay_delay_ = delay_of_speed(kFullSpeed);
+    display_.reset_speed_control();
+    RunCounters shown;
+    shown.lines_rejected = survey_.processing.lines_rejected;
+    shown.lines_not_averaged = survey_.processing.lines_not_averaged;
+    shown.current_line_number = counters().current_line_number;
+    display_.show_counters(shown);
+    controls_.start_caption = "Start replay";
+    controls_.pause_caption = "Pause replay";
+    controls_.file_controls_enabled = true;
+    controls_.moving_anomalies_enabled = true;
+    controls_.pick_list_enabled = survey_.processing.store.RecordCount >= 1 && survey_.picks.number_of_picks >= 1;
+    show_controls();
+}
+
+void LoggingDriver::terminate_data_logging()
+{
+    SampleProcessing& run = survey_.processing;
+    recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_);
+    survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
+    show_whole_track(survey_.track_image, track_scene(survey_), op_);
+    display_.show_finished_run();
+}
+
+void LoggingDriver::start_pipe_data_logging()
+{
+    initialise_data_logging();
+    state_.pipe_logging_active = true;
+    follow_track(survey_.track_image);
+}
+
+void LoggingDriver::finish_pipe_run()
+{
+    if (!state_.pipe_logging_active) return;
+    state_.pipe_logging_active = false;
+    finish_run(kEndOfData);
+}
+
+void LoggingDriver::lock_for_pipe()
+{
+    controls_.start_enabled = false;
+    controls_.profile_controls_enabled = false;
+    lock_controls();
+}
+
+void LoggingDriver::unlock_from_pipe()
+{
+    controls_.start_enabled = true;
+    controls_.profile_controls_enabled = true;
+    controls_.file_controls_enabled = true;
+    controls_.moving_anomalies_enabled = true;
+    show_controls();
+}
+
+void LoggingDriver::lock_controls()
+{
+    controls_.file_controls_enabled = false;
+    controls_.moving_anomalies_enabled = false;
+    show_controls();
+}
+
+void LoggingDriver::show_controls()
+{
+    display_.show_controls(controls_);
+}
+
+} // namespace tarvo

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "definitions/operator.h"
+#include "intake/run_display.h"
+#include "intake/survey_state.h"
+#include "text/line_reader.h"
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace tarvo {
+
+// What process_input_data returns when the data has ended and the run is finished.
+inline constexpr int kEndOfData = -9999;
+
+enum class StartButton : int { replay_or_stop = 0, load_or_pause = 1 };
+
+// Takes a survey's data lines from the file, or one by one from the pipe, through processing to the finished display.
+// While a run goes on, the loop lets the user interface work between two lines, and so every operation here may be
+// called from within another: a press during the loop only notes what is wanted, and the loop acts on it.
+class LoggingDriver {
+public:
+    struct State {
+        bool replay_running = false;
+        bool load_running = false;
+        bool run_paused = false;
+        bool stop_requested = false;
+        bool pipe_logging_active = false;
+        bool clearing_form = false; // redraws are suppressed while the main window is being reset
+
+        bool file_run_active() const { return replay_running || load_running; }
+        bool any_run_active() const { return file_run_active() || pipe_logging_active; }
+    };
+
+    LoggingDriver(SurveyState& survey, Operator& op, RunDisplay& display);
+
+    const State& state() const { return state_; }
+    RunCounters counters() const;
+    bool is_finishing() const { return finishing_; }
+
+    // The start button pair. When idle, index 0 starts a replay and index 1 a load, and the call returns when the run
+    // is paused or over; else index 0 stops the run and index 1 pauses or resumes it. Returns what ended the run:
+    // kEndOfData, 0 for a pause or a request noted, -1 for a refusal or a fault.
+    int Command_start_logging(StartButton index);
+
+    // HScroll_speed: 0 to 100, the fastest.
+    void HScroll_speed_change(int position);
+
+    // Checks the header line number, reads the definitions, opens the data file behind its header line and locates the
+    // columns. 0 or -1; a refusal has been shown.
+    int start_data_logging();
+    // Sizes the stores for a new run over the located columns and clears the displays.
+    void initialise_data_logging();
+    int process_input_data();                      // the file's lines, until data end, pause or stop
+    int process_input_data(std::string_view line); // one line of a live run
+    void stop_data_logging();
+    void terminate_data_logging();
+
+    // A live run: begins over the located columns; ends like a file run.
+    void start_pipe_data_logging();
+    void finish_pipe_run();
+    // The controls that an open pipe locks.
+    void lock_for_pipe();
+    void unlock_from_pipe();
+
+    // Ends a run of whatever kind as soon as the loop gets to it, or at once when it is paused or live.
+    void request_stop();
+
+private:
+    int start_run(StartButton index);
+    int resume_run();
+    int finish_run(int result);
+    void process_line(std::string_view line);
+    void refuse_line();
+    void warn_of_field_count(std::string_view line);
+    void show_newest_sample(std::int32_t records_before);
+    void show_dials();
+    bool open_data_file();
+    void lock_controls();
+    void show_controls();
+
+    SurveyState& survey_;
+    Operator& op_;
+    RunDisplay& display_;
+    State state_;
+    RunControls controls_;
+    std::unique_ptr<LineReader> stream_;
+    std::int64_t file_length_ = 0;
+    int replay_delay_ = 0; // milliseconds
+    bool first_line_checked_ = false;
+    bool looping_ = false;   // process_input_data is at work further up the call stack
+    bool finishing_ = false; // so is the end of a run
+};
+
+} // namespace tarvo

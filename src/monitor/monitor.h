@@ -1,0 +1,21 @@
+#pragma once
+
+#include "definitions/operator.h"
+#include "intake/logging_driver.h"
+#include "intake/run_display.h"
+#include "intake/survey_state.h"
+
+namespace tarvo {
+
+// The one owner of all program-wide state: the survey that is open and the procedures that work on it. Every program
+// holds one, with its own ports, which must outlive it.
+struct Monitor {
+    Monitor(Operator& op, RunDisplay& display) : driver(survey, op, display) {}
+    Monitor(const Monitor&) = delete;
+    Monitor& operator=(const Monitor&) = delete;
+
+    SurveyState survey;
+    LoggingDriver driver;
+};
+
+} // namespace tarvo

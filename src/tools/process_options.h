@@ -1,0 +1,45 @@
+#pragma once
+
+#include "display/display_settings.h"
+#include "processing/processing_parameters.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+
+namespace tarvo {
+
+// What tarvo-process was asked to do.
+struct ProcessOptions {
+    std::string data_file;
+    std::string definitions_file;           // empty: the one beside the data file
+    std::optional<std::string> header_line; // none: what the definitions say
+    ProcessingParameters parameters;
+    DisplaySettings display;
+    std::string samples_file; // "-": standard output; empty: none, as for the others
+    std::string lines_file;
+    std::string picks_file;
+    std::string track_file;
+    std::string bars_file;
+    int picture_width = 1200;
+    int picture_height = 900;
+    std::optional<double> zoom_percent;
+    std::optional<std::int32_t> at_record; // none: the middle of the track
+    bool quiet = false;
+    bool help = false;
+    bool version = false;
+};
+
+// A wrong command line: what is wrong with it, and what was expected.
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// arguments: those after the program's name. Throws UsageError.
+ProcessOptions read_process_options(std::span<const char* const> arguments);
+
+extern const char* const kProcessUsage;
+
+} // namespace tarvo
