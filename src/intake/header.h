@@ -60,7 +60,7 @@ struct FieldLocations {
     std::vector<std::int32_t> sensor_column = {-1}; // by sensor channel, from 1
     int header_column_count = 0;
 
-    bool has(FieldSlotIndex slot) const { return column[slot] >= 0; }
+    bool has(FieldSlotIndex slot) const { return column[static_cast<std::size_t>(slot)] >= 0; }
     std::int32_t sensor_channel_count() const { return static_cast<std::int32_t>(sensor_column.size()) - 1; }
 };
 
