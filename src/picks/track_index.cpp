@@ -1,0 +1,57 @@
+#include "picks/track_index.h"
+
+#include "text/numbers.h"
+
+#include <algorithm>
+#include <span>
+
+namespace tarvo {
+
+namespace {
+
+constexpr std::int32_t kPointsPerNode = 32;
+constexpr double kSmallestSpan = 1;         // metres
+constexpr double kMarginPerSpan = 1 / 20.0; // on each side
+
+void widen(double& low, double& high)
+{
+    const double missing = kSmallestSpan - (high - low);
+    if (missing > 0) {
+        low -= missing / 2;
+        high += missing / 2;
+    }
+    const double margin = (high - low) * kMarginPerSpan;
+    low -= margin;
+    high += margin;
+}
+
+} // namespace
+
+std::optional<PlanBox> track_index_box(const TrackTable& track)
+{
+    std::optional<PlanBox> box;
+    for (std::int32_t record = 1; record <= track.count; ++record) {
+        const double x = track.easting[record];
+        const double y = track.northing[record];
+        if (!is_valid_channel(x) || !is_valid_channel(y)) continue;
+        if (!box) box = PlanBox{x, y, x, y};
+        *box = {std::min(box->x_min, x), std::min(box->y_min, y), std::max(box->x_max, x), std::max(box->y_max, y)};
+    }
+    if (box) {
+        widen(box->x_min, box->x_max);
+        widen(box->y_min, box->y_max);
+    }
+    return box;
+}
+
+bool build_track_index(const TrackTable& track, cQuadTree& tree)
+{
+    tree.DeleteQuadtree();
+    const std::optional<PlanBox> box = track_index_box(track);
+    if (!box || !tree.InitialiseQuadtree(box->x_min, box->y_min, box->x_max, box->y_max, kPointsPerNode)) return false;
+    const std::size_t rows = static_cast<std::size_t>(track.count) + 1;
+    tree.insert_points(std::span(track.easting, rows), std::span(track.northing, rows)); // a null lies in no box
+    return true;
+}
+
+} // namespace tarvo
