@@ -80,7 +80,7 @@ RunCounters LoggingDriver::counters() const
 
 int LoggingDriver::Command_start_logging(StartButton index)
 {
-    if (finishing_ || state_.pipe_logging_active) return 0;
+    if (starting_ || finishing_ || state_.pipe_logging_active) return 0;
     if (!state_.file_run_active()) return start_run(index);
     if (index == StartButton::replay_or_stop) {
         state_.stop_requested = true;
@@ -95,8 +95,11 @@ int LoggingDriver::Command_start_logging(StartButton index)
 
 int LoggingDriver::start_run(StartButton index)
 {
+    starting_ = true;
     stop_data_logging();
-    if (start_data_logging() < 0) {
+    const int status = start_data_logging();
+    starting_ = false;
+    if (status < 0) {
         stop_data_logging();
         return -1;
     }

@@ -38,6 +38,8 @@ public:
     const State& state() const { return state_; }
     RunCounters counters() const;
     bool is_finishing() const { return finishing_; }
+    // One of the operations below is under way further up the call stack.
+    bool is_at_work() const { return starting_ || looping_ || finishing_; }
 
     // The start button pair. When idle, index 0 starts a replay and index 1 a load, and the call returns when the run
     // is paused or over; else index 0 stops the run and index 1 pauses or resumes it. Returns what ended the run:
@@ -89,8 +91,9 @@ private:
     std::int64_t file_length_ = 0;
     int replay_delay_ = 0; // milliseconds
     bool first_line_checked_ = false;
-    bool looping_ = false;   // process_input_data is at work further up the call stack
-    bool finishing_ = false; // so is the end of a run
+    bool starting_ = false;  // start_run prepares a run further up the call stack
+    bool looping_ = false;   // so does process_input_data its work
+    bool finishing_ = false; // so does the end of a run
 };
 
 } // namespace tarvo

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "definitions/operator.h"
+
+#include <QString>
+
+class QWidget;
+
+namespace tarvo {
+
+// The person at the screen, asked through message boxes and file choosers over a window. While one is open it holds
+// whatever asked: a run stands still until it is answered.
+class QtOperator : public Operator {
+public:
+    explicit QtOperator(QWidget* window = nullptr) : window_(window) {}
+
+    void show_message(const std::string& text) override;
+    bool ask_yes_no(const std::string& question) override;
+    std::optional<std::string> choose_file_to_open(const FileQuestion& question) override;
+    std::optional<std::string> choose_file_to_create(const FileQuestion& question) override;
+
+private:
+    QWidget* window_; // the box belongs to the dialog that is open over it, if one is
+};
+
+// The toolkit's way of writing a filter list: "label|patterns|label|patterns" becomes "label (patterns);;label ...".
+QString chooser_filter(const std::string& filter);
+
+} // namespace tarvo
