@@ -1,11 +1,11 @@
 #include "picks/pick_file.h"
 
+#include "picks/pick_times.h"
 #include "text/line_reader.h"
 #include "text/numbers.h"
 #include "text/replace_file.h"
 
 #include <array>
-#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -18,9 +18,6 @@ namespace {
 
 constexpr std::string_view kFirstWords = "\\Tarvo Anomaly Picks";
 constexpr std::string_view kColumnHeader = "       Time,          X,          Y,       Dist,       Type,       Name";
-constexpr double kDaysTo1970 = 25569; // from 1899-12-30
-constexpr double kSecondsPerDay = 86400;
-constexpr std::int64_t kTicksPerSecond = 10'000; // of the fixed-point time
 
 // A file that is not a pick file, as opposed to one that cannot be read; the text is shown as it stands.
 struct NotAPickFile : std::runtime_error {
@@ -54,22 +51,6 @@ std::int32_t announced_picks(std::string_view second_line)
     const std::int32_t number = has_number ? rounded_to_int32(leading_number(second_line.substr(colon + 1))) : 0;
     if (number < 1) throw NotAPickFile("The anomaly pick file does not contain any data");
     return number;
-}
-
-std::int64_t ticks_of_seconds(double seconds)
-{
-    const double ticks = std::nearbyint(seconds * kTicksPerSecond);
-    constexpr double kTicksEnd = 9223372036854775808.0; // 2^63
-    if (!(std::abs(ticks) < kTicksEnd)) {
-        throw std::range_error("the time " + format_shortest(seconds) + " s is outside the range of times");
-    }
-    return static_cast<std::int64_t>(ticks);
-}
-
-double date_time_of_seconds(double seconds)
-{
-    const auto ticks = static_cast<double>(ticks_of_seconds(seconds));
-    return kDaysTo1970 + std::nearbyint(ticks / kTicksPerSecond) / kSecondsPerDay;
 }
 
 // Takes the number before the first comma off the line.
@@ -187,13 +168,6 @@ std::string pick_file_text(const PickList& picks)
     text += std::string(kColumnHeader) + "\r\n";
     for (std::int32_t pick = 1; pick <= picks.number_of_picks; ++pick) text += pick_line(pick_at(picks, pick)) + "\r\n";
     return text;
-}
-
-std::int64_t whole_seconds_since_1970(double date_time)
-{
-    // Near today's dates a 64-bit float of days is good to a microsecond: the ten-thousandths are exact, and a whole
-    // second never falls to the one before.
-    return ticks_of_seconds((date_time - kDaysTo1970) * kSecondsPerDay) / kTicksPerSecond;
 }
 
 } // namespace tarvo

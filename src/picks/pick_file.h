@@ -34,8 +34,4 @@ int write_pick_file(PickList& picks, Operator& op);
 
 std::string pick_file_text(const PickList& picks);
 
-// Whole seconds from 1970-01-01 00:00:00 to a date-time (days since 1899-12-30); sub-second parts are cut off.
-// Throws std::range_error for a date-time that no 64-bit count of ten-thousandths holds.
-std::int64_t whole_seconds_since_1970(double date_time);
-
 } // namespace tarvo
