@@ -3,7 +3,8 @@
 #include "unattended.h"
 
 #include "definitions/definitions_file.h"
-#include "text/file_names.h"
+#include "picks/pick_file.h"
+#include "processing/fixed_time.h"
 #include "text/numbers.h"
 
 #include <array>
@@ -200,14 +201,6 @@ private:
     Random mishaps_;
 };
 
-void write_text(const std::string& file_name, const std::string& text)
-{
-    std::ofstream file(file_name, std::ios::binary | std::ios::trunc);
-    file << text;
-    file.close();
-    if (!file) throw std::runtime_error(file_name + " cannot be written");
-}
-
 SurveyDefinitions definitions_of(const SurveyFiles& files, const Survey& survey)
 {
     SurveyDefinitions definitions;
@@ -231,20 +224,22 @@ SurveyDefinitions definitions_of(const SurveyFiles& files, const Survey& survey)
     return definitions;
 }
 
-std::string picks_text(const Survey& survey, const std::vector<NearestPoint>& nearest)
+// One pick per source, where the track passes it.
+PickList picks_of(const Survey& survey, const std::vector<NearestPoint>& nearest)
 {
     constexpr double kStrongMoment = 150; // A m2: about a tonne of steel
-    std::string text = "\\Tarvo Anomaly Picks V1.0\r\n\\Number of picks : " + std::to_string(nearest.size()) +
-                       "\r\n       Time,          X,          Y,       Dist,       Type,       Name\r\n";
+    PickList picks;
+    clear_picks(picks);
     for (std::size_t source = 0; source < nearest.size(); ++source) {
         const NearestPoint& point = nearest[source];
         const bool strong = length(survey.sources()[source].moment) >= kStrongMoment;
-        text += format_fixed(std::floor(kStartTime + point.seconds), 3) + "," +
-                format_fixed(point.fish.position.east, 1) + "," + format_fixed(point.fish.position.north, 1) + "," +
-                format_fixed(point.fish.path, 1) + (strong ? ",2,Target " : ",1,Target ") + std::to_string(source + 1) +
-                "\r\n";
+        const Vector& place = point.fish.position;
+        append_pick(picks, {.name = "Target " + std::to_string(source + 1),
+                            .type = strong ? 2 : 1,
+                            .time = kDaysTo1970 + (kStartTime + point.seconds) / kSecondsPerDay,
+                            .location = {0, place.east, place.north, point.fish.path}});
     }
-    return text;
+    return picks;
 }
 
 } // namespace
@@ -254,7 +249,6 @@ void write_survey(const SurveyFiles& files)
     const Survey survey(files.plan);
     SurveyDefinitions definitions = definitions_of(files, survey);
     Unattended op;
-    const std::string stem(without_extension(files.data_file));
     DataFile data(files, survey, header(definitions));
     std::vector<NearestPoint> nearest(files.picks == PickFile::written ? survey.sources().size() : 0);
     for (std::int64_t line = 0; line < files.plan.data_lines; ++line) {
@@ -264,8 +258,10 @@ void write_survey(const SurveyFiles& files)
         keep_nearest(survey, fish, seconds, nearest);
     }
     data.close();
-    write_definitions(stem + ".def", definitions, 1, op);
-    if (files.picks == PickFile::written) write_text(stem + "_pick.dat", picks_text(survey, nearest));
+    write_definitions(definitions_file_name_for(files.data_file), definitions, 1, op);
+    PickList picks = picks_of(survey, nearest);
+    picks.pick_file_name = pick_file_name_for(files.data_file);
+    write_pick_file(picks, op); // an empty list writes nothing
 }
 
 } // namespace tarvo::survey
