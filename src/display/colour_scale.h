@@ -4,6 +4,7 @@
 #include "display/picture.h"
 #include "text/numbers.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -29,9 +30,8 @@ inline void CLCRGB(const float& scaled_value, const float& lower_limit, const fl
                    float& green, float& blue)
 {
     const auto last_entry = static_cast<float>(table_entries - 1);
-    float position = (scaled_value - lower_limit) / (upper_limit - lower_limit) * last_entry;
-    position = position > 0 ? position : 0; // also what is no number
-    position = position < last_entry ? position : last_entry;
+    const float unbounded = (scaled_value - lower_limit) / (upper_limit - lower_limit) * last_entry;
+    const float position = std::min(std::max(0.0F, unbounded), last_entry); // 0 also for what is no number
 
     const auto entry = static_cast<std::int32_t>(position);
     const std::int32_t next = entry < table_entries - 1 ? entry + 1 : entry;
@@ -46,15 +46,21 @@ inline void CLCRGB(const float& scaled_value, const float& lower_limit, const fl
 // The colour of a display value: yellow for a null. gradient_range: the display value that is red, at least 1.
 inline Colour value_colour(double display_value, double gradient_range)
 {
-    if (!is_valid_sensor(display_value)) return kYellow;
-    const auto scaled_value = static_cast<float>(display_value / gradient_range);
+    const bool is_value = is_valid_sensor(display_value);
+    const auto scaled_value = static_cast<float>((is_value ? display_value : 0.0) / gradient_range);
     float red = 0;
     float green = 0;
     float blue = 0;
     CLCRGB(scaled_value, kColourScaleLower, kColourScaleUpper, kColourScaleMode, kColourTableEntries,
            kColourTable.data(), red, green, blue);
-    const auto whole = [](float fraction) { return static_cast<Colour>(rounded_pixel(fraction * 255.0F)); };
-    return whole(red) << 16 | whole(green) << 8 | whole(blue);
+    const auto whole = [](float fraction) {
+        constexpr float kUnitsOnly = 0x1.8p23F; // rounds to whole numbers, halves to even, as in rounded_pixel
+        return (fraction * 255.0F + kUnitsOnly) - kUnitsOnly;
+    };
+    // Exact in 32-bit floats: no colour has more than 24 bits.
+    const auto colour =
+        static_cast<Colour>(static_cast<int>(whole(red) * 0x10000 + whole(green) * 0x100 + whole(blue)));
+    return is_value ? colour : kYellow;
 }
 
 // The range adjusters: element 0 is the fine one, the others are coarse. value 1 narrows the range, any other widens

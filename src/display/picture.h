@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -52,9 +53,9 @@ inline int rounded_pixel(double coordinate)
 {
     // Adding 1.5 * 2^52 leaves no bits below the units: the sum is rounded as wanted, without a call.
     constexpr double kUnitsOnly = 0x1.8p52;
-    coordinate = coordinate > -kFarPixel ? coordinate : -kFarPixel;
-    coordinate = coordinate < kFarPixel ? coordinate : kFarPixel;
-    return static_cast<int>((coordinate + kUnitsOnly) - kUnitsOnly);
+    constexpr double kFar = kFarPixel;
+    const double bounded = std::min(std::max(-kFar, coordinate), kFar); // max gives its first for what is no number
+    return static_cast<int>((bounded + kUnitsOnly) - kUnitsOnly);
 }
 
 // Everything below is clipped: what falls outside of the picture is left out.

@@ -194,6 +194,25 @@ void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t i
     lay_overlays(image);
 }
 
+void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int32_t first_record)
+{
+    lift_overlays(image);
+    const PixelTransform transform = active_transform(image);
+    for (std::int32_t record = std::max(first_record, 1); record <= scene.track.count; ++record) {
+        const PointMark mark = point_mark(scene, record);
+        const double easting = scene.track.easting[record];
+        const double northing = scene.track.northing[record];
+        if (image.map_extent == MapExtent::fixed) {
+            plot_in_fixed_extent(image, mark, easting, northing);
+        } else if (image.followed.is_shown) {
+            fill_square(image.picture, pixel_x(transform, easting), pixel_y(transform, northing), mark.half_size,
+                        mark.colour);
+        }
+    }
+    image.zoomed_view.buffer_valid = false; // its colours are older
+    lay_overlays(image);
+}
+
 void update_image_display(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op)
 {
     lift_overlays(image);

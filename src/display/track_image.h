@@ -87,6 +87,10 @@ void follow_track(TrackImage& image);
 // in following mode. index counts stored samples from 1; a null coordinate keeps the sample off the picture.
 void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t index, double easting, double northing);
 
+// Draws the stored samples from a record on again, at their places in the picture as it is, after the display value of
+// that record has become known: it keeps its place under the newer ones.
+void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int32_t first_record);
+
 // Redraws the view in use, from its buffer where that holds, with all layers over it.
 void update_image_display(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op);
 

@@ -1,5 +1,7 @@
 #include "display/track_points.h"
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <stdexcept>
 
@@ -12,7 +14,7 @@ namespace {
 class SmallSquares {
 public:
     explicit SmallSquares(Picture& picture)
-        : picture_(picture), stride_(picture.width()), limit_x_(limit(picture.width())),
+        : picture_(picture), pixels_(picture.row(0)), width_(picture.width()), limit_x_(limit(picture.width())),
           limit_y_(limit(picture.height()))
     {
     }
@@ -22,9 +24,9 @@ public:
             fill_square(picture_, x, y, 1, colour);
             return;
         }
-        Colour* const top = picture_.row(y - 1) + x - 1;
-        Colour* const middle = top + stride_;
-        Colour* const bottom = middle + stride_;
+        Colour* const top = pixels_ + width_ * (y - 1) + x - 1;
+        Colour* const middle = top + width_;
+        Colour* const bottom = middle + width_;
         top[0] = top[1] = top[2] = colour;
         middle[0] = middle[1] = middle[2] = colour;
         bottom[0] = bottom[1] = bottom[2] = colour;
@@ -34,10 +36,65 @@ private:
     static unsigned limit(int side) { return side > 2 ? static_cast<unsigned>(side) - 2 : 0; }
 
     Picture& picture_;
-    std::ptrdiff_t stride_;
+    Colour* pixels_;
+    std::ptrdiff_t width_;
     unsigned limit_x_;
     unsigned limit_y_;
 };
+
+// A run of records on its way into the picture; each step is done for the whole of it, in a short loop of its own.
+constexpr std::int32_t kBlockSize = 256;
+struct PointBlock {
+    std::int32_t first_record = 1;
+    std::int32_t size = 0;
+    std::array<int, kBlockSize> x;
+    std::array<int, kBlockSize> y;
+};
+
+void place_points(const TrackTable& track, const PixelTransform& transform, PointBlock& block)
+{
+    const double* const easting = track.easting + block.first_record;
+    const double* const northing = track.northing + block.first_record;
+    for (std::int32_t i = 0; i < block.size; ++i) {
+        block.x[static_cast<std::size_t>(i)] = pixel_x(transform, easting[i]);
+        block.y[static_cast<std::size_t>(i)] = pixel_y(transform, northing[i]);
+    }
+}
+
+// The points from <= i < end of a block that can be seen: one whose follower comes to the same pixel is hidden by it.
+struct SeenPoints {
+    std::size_t count = 0;
+    std::array<std::int32_t, kBlockSize> points;
+};
+
+SeenPoints seen_points(const PointBlock& block, std::int32_t from, std::int32_t end)
+{
+    SeenPoints seen;
+    for (std::int32_t i = from; i + 1 < end; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        const bool is_hidden = (block.x[at] == block.x[at + 1]) & (block.y[at] == block.y[at + 1]);
+        seen.points[seen.count] = i; // without a branch: the next one takes the place of a hidden one
+        seen.count += is_hidden ? 0 : 1;
+    }
+    if (from < end) seen.points[seen.count++] = end - 1;
+    return seen;
+}
+
+// Draws a part of a block that holds no time tick.
+void paint_small_squares(Picture& picture, const TrackScene& scene, const PointBlock& block, std::int32_t from,
+                         std::int32_t end)
+{
+    const SeenPoints seen = seen_points(block, from, end);
+    const double* const values = scene.display_values;
+    const double range = scene.settings.gradient_max_range;
+    SmallSquares squares(picture);
+    for (std::size_t i = 0; i < seen.count; ++i) {
+        const auto point = static_cast<std::size_t>(seen.points[i]);
+        const Colour colour =
+            values == nullptr ? kYellow : value_colour(values[block.first_record + seen.points[i]], range);
+        squares.paint(block.x[point], block.y[point], colour);
+    }
+}
 
 } // namespace
 
@@ -67,24 +124,24 @@ void require_positions(const TrackTable& track)
 
 void paint_track(Picture& picture, const PixelTransform& transform, const TrackScene& scene)
 {
-    const TrackTable& track = scene.track;
-    require_positions(track);
-    const double range = scene.settings.gradient_max_range;
+    require_positions(scene.track);
     const std::int64_t step = tick_step(scene.sample_rate, scene.settings.timing_tick);
     std::int64_t next_tick = step > 0 ? 1 : std::numeric_limits<std::int64_t>::max();
 
-    SmallSquares squares(picture);
-    for (std::int32_t record = 1; record <= track.count; ++record) {
-        const int x = pixel_x(transform, track.easting[record]);
-        const int y = pixel_y(transform, track.northing[record]);
-        if (record == next_tick) {
-            next_tick += step;
-            fill_square(picture, x, y, kTimeTick.half_size, kTimeTick.colour);
-        } else {
-            const Colour colour =
-                scene.display_values == nullptr ? kYellow : value_colour(scene.display_values[record], range);
-            squares.paint(x, y, colour);
+    PointBlock block;
+    while (block.first_record <= scene.track.count) {
+        block.size = std::min(kBlockSize, scene.track.count - block.first_record + 1);
+        place_points(scene.track, transform, block);
+        std::int32_t from = 0;
+        for (; next_tick < std::int64_t{block.first_record} + block.size; next_tick += step) {
+            const auto tick = static_cast<std::int32_t>(next_tick - block.first_record);
+            const auto at = static_cast<std::size_t>(tick);
+            paint_small_squares(picture, scene, block, from, tick);
+            fill_square(picture, block.x[at], block.y[at], kTimeTick.half_size, kTimeTick.colour);
+            from = tick + 1;
         }
+        paint_small_squares(picture, scene, block, from, block.size);
+        block.first_record += block.size;
     }
 }
 

@@ -196,6 +196,25 @@ TEST(BlockCopy, BringsEveryPixelAsItWas)
     }
 }
 
+TEST(Scroll, LeavesBlackWhatItUncovers)
+{
+    for (int right = -7; right <= 7; ++right) {
+        for (int down = -5; down <= 5; ++down) {
+            const Picture before = numbered_picture(6, 4);
+            Picture expected(6, 4);
+            for (int y = 0; y < 4; ++y) {
+                for (int x = 0; x < 6; ++x) {
+                    const bool is_kept = x >= right && x - right < 6 && y >= down && y - down < 4;
+                    if (is_kept) expected.row(y)[x] = before.row(y - down)[x - right];
+                }
+            }
+            Picture scrolled = before;
+            scroll(scrolled, right, down);
+            EXPECT_EQ(scrolled, expected) << right << ", " << down;
+        }
+    }
+}
+
 TEST(PictureCopy, IsClippedToTheSmallerPicture)
 {
     Picture target(3, 4);

@@ -154,6 +154,32 @@ TEST(FollowingMode, StartsAnewAfterAViewWasShown)
     EXPECT_EQ(image.picture, expected);
 }
 
+TEST(Recolouring, PaintsASampleWhereItIsShown)
+{
+    TestTrack track = straight_track(30);
+    TrackScene scene = track.scene();
+    SilentOperator op;
+    TrackImage image = sized_image(scene, op);
+    for (std::int32_t record = 20; record <= 22; ++record) {
+        plot_track_point(image, scene, record, scene.track.easting[record], 50);
+    }
+    Picture expected = image.picture;
+    track.values[21] = 0;
+    scene.track.count = 22;
+    recolour_track_points(image, scene, 21);
+    fill_square(expected, 20, 20, 1, 0x0000FF); // 10 m west of the newest, a pixel to the metre
+    EXPECT_EQ(image.picture, expected);
+
+    scene = track.scene();
+    show_whole_track(image, scene, op);
+    track.values[21] = 5;
+    recolour_track_points(image, scene, 21);
+    EXPECT_EQ(image.picture, whole_track_picture(scene, kWidth, kHeight, op))
+        << "squares that overlap keep their order";
+    update_image_display(image, scene, Redraw::as_needed, op);
+    EXPECT_EQ(image.picture, whole_track_picture(scene, kWidth, kHeight, op)) << "the buffer holds the new colour too";
+}
+
 TEST(Redraw, LaysItsLayersInOrder)
 {
     const TestTrack track = straight_track(13); // 0 to 120 m east
