@@ -2,7 +2,6 @@
 #include "processing/sample_processing.h"
 #include "processing/sensor_positions.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace tarvo {
@@ -101,10 +100,9 @@ ProcessingPlan make_processing_plan(const SurveyDefinitions& definitions, const 
         plan_sensor(plan, definitions, locations, definitions.sensors[sensor]);
     }
     plan_parameters(plan, parameters);
+    plan.wanted_fields.assign(static_cast<std::size_t>(locations.header_column_count), false);
     for (const auto* const columns : {&plan.channels, &plan.sensor_channels}) {
-        for (const ProcessingPlan::Column& column : *columns) {
-            plan.fields_needed = std::max(plan.fields_needed, column.field + 1);
-        }
+        for (const ProcessingPlan::Column& column : *columns) plan.wanted_fields[column.field] = true;
     }
     return plan;
 }

@@ -12,7 +12,7 @@ namespace {
 
 double value_of_field(SampleRecord record, std::size_t field)
 {
-    return field < record.size() ? numeric_value(record[field]).value_or(kNull) : kNull;
+    return field < record.size() ? record[field] : kNull;
 }
 
 // The time of the line, in the sample and as its Time channel. Without a Time column lines follow each other at the
@@ -219,7 +219,7 @@ void start_processing(SampleProcessing& run, const SurveyDefinitions& definition
 {
     run = SampleProcessing();
     run.plan = make_processing_plan(definitions, locations, parameters);
-    run.splitter = FieldSplitter(std::max<std::size_t>(1, run.plan.fields_needed));
+    run.fields = FieldReader(run.plan.wanted_fields);
     const auto sensor_channels = static_cast<std::size_t>(locations.sensor_channel_count()) + 1;
     run.sample.SensorValues.assign(sensor_channels, kNull);
     run.bin.SensorCountAcc.assign(sensor_channels, 0);
@@ -232,7 +232,7 @@ int process_data_line(std::string_view line, SampleProcessing& run)
     ++run.lines_read;
     int status = -1;
     try {
-        status = convert_record_fields(run.splitter.split(line), run);
+        status = convert_record_fields(run.fields.read(line), run);
         if (status == 0) status = check_line_break(run);
         if (status == 0) status = bin_is_full(run) ? close_full_bin(run) : accumulate_sample(run);
     } catch (const std::exception&) { // memory has run out: the line is lost, what is stored stays

@@ -6,8 +6,8 @@
 #include "processing/sample_store.h"
 #include "processing/sensor_positions.h"
 #include "processing/survey_lines.h"
+#include "text/field_reader.h"
 #include "text/numbers.h"
-#include "text/tokens.h"
 
 #include <array>
 #include <cstdint>
@@ -17,8 +17,8 @@
 
 namespace tarvo {
 
-// The fields of one data line, in header-column order.
-using SampleRecord = std::span<const std::string_view>;
+// The fields of one data line by header column, as numbers; kNull for what is not numeric.
+using SampleRecord = std::span<const double>;
 
 using ChannelArray = std::array<double, number_of_field_slots + 1>; // by field slot, from 1
 
@@ -58,8 +58,8 @@ struct ProcessingPlan {
 
     std::vector<Column> channels; // field slots
     std::vector<Column> sensor_channels;
-    std::vector<Sensor> sensors; // from 1
-    std::size_t fields_needed = 0;
+    std::vector<Sensor> sensors;     // from 1
+    std::vector<bool> wanted_fields; // by header column
     int components_per_sensor = 1;
     bool read_sensor_location = false;
     int vertical_slot = 0; // of sensor positions: Depth, else Elevation; 0: neither
@@ -84,7 +84,7 @@ ProcessingPlan make_processing_plan(const SurveyDefinitions& definitions, const 
 // Everything that a run makes of its data lines.
 struct SampleProcessing {
     ProcessingPlan plan;
-    FieldSplitter splitter{0};
+    FieldReader fields;
     CurrentSample sample;
     AveragingBin bin;
     SurveyLines lines;

@@ -1,51 +1,92 @@
 #pragma once
 
+#include "text/byte_words.h"
+
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace tarvo {
 
-// Powers of ten that a 64-bit float holds exactly.
+// Readers of the plain numbers that survey files hold, exact to the bit. A number of at most 2^53 without its point,
+// divided by an exact power of ten, is one exact integer divided by another, so a single division gives the nearest
+// 64-bit float (Clinger 1990, "How to read floating point numbers accurately").
+inline constexpr std::uint64_t kLargestExactMantissa = std::uint64_t{1} << 53;
+
 inline constexpr std::array<double, 23> kExactPowersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                              1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                              1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-// The value of [first, last) when it is a plain number: an optional "-", then at most 19 digits with at most one ".",
-// whose digits as a whole number are at most 2^53. Such a number is one exact integer divided by one exact power of
-// ten, so a single division gives the nearest 64-bit float (Clinger 1990, "How to read floating point numbers
-// accurately"). Returns false, value untouched, for every other text, numeric or not.
-inline bool read_plain_decimal(const char* first, const char* last, double& value)
+inline constexpr std::array<std::uint32_t, 8> kWholePowersOfTen = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000};
+
+// How many characters from the first one on the reader below may look at.
+inline constexpr std::ptrdiff_t kShortNumberReach = 32;
+
+// Reads the number that begins at `text`: an optional "-", 1 to 15 digits with at most 7 of them behind a ".". Digits
+// are taken eight at a time, so kShortNumberReach characters must be there to be looked at, whatever they are. Returns
+// the first character behind the number; nullptr when it begins with none or with a longer one.
+inline const char* read_short_number(const char* text, double& value)
 {
-    constexpr std::uint64_t kLargestExact = std::uint64_t{1} << 53;
-    const bool negative = first != last && *first == '-';
-    if (negative) ++first;
-    if (last - first > 20) return false; // the mantissa could overflow; 20 leaves room for the point
-    const char* const digits = first;
-
+    constexpr std::size_t kMostDigits = 15; // any such number is below 2^53
+    const bool negative = *text == '-';
+    text += negative ? 1 : 0;
+    std::uint64_t digits = as_digits(load_eight(text));
+    std::uint64_t others = bytes_beyond_digits(digits);
     std::uint64_t mantissa = 0;
-    while (first != last) {
-        const auto digit = static_cast<unsigned char>(*first - '0');
-        if (digit > 9) break;
-        mantissa = mantissa * 10 + digit;
-        ++first;
+    std::size_t digit_count = 0;
+    if (others == 0) {
+        mantissa = number_of_digits(digits, 8);
+        digit_count = 8;
+        digits = as_digits(load_eight(text + 8));
+        others = bytes_beyond_digits(digits);
+        if (others == 0) return nullptr;
     }
-    auto digit_count = first - digits;
-    std::int64_t decimals = 0;
-    if (first != last && *first == '.') {
-        const char* const fraction = ++first;
-        while (first != last) {
-            const auto digit = static_cast<unsigned char>(*first - '0');
-            if (digit > 9) break;
-            mantissa = mantissa * 10 + digit;
-            ++first;
-        }
-        decimals = first - fraction;
-        digit_count += decimals;
+    if (const std::size_t count = first_byte_of(others); count > 0) {
+        mantissa = mantissa * kWholePowersOfTen[count] + number_of_digits(digits, count);
+        digit_count += count;
     }
-    if (first != last || digit_count == 0 || digit_count > 19 || mantissa > kLargestExact) return false;
+    if (digit_count == 0) return nullptr;
+    text += digit_count;
 
-    const double magnitude = static_cast<double>(mantissa) / kExactPowersOfTen[static_cast<std::size_t>(decimals)];
+    std::size_t decimals = 0;
+    if (*text == '.') {
+        digits = as_digits(load_eight(text + 1));
+        others = bytes_beyond_digits(digits);
+        if (others == 0) return nullptr;
+        decimals = first_byte_of(others);
+        if (decimals == 0 || digit_count + decimals > kMostDigits) return nullptr;
+        mantissa = mantissa * kWholePowersOfTen[decimals] + number_of_digits(digits, decimals);
+        text += 1 + decimals;
+    }
+    const double magnitude = static_cast<double>(static_cast<std::int64_t>(mantissa)) / kExactPowersOfTen[decimals];
+    value = negative ? -magnitude : magnitude;
+    return text;
+}
+
+// The value of a text that is a plain number as a whole: an optional "-", 1 to 19 digits with at most one "." among
+// them, digit by digit. Returns false, value untouched, for every other text and for a number beyond 2^53.
+inline bool read_plain_decimal(const char* text, std::size_t length, double& value)
+{
+    constexpr std::size_t kMostDigits = 19; // what 64 bits hold
+    const bool negative = length > 0 && *text == '-';
+    std::uint64_t mantissa = 0;
+    std::size_t digits = 0;
+    std::size_t decimals = 0;
+    bool point_seen = false;
+    for (std::size_t at = negative ? 1 : 0; at < length; ++at) {
+        const auto digit = static_cast<unsigned char>(text[at] - '0');
+        if (digit <= 9) {
+            if (++digits > kMostDigits) return false;
+            mantissa = mantissa * 10 + digit;
+            decimals += point_seen ? 1 : 0;
+        } else if (text[at] == '.' && !point_seen) {
+            point_seen = true;
+        } else {
+            return false;
+        }
+    }
+    if (digits == 0 || mantissa > kLargestExactMantissa) return false;
+    const double magnitude = static_cast<double>(mantissa) / kExactPowersOfTen[decimals];
     value = negative ? -magnitude : magnitude;
     return true;
 }

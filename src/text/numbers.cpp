@@ -1,6 +1,7 @@
 #include "text/numbers.h"
 
 #include "text/decimal_reader.h"
+#include "text/tokens.h"
 
 #include <algorithm>
 #include <charconv>
@@ -15,10 +16,6 @@ namespace {
 bool is_digit(char c)
 {
     return c >= '0' && c <= '9';
-}
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t';
 }
 
 // The parts of the longest number at the start of a text.
@@ -129,7 +126,7 @@ std::optional<double> numeric_value(std::string_view text)
 {
     text = trimmed(text);
     double plain = 0;
-    if (read_plain_decimal(text.data(), text.data() + text.size(), plain)) return plain;
+    if (read_plain_decimal(text.data(), text.size(), plain)) return plain;
     const NumberShape shape = number_at_start(text);
     if (shape.length == 0 || shape.length != text.size()) return std::nullopt;
     return value_of(text, shape);

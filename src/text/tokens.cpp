@@ -2,30 +2,14 @@
 
 #include "text/numbers.h"
 
-#include <array>
-
 namespace tarvo {
 
 namespace {
 
-constexpr std::string_view kSeparators = " \t,;'";
-
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t';
-}
 bool is_comma_or_semicolon(char c)
 {
     return c == ',' || c == ';';
 }
-
-constexpr std::array<bool, 256> separator_table()
-{
-    std::array<bool, 256> table = {};
-    for (const char c : kSeparators) table[static_cast<unsigned char>(c)] = true;
-    return table;
-}
-constexpr std::array<bool, 256> kIsSeparator = separator_table();
 
 // Removes the one separator that ends a token, with the blanks that belong to it.
 void remove_separator(std::string_view& text)
@@ -72,38 +56,6 @@ std::string_view next_token(std::string_view& text)
     }
     remove_separator(text);
     return token;
-}
-
-std::span<const std::string_view> FieldSplitter::split(std::string_view line)
-{
-    const std::string_view text = trimmed(line);
-    const char* at = text.data();
-    const char* const end = at + text.size();
-    std::size_t count = 0;
-    while (at != end && count < fields_.size()) {
-        if (*at == '"') return split_quoted(line);
-        const char* const token = at;
-        while (at != end && !kIsSeparator[static_cast<unsigned char>(*at)]) ++at;
-        fields_[count++] = std::string_view(token, static_cast<std::size_t>(at - token));
-        if (at == end) break;
-
-        const char* const separator = at;
-        while (is_blank(*at)) ++at; // the text ends with no blank
-        if (is_comma_or_semicolon(*at) || (at == separator && *at == '\'')) {
-            ++at;
-            while (at != end && is_blank(*at)) ++at;
-        }
-    }
-    return {fields_.data(), count};
-}
-
-std::span<const std::string_view> FieldSplitter::split_quoted(std::string_view line)
-{
-    normalised_ = normalise_line(line);
-    std::string_view text = normalised_;
-    std::size_t count = 0;
-    while (!text.empty() && count < fields_.size()) fields_[count++] = next_token(text);
-    return {fields_.data(), count};
 }
 
 std::size_t count_fields(std::string_view line)
