@@ -1,6 +1,8 @@
 #include "intake/logging_driver.h"
 
 #include "definitions/definitions_file.h"
+#include "picks/pick_placing.h"
+#include "picks/track_index.h"
 #include "text/tokens.h"
 
 #include <algorithm>
@@ -189,6 +191,7 @@ bool LoggingDriver::open_data_file()
 void LoggingDriver::initialise_data_logging()
 {
     state_.clearing_form = true;
+    survey_.track_index.DeleteQuadtree();
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
     survey_.filters = make_gradient_filters(survey_.parameters);
     clear_track_image(survey_.track_image, op_);
@@ -315,6 +318,8 @@ void LoggingDriver::terminate_data_logging()
     SampleProcessing& run = survey_.processing;
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_);
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
+    build_track_index(track_table(run.store), survey_.track_index);
+    locate_pick_list_on_track(survey_.picks, survey_.track_index, track_table(run.store), op_);
     show_whole_track(survey_.track_image, track_scene(survey_), op_);
     display_.show_finished_run();
 }

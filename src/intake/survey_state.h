@@ -5,6 +5,7 @@
 #include "display/track_image.h"
 #include "intake/header.h"
 #include "picks/pick_list.h"
+#include "picks/quadtree.h"
 #include "processing/gradients.h"
 #include "processing/processing_parameters.h"
 #include "processing/sample_processing.h"
@@ -31,6 +32,7 @@ struct SurveyState {
     FieldLocations locations;
     SampleProcessing processing;
     GradientFilters filters;
+    cQuadTree track_index; // of the finished track
     TrackImage track_image;
 
     PickList picks;

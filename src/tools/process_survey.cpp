@@ -2,7 +2,9 @@
 
 #include "display/survey_pictures.h"
 #include "monitor/monitor.h"
+#include "picks/pick_export.h"
 #include "picks/pick_file.h"
+#include "picks/pick_placing.h"
 #include "processing/sample_export.h"
 #include "text/replace_file.h"
 #include "tools/console.h"
@@ -82,14 +84,15 @@ bool write_bars(const SurveyState& survey, const ProcessOptions& options, Operat
                           "colour bars", [&] { write_png_file(options.bars_file, *picture); }, op);
 }
 
-// The picks beside the data, or none when there is no such file. A file that cannot be read leaves the header alone.
+// The picks beside the data, or none when there is no such file or it cannot be read.
 bool write_picks(SurveyState& survey, const ProcessOptions& options, Operator& op)
 {
     const std::string pick_file = pick_file_name_for(options.data_file);
     bool read = true;
     if (std::filesystem::exists(pick_file)) read = read_pick_file(pick_file, survey.picks, op).status == 0;
+    locate_pick_list_on_track(survey.picks, survey.track_index, track_table(survey.processing.store), op);
     return write_product(
-               "picks", [&] { replace_file(options.picks_file, pick_file_text(survey.picks)); }, op) &&
+               "picks", [&] { replace_file(options.picks_file, pick_csv_text(survey.picks)); }, op) &&
            read;
 }
 
