@@ -72,9 +72,9 @@ SeenPoints seen_points(const PointBlock& block, std::int32_t from, std::int32_t 
     SeenPoints seen;
     for (std::int32_t i = from; i + 1 < end; ++i) {
         const auto at = static_cast<std::size_t>(i);
-        const bool is_hidden = (block.x[at] == block.x[at + 1]) & (block.y[at] == block.y[at + 1]);
+        const int difference = (block.x[at] ^ block.x[at + 1]) | (block.y[at] ^ block.y[at + 1]);
         seen.points[seen.count] = i; // without a branch: the next one takes the place of a hidden one
-        seen.count += is_hidden ? 0 : 1;
+        seen.count += difference != 0 ? 1 : 0;
     }
     if (from < end) seen.points[seen.count++] = end - 1;
     return seen;
