@@ -1,6 +1,6 @@
 #include "picks/pick_file.h"
 
-#include "picks/fake_operator.h"
+#include "fake_operator.h"
 #include "test_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "picks/pick_list.h"
 
-#include "picks/fake_operator.h"
+#include "fake_operator.h"
 
 #include <gtest/gtest.h>
 

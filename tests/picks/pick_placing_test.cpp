@@ -1,6 +1,6 @@
 #include "picks/pick_placing.h"
 
-#include "picks/fake_operator.h"
+#include "fake_operator.h"
 #include "picks/track_index.h"
 #include "text/numbers.h"
 
