@@ -1,0 +1,214 @@
+#include "intake/logging_driver.h"
+
+#include "definitions/definitions_file.h"
+
+#include "fake_operator.h"
+#include "fake_run_display.h"
+#include "test_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace tarvo {
+namespace {
+
+// A survey of `lines` samples a second apart, one after the other along the track, in a folder of its own.
+struct DriverTest : testing::Test {
+    TestFolder folder;
+    FakeOperator op;
+    FakeRunDisplay display;
+    SurveyState survey;
+    LoggingDriver driver{survey, op, display};
+
+    void SetUp() override { write_survey(100); }
+
+    void write_survey(int lines)
+    {
+        std::string text = "Time,East,North,Depth,M1\r\n";
+        for (int line = 0; line < lines; ++line) {
+            text += std::to_string(line) + "," + std::to_string(line * 2) + ",0,5," + std::to_string(line) + "\r\n";
+        }
+        survey.data_file_name = folder.write("line.csv", text);
+        SurveyDefinitions definitions;
+        for (const FieldSlotIndex slot : {kTime, kEast, kNorth, kDepth}) {
+            definitions.fields[slot].name = kDefaultFieldNames[slot];
+        }
+        definitions.sensors[1].component_columns[1] = "M1";
+        write_definitions(folder.path("line.def"), definitions, 1, op);
+        survey.parameters.CarryClosingSample = true;
+        survey.parameters.LoggingLineBreakDistance = 0;
+    }
+
+    std::int32_t records() const { return survey.processing.store.RecordCount; }
+    int press(StartButton button) { return driver.Command_start_logging(button); }
+};
+
+TEST_F(DriverTest, ALoadStoresEverythingAndDrawsAtTheEnd)
+{
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    EXPECT_EQ(records(), 100);
+    EXPECT_EQ(survey.processing.store.gradient_records, 100);
+    EXPECT_EQ(survey.track_index.point_count(), 100);
+    EXPECT_EQ(survey.track_image.map_extent, MapExtent::fixed);
+    EXPECT_EQ(display.finished_runs, 1);
+    EXPECT_TRUE(display.replayed.empty());
+    EXPECT_TRUE(op.messages.empty());
+    // The captions and locks of the run, then those of the idle state; the counters go back to 0.
+    ASSERT_GE(display.controls.size(), 2U);
+    EXPECT_EQ(display.controls.back().start_caption, "Start replay");
+    EXPECT_EQ(display.controls.back().pause_caption, "Pause replay");
+    EXPECT_TRUE(display.controls.back().file_controls_enabled);
+    const RunControls& running = display.controls[display.controls.size() - 2];
+    EXPECT_EQ(running.start_caption, "Stop Load");
+    EXPECT_EQ(running.pause_caption, "Pause Load");
+    EXPECT_FALSE(running.file_controls_enabled);
+    EXPECT_FALSE(running.moving_anomalies_enabled);
+    EXPECT_EQ(display.counters.back().lines_read, 0);
+    EXPECT_EQ(display.counters.back().samples_stored, 0);
+    EXPECT_FALSE(driver.state().any_run_active());
+}
+
+TEST_F(DriverTest, AReplayShowsEverySampleAndWaitsBetweenLines)
+{
+    display.at_line = [&](std::int64_t line) {
+        if (line == 1) driver.HScroll_speed_change(90); // 100 / 10 ms
+        if (line == 3) driver.HScroll_speed_change(100);
+    };
+    EXPECT_EQ(press(StartButton::replay_or_stop), kEndOfData);
+    EXPECT_EQ(display.replayed.size(), 99U); // the last bin is stored at the end of the run
+    EXPECT_EQ(display.replayed.back(), 99);
+    EXPECT_EQ(display.dials.size(), 9U);
+    EXPECT_EQ(display.waits, (std::vector<int>{10, 10}));
+    EXPECT_EQ(records(), 100);
+}
+
+TEST_F(DriverTest, RefusalsLeaveItIdle)
+{
+    struct Case {
+        const char* label;
+        std::function<void()> spoil;
+        std::string message;
+    };
+    const Case cases[] = {
+        {"header line abc", [&] { survey.header_line_text = "abc"; }, "The header line number is not valid"},
+        {"header line 0", [&] { survey.header_line_text = "0"; }, "The header line number is not valid"},
+        {"header line beyond the end", [&] { survey.header_line_text = "500"; },
+         "The specified file does not appear to contain any data"},
+        {"no file chosen",
+         [&] {
+             survey.header_line_text.reset();
+             survey.data_file_name.clear();
+         },
+         "The MAG data file has not been specified"},
+        {"vanished file", [&] { survey.data_file_name = folder.path("absent.csv"); },
+         "The MAG data file could not be located"},
+        {"no definitions", [&] { survey.data_file_name = folder.write("other.csv", "Time\n1\n"); },
+         "No definition file was found"},
+        {"not a definitions file", [&] { folder.write("other.def", "x"); },
+         "The specified file does not have the correct format"},
+    };
+    for (const Case& c : cases) {
+        op.messages.clear();
+        c.spoil();
+        EXPECT_EQ(press(StartButton::load_or_pause), -1) << c.label;
+        EXPECT_EQ(op.messages, std::vector<std::string>{c.message}) << c.label;
+        EXPECT_FALSE(driver.state().any_run_active()) << c.label;
+        EXPECT_EQ(display.controls.back().start_caption, "Start replay") << c.label;
+    }
+    EXPECT_EQ(display.finished_runs, 0);
+}
+
+TEST_F(DriverTest, PausedRunsGoOnWithTheNextLine)
+{
+    display.at_line = [&](std::int64_t line) {
+        if (line == 40) press(StartButton::load_or_pause);
+    };
+    EXPECT_EQ(press(StartButton::load_or_pause), 0);
+    EXPECT_TRUE(driver.state().run_paused);
+    EXPECT_EQ(display.controls.back().pause_caption, "Resume Load");
+    EXPECT_EQ(survey.processing.lines_read, 40);
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    EXPECT_EQ(records(), 100);
+    for (std::int32_t record = 1; record <= 100; ++record)
+        ASSERT_EQ(survey.processing.store.channel(kEast, record), (record - 1) * 2);
+    EXPECT_EQ(display.finished_runs, 1);
+}
+
+TEST_F(DriverTest, StopsAtOnceRunningOrPaused)
+{
+    for (const bool pause_first : {false, true}) {
+        display.finished_runs = 0;
+        display.at_line = [&](std::int64_t line) {
+            if (line == 40) press(pause_first ? StartButton::load_or_pause : StartButton::replay_or_stop);
+        };
+        int ended = press(StartButton::replay_or_stop);
+        EXPECT_EQ(ended, pause_first ? 0 : kEndOfData);
+        if (pause_first) ended = press(StartButton::replay_or_stop);
+        EXPECT_EQ(ended, kEndOfData);
+        EXPECT_EQ(records(), 40); // the open bin was stored
+        EXPECT_EQ(display.finished_runs, 1);
+        EXPECT_FALSE(driver.state().any_run_active());
+    }
+}
+
+TEST_F(DriverTest, HastyPressesBetweenTwoLinesDoNotReEnterTheLoop)
+{
+    int depth = 0;
+    display.at_line = [&](std::int64_t line) {
+        ++depth;
+        EXPECT_EQ(depth, 1) << "the loop was entered again from within itself";
+        if (line == 10) { // pause and resume before the loop gets to see either
+            press(StartButton::load_or_pause);
+            press(StartButton::load_or_pause);
+        }
+        if (line == 20) { // pause, then stop
+            press(StartButton::load_or_pause);
+            press(StartButton::replay_or_stop);
+        }
+        --depth;
+    };
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    EXPECT_EQ(records(), 20);
+    EXPECT_EQ(display.finished_runs, 1);
+}
+
+TEST_F(DriverTest, PressesWhileARunIsFinishedAreIgnored)
+{
+    display.at_finish = [&] { EXPECT_EQ(press(StartButton::load_or_pause), 0); };
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    EXPECT_EQ(display.finished_runs, 1);
+    EXPECT_EQ(records(), 100);
+}
+
+TEST_F(DriverTest, ASecondRunKeepsNothingOfTheFirst)
+{
+    press(StartButton::load_or_pause);
+    write_survey(7);
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    EXPECT_EQ(records(), 7);
+    EXPECT_EQ(survey.processing.lines.CurrentLine, 1);
+    EXPECT_EQ(survey.track_index.point_count(), 7);
+}
+
+TEST_F(DriverTest, CountsLongAndEmptyLinesAsRejectedAndWarnsOfTheFieldCountOnce)
+{
+    survey.data_file_name = folder.write("line.csv", "Time,East,North,Depth,M1\n\n1,2,3,4\n2,3\n" +
+                                                         std::string(2'000'000, '7') + "\n3,4,5,6,7");
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    EXPECT_EQ(op.messages, std::vector<std::string>{"The header names 5 columns, the first data line holds 4 fields"});
+    EXPECT_EQ(survey.processing.lines_read, 5);
+    EXPECT_EQ(survey.processing.lines_rejected, 2);
+    EXPECT_EQ(records(), 3);
+}
+
+TEST_F(DriverTest, AHeaderWithoutDataIsARunOfNothing)
+{
+    survey.data_file_name = folder.write("line.csv", "Time,East,North,Depth,M1");
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    EXPECT_EQ(records(), 0);
+    EXPECT_EQ(survey.processing.lines.CurrentLine, 0);
+    EXPECT_EQ(display.finished_runs, 1);
+    EXPECT_TRUE(op.messages.empty());
+}
+
+} // namespace
+} // namespace tarvo
