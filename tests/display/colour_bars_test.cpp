@@ -53,13 +53,13 @@ TEST(ColourBars, KeepAChosenSection)
     const double* const sensor_values[] = {nullptr, track.values.data()};
     std::vector<Picture> bars(2, Picture(100, 3));
     fill(bars[1], kRed);
-    SectionLimits section = {9, 11};
+    SectionLimits section = {5, 11};
     SilentOperator op;
     display_TG_bars(bars, sensor_values, track.scene(), 10, section, op);
-    Picture expected(100, 3); // a column to the metre, record 9 at column 40
-    fill_rectangle(expected, 39, 0, 60, 3, 0x00FF00);
+    Picture expected(100, 3); // a column to the metre; record 5, at column 0, is not drawn, record 6 is the first
+    fill_rectangle(expected, 9, 0, 60, 3, 0x00FF00);
     EXPECT_EQ(bars[1], expected);
-    EXPECT_EQ(section, (SectionLimits{9, 11}));
+    EXPECT_EQ(section, (SectionLimits{5, 11}));
 
     display_TG_bars(bars, sensor_values, {}, 10, section, op);
     EXPECT_EQ(bars[1], expected) << "no track points: nothing is drawn";
