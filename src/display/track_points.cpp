@@ -10,7 +10,7 @@ namespace tarvo {
 namespace {
 
 // Squares of half-size 1 that lie inside of the picture as a whole make up nearly all of a track: nine stores, without
-// any clipping. limit_x, limit_y: number of columns and rows that can be such a square's centre.
+// any clipping.
 class SmallSquares {
 public:
     explicit SmallSquares(Picture& picture)
@@ -38,7 +38,7 @@ private:
     Picture& picture_;
     Colour* pixels_;
     std::ptrdiff_t width_;
-    unsigned limit_x_;
+    unsigned limit_x_; // columns and rows that can be the centre of such a square, counted from the second
     unsigned limit_y_;
 };
 
