@@ -26,17 +26,6 @@ void make_room_for_one_more(PickList& picks)
     if (static_cast<std::size_t>(picks.number_of_picks) + 1 >= picks.pick_types.size()) give_spare_room(picks);
 }
 
-bool name_is_in_use(const PickList& picks, const std::string& full_name, std::int32_t edited_pick)
-{
-    const std::string wanted = upper_case(full_name);
-    for (std::int32_t pick = 1; pick <= picks.number_of_picks; ++pick) {
-        if (pick != edited_pick && upper_case(trimmed(picks.pick_names[static_cast<std::size_t>(pick)])) == wanted) {
-            return true;
-        }
-    }
-    return false;
-}
-
 // The first objection to a pick's texts; empty: there is none.
 std::string objection_to(const PickTexts& texts, const PickList& picks, std::int32_t edited_pick)
 {
@@ -132,6 +121,17 @@ int check_new_pick(AddPick add, const PickTexts& texts, PickList& picks, Operato
         op.show_message(std::string("An error occurred while checling the anomaly definitions: ") + fault.what());
         return -1;
     }
+}
+
+bool name_is_in_use(const PickList& picks, std::string_view full_name, std::int32_t but_for)
+{
+    const std::string wanted = upper_case(trimmed(full_name));
+    for (std::int32_t pick = 1; pick <= picks.number_of_picks; ++pick) {
+        if (pick != but_for && upper_case(trimmed(picks.pick_names[static_cast<std::size_t>(pick)])) == wanted) {
+            return true;
+        }
+    }
+    return false;
 }
 
 std::string full_pick_name(const PickTexts& texts)

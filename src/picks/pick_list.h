@@ -71,6 +71,9 @@ enum class AddPick { no, yes };
 // edited_pick: a pick of the list whose own name is no obstacle; 0: none.
 int check_new_pick(AddPick add, const PickTexts& texts, PickList& picks, Operator& op, std::int32_t edited_pick = 0);
 
+// Whether a pick but `but_for` has that name, in any letter case.
+bool name_is_in_use(const PickList& picks, std::string_view full_name, std::int32_t but_for);
+
 // "Anomaly 12" as they are stored, from the texts that check_new_pick accepted.
 std::string full_pick_name(const PickTexts& texts);
 

@@ -5,22 +5,22 @@
 #include "picks/quadtree.h"
 #include "processing/track_table.h"
 
-#include <vector>
+#include <cstdint>
 
 namespace tarvo {
 
-// Where the track heads at a record: the steps to the next record. Both 0: not known.
+// Where the track heads at a record, for what is drawn across or beside it: the steps to the next record, metres. Both
+// 0: not known, as at the end of the track or beside a record without a position.
 struct TrackDirection {
-    double x = 0; // metres
+    double x = 0;
     double y = 0;
 
     bool operator==(const TrackDirection&) const = default;
 };
+TrackDirection track_direction(const TrackTable& track, std::int32_t record);
 
 // Gives every pick the sample that `index` finds nearest to its position, -1 where it finds none: such a pick keeps its
-// place in the list. Returns the track's direction at each pick, from 1; element 0 is unused. Without an index, a track
-// or a pick nothing is done and nothing returned.
-std::vector<TrackDirection> locate_pick_list_on_track(PickList& picks, const cQuadTree& index, const TrackTable& track,
-                                                      Operator& op);
+// place in the list. Without an index, a track or a pick nothing is done.
+void locate_pick_list_on_track(PickList& picks, const cQuadTree& index, const TrackTable& track, Operator& op);
 
 } // namespace tarvo

@@ -6,7 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <random>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace tarvo {
 namespace {
@@ -123,6 +126,42 @@ TEST(PickFileWriting, LeavesFileAndListAsTheyWereWhenItFails)
         EXPECT_TRUE(op.messages[0].starts_with(start)) << op.messages[0];
     }
     std::signal(SIGXFSZ, old_handler);
+}
+
+// A program that rewrites its picks without end is killed at random moments.
+TEST(PickFileWriting, LeavesACompleteListWheneverTheProgramIsKilled)
+{
+    constexpr int kKills = 25;
+    const TestFolder folder;
+    FakeOperator op;
+    PickList lists[2];
+    std::string texts[2];
+    for (int list = 0; list < 2; ++list) {
+        for (int pick = 1; pick <= 2000 + 1000 * list; ++pick) {
+            append_pick(lists[list], {.name = "Target " + std::to_string(pick), .type = list});
+        }
+        lists[list].pick_file_name = folder.path("a_pick.dat");
+        texts[list] = pick_file_text(lists[list]);
+    }
+    ASSERT_EQ(write_pick_file(lists[0], op), 0);
+
+    std::mt19937 random(20240610);
+    for (int kill_number = 1; kill_number <= kKills; ++kill_number) {
+        const pid_t writer = fork();
+        if (writer == 0) {
+            for (int write = 1; write_pick_file(lists[write % 2], op) == 0; ++write) {}
+            _exit(1);
+        }
+        usleep(static_cast<useconds_t>(random() % 20'000));
+        kill(writer, SIGKILL);
+        int ended = 0;
+        waitpid(writer, &ended, 0);
+        ASSERT_TRUE(WIFSIGNALED(ended)) << "a write failed";
+        const std::string found = folder.read("a_pick.dat");
+        ASSERT_TRUE(found == texts[0] || found == texts[1])
+            << "kill " << kill_number << ": " << found.size() << " bytes";
+    }
+    EXPECT_EQ(op.messages, std::vector<std::string>{});
 }
 
 } // namespace

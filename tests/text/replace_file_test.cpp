@@ -4,9 +4,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <random>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -109,24 +107,6 @@ TEST_F(ReplacedFiles, StayAsTheyWereWhenTheDiskIsFull)
     std::signal(SIGXFSZ, old_handler);
     EXPECT_EQ(bytes_of(path), "old");
     EXPECT_EQ(files_in_folder(), 1);
-}
-
-TEST_F(ReplacedFiles, AreWholeWheneverTheProgramIsKilled)
-{
-    const std::string contents[] = {std::string(300'000, 'a'), std::string(200'000, 'b')};
-    replace_file(path, contents[0]);
-    std::mt19937 random(7);
-    for (int kill_number = 0; kill_number < 20; ++kill_number) {
-        const pid_t writer = fork();
-        if (writer == 0) {
-            for (int write = 0;; ++write) replace_file(path, contents[write % 2]);
-        }
-        usleep(static_cast<useconds_t>(random() % 5000));
-        kill(writer, SIGKILL);
-        waitpid(writer, nullptr, 0);
-        const std::string found = bytes_of(path);
-        ASSERT_TRUE(found == contents[0] || found == contents[1]) << "kill " << kill_number << ", " << found.size();
-    }
 }
 
 } // namespace

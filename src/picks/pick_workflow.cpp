@@ -1,0 +1,320 @@
+#include "picks/pick_workflow.h"
+
+#include "picks/pick_file.h"
+#include "picks/pick_placing.h"
+#include "picks/pick_texts.h"
+#include "text/numbers.h"
+
+#include <exception>
+#include <filesystem>
+
+namespace tarvo {
+
+namespace {
+
+FileQuestion pick_file_question(const std::string& offered)
+{
+    return {.title = "Select the MAG profile pick File",
+            .filter = "MAG profile pick Files|*.dat;*_pick.dat|All files (*.*)|*.*",
+            .initial_name = offered,
+            .default_extension = "dat"};
+}
+
+bool is_sample(const TrackTable& track, std::int64_t sample_index)
+{
+    return sample_index >= 1 && sample_index <= track.count;
+}
+
+// Time, place and sample of a pick become those of the location.
+void place_pick(PickList& picks, std::int32_t pick, const PickLocation& location)
+{
+    const auto at = static_cast<std::size_t>(pick);
+    picks.pick_sample_index[at] = location.sample_index;
+    picks.pick_times[at] = location.time;
+    picks.pick_locations[at] = {0, location.x, location.y, location.distance};
+}
+
+std::int32_t index_after_removal(std::int32_t pick, std::int32_t removed)
+{
+    return pick > removed ? pick - 1 : pick;
+}
+
+const char* word_for(ChangeKind kind)
+{
+    switch (kind) {
+    case ChangeKind::move: return "move";
+    case ChangeKind::edit: return "edit";
+    case ChangeKind::deletion: break;
+    }
+    return "delete";
+}
+
+} // namespace
+
+PickLocation location_of_sample(const TrackTable& track, std::int32_t sample_index)
+{
+    return {sample_index, track.distance[sample_index], track.easting[sample_index], track.northing[sample_index],
+            track.time[sample_index]};
+}
+
+PickWorkflow::PickWorkflow(PickList& picks, std::int32_t& current_pick, Operator& op, PickDisplay& display)
+    : picks_(picks), current_pick_(current_pick), op_(op), display_(display)
+{
+}
+
+void PickWorkflow::open_picks_of(const std::string& data_file_name, const IndexedTrack& ground)
+{
+    clear_picks(picks_);
+    picks_.unreadable_file.clear();
+    picks_.pick_file_name = data_file_name.empty() ? std::string() : pick_file_name_for(data_file_name);
+    std::error_code not_there;
+    if (std::filesystem::exists(picks_.pick_file_name, not_there)) read_pick_file(picks_.pick_file_name, picks_, op_);
+    forget_list();
+    show_changed_list(ground);
+}
+
+void PickWorkflow::take_picks_off_track()
+{
+    for (std::int32_t pick = 1; pick <= picks_.number_of_picks; ++pick) {
+        picks_.pick_sample_index[static_cast<std::size_t>(pick)] = -1;
+    }
+    for (Change& change : changes_) change.before.sample_index = -1;
+    display_.show_pick_controls(controls());
+}
+
+void PickWorkflow::load_pick_list_on_form(const IndexedTrack& ground)
+{
+    try {
+        if (!is_pick(picks_, current_pick_)) current_pick_ = -1;
+        locate_pick_list_on_track(picks_, ground.index, ground.track, op_);
+        display_.show_pick_controls(controls());
+    } catch (const std::exception& fault) {
+        op_.show_message(std::string("An error occurred while loading the pick list on the form: ") + fault.what());
+    }
+}
+
+void PickWorkflow::Command_mark_anomaly_location(const TrackTable& track, std::int32_t current_sample)
+{
+    offer_location(track, current_sample);
+}
+
+void PickWorkflow::mnuAddAnomaly(const TrackTable& track, std::int32_t pointed_sample)
+{
+    offer_location(track, pointed_sample);
+}
+
+void PickWorkflow::offer_location(const TrackTable& track, std::int32_t sample_index)
+{
+    if (!is_sample(track, sample_index)) return;
+    new_pick_location_ = location_of_sample(track, sample_index);
+    save_new_pick();
+}
+
+void PickWorkflow::save_new_pick()
+{
+    try {
+        const std::int32_t picks_before = picks_.number_of_picks;
+        if (settings.ShowNewPickDialog) {
+            display_.show_new_pick_marker(new_pick_location_);
+            display_.open_new_pick_dialog();
+            display_.clear_new_pick_marker();
+        } else {
+            Command_save_anomaly(new_pick_texts());
+        }
+        if (picks_.number_of_picks == picks_before) return;
+
+        display_.display_pick_list();
+        if (settings.DeferPickCombo) return;
+        current_pick_ = picks_.number_of_picks;
+        display_.show_pick_controls(controls());
+        display_.redraw_picks();
+    } catch (const std::exception& fault) {
+        op_.show_message(std::string("An error occurred while saving the new pick: ") + fault.what());
+    }
+}
+
+void PickWorkflow::choose_pick(std::int32_t pick)
+{
+    current_pick_ = is_pick(picks_, pick) ? pick : -1;
+    display_.show_pick_controls(controls());
+    const std::int32_t sample =
+        current_pick_ == -1 ? -1 : picks_.pick_sample_index[static_cast<std::size_t>(current_pick_)];
+    if (sample >= 1) display_.show_sample(sample);
+    display_.redraw_picks();
+}
+
+void PickWorkflow::HScroll_shift_anomaly(const TrackTable& track, int step)
+{
+    if (!is_pick(picks_, current_pick_)) return;
+    const std::int64_t sample = picks_.pick_sample_index[static_cast<std::size_t>(current_pick_)];
+    if (!is_sample(track, sample) || !is_sample(track, sample + step)) return;
+
+    remember(ChangeKind::move, current_pick_);
+    place_pick(picks_, current_pick_, location_of_sample(track, static_cast<std::int32_t>(sample + step)));
+    write_pick_file(picks_, op_);
+    display_.display_pick_item(current_pick_);
+    display_.show_pick_controls(controls());
+    display_.redraw_picks();
+}
+
+void PickWorkflow::Command_delete_selected_anomaly(const IndexedTrack& ground)
+{
+    delete_pick(current_pick_, ground);
+}
+
+void PickWorkflow::Command_delete_selected_pick(const IndexedTrack& ground)
+{
+    delete_pick(edited_pick_, ground);
+}
+
+void PickWorkflow::delete_pick(std::int32_t pick, const IndexedTrack& ground)
+{
+    if (!is_pick(picks_, pick)) return;
+    if (!op_.ask_yes_no("Delete the anomaly " + pick_at(picks_, pick).name + "?")) return;
+
+    remember(ChangeKind::deletion, pick);
+    remove_pick(picks_, pick);
+    if (edited_pick_ == pick) select_pick_row(0);
+    edited_pick_ = index_after_removal(edited_pick_, pick);
+    current_pick_ = current_pick_ == pick ? -1 : index_after_removal(current_pick_, pick);
+    write_pick_file(picks_, op_);
+    show_changed_list(ground);
+}
+
+void PickWorkflow::undo(const IndexedTrack& ground)
+{
+    if (changes_.empty()) return;
+    const Change change = changes_.back();
+    const bool is_deletion = change.kind == ChangeKind::deletion;
+    const std::int32_t replaced = is_deletion ? 0 : change.pick;
+    if (change.kind != ChangeKind::move && name_is_in_use(picks_, change.before.name, replaced)) {
+        op_.show_message("That name is already in use");
+        return;
+    }
+    changes_.pop_back();
+    if (is_deletion) {
+        insert_pick(picks_, change.pick, change.before);
+    } else {
+        store_pick(picks_, change.pick, change.before);
+    }
+    current_pick_ = change.current_pick;
+    select_pick_row(0);
+    write_pick_file(picks_, op_);
+    show_changed_list(ground);
+}
+
+PickControls PickWorkflow::controls() const
+{
+    PickControls shown;
+    shown.names = pick_names_in_order(picks_);
+    const std::string number = std::to_string(picks_.number_of_picks);
+    const bool has_current = is_pick(picks_, current_pick_);
+    if (picks_.number_of_picks > 0) shown.label = "Current pick (of " + number + ")";
+    shown.choosing_enabled = picks_.number_of_picks > 0;
+    shown.actions_enabled = has_current;
+    if (has_current) {
+        shown.selected = current_pick_ - 1;
+        shown.label = "Current pick (" + std::to_string(current_pick_) + " of " + number + ")";
+        shown.moving_enabled = picks_.pick_sample_index[static_cast<std::size_t>(current_pick_)] >= 1;
+    }
+    if (!changes_.empty()) {
+        const Change& last = changes_.back();
+        shown.undo_caption = std::string("Undo ") + word_for(last.kind) + " of " + last.before.name;
+        shown.undo_enabled = true;
+    }
+    return shown;
+}
+
+PickListControls PickWorkflow::list_controls() const
+{
+    return {.editing_enabled = edited_pick_ != 0, .writing_enabled = picks_.number_of_picks > 0};
+}
+
+PickTexts PickWorkflow::new_pick_texts() const
+{
+    return proposed_pick_texts(picks_);
+}
+
+PickTexts PickWorkflow::Command_add_next(const PickTexts& texts) const
+{
+    return with_next_id(texts, picks_);
+}
+
+int PickWorkflow::Command_save_anomaly(const PickTexts& texts)
+{
+    if (check_new_pick(AddPick::no, texts, picks_, op_) < 0) return -1;
+    if (check_new_pick(AddPick::yes, texts, picks_, op_) < 0) return -1;
+    place_pick(picks_, picks_.number_of_picks, new_pick_location_);
+    if (write_to_a_named_file() == 0) op_.show_message("The pick has been saved");
+    if (picks_.pick_file_name.empty()) op_.show_message("The pick is in no file yet: no pick file has been chosen");
+    return 0;
+}
+
+PickTexts PickWorkflow::select_pick_row(std::int32_t pick)
+{
+    edited_pick_ = is_pick(picks_, pick) ? pick : 0;
+    remembered_ = edited_pick_ == 0 ? PickTexts{} : pick_texts(picks_, pick);
+    return remembered_;
+}
+
+PickTexts PickWorkflow::Command_save_edit(const PickTexts& texts)
+{
+    if (edited_pick_ == 0 || texts == remembered_) return texts;
+    if (check_new_pick(AddPick::no, texts, picks_, op_, edited_pick_) < 0) return remembered_;
+
+    remember(ChangeKind::edit, edited_pick_);
+    const auto at = static_cast<std::size_t>(edited_pick_);
+    picks_.pick_names[at] = full_pick_name(texts);
+    picks_.pick_types[at] = rounded_to_int32(leading_number(texts.type));
+    if (write_pick_file(picks_, op_) == 0) op_.show_message("The edits have been saved");
+    display_.display_pick_item(edited_pick_);
+    display_.show_pick_controls(controls());
+    display_.redraw_picks();
+    return select_pick_row(edited_pick_);
+}
+
+void PickWorkflow::menu_read_list(const IndexedTrack& ground)
+{
+    const std::optional<std::string> chosen = op_.choose_file_to_open(pick_file_question(picks_.pick_file_name));
+    if (!chosen) return;
+    picks_.pick_file_name = *chosen;
+    read_pick_file(*chosen, picks_, op_);
+    forget_list();
+    show_changed_list(ground);
+}
+
+void PickWorkflow::menu_write_list()
+{
+    write_to_a_named_file();
+}
+
+void PickWorkflow::remember(ChangeKind kind, std::int32_t pick)
+{
+    changes_.push_back({kind, pick, pick_at(picks_, pick), current_pick_});
+}
+
+void PickWorkflow::show_changed_list(const IndexedTrack& ground)
+{
+    load_pick_list_on_form(ground);
+    display_.display_pick_list();
+    display_.redraw_picks();
+}
+
+// Nothing that was chosen, edited or to be undone is in another list.
+void PickWorkflow::forget_list()
+{
+    current_pick_ = -1;
+    select_pick_row(0);
+    changes_.clear();
+}
+
+// A live survey has no data file to name the pick file by, so the operator is asked.
+int PickWorkflow::write_to_a_named_file()
+{
+    if (picks_.pick_file_name.empty() && picks_.number_of_picks > 0) {
+        picks_.pick_file_name = op_.choose_file_to_create(pick_file_question("survey_pick.dat")).value_or("");
+    }
+    return write_pick_file(picks_, op_);
+}
+
+} // namespace tarvo

@@ -1,0 +1,333 @@
+#include "picks/pick_workflow.h"
+
+#include "picks/fake_operator.h"
+#include "picks/pick_file.h"
+#include "picks/pick_texts.h"
+#include "picks/track_index.h"
+#include "test_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace tarvo {
+namespace {
+
+// Ten samples, ten metres apart; sample s lies at (500 + 10 s, 900), one second after the one before.
+struct StraightTrack {
+    std::vector<double> distance = {0}, time = {0}, easting = {0}, northing = {0};
+    cQuadTree tree;
+
+    StraightTrack()
+    {
+        for (int sample = 1; sample <= 10; ++sample) {
+            distance.push_back(10.0 * (sample - 1));
+            time.push_back(45453 + sample / 86400.0);
+            easting.push_back(500 + 10.0 * sample);
+            northing.push_back(900);
+        }
+        build_track_index(table(), tree);
+    }
+    TrackTable table() const { return {10, distance.data(), time.data(), easting.data(), northing.data()}; }
+};
+
+class FakePickDisplay : public PickDisplay {
+public:
+    PickControls controls;
+    std::function<void()> in_new_pick_dialog = [] {}; // what the operator does in it
+    std::vector<std::string> calls;
+
+    void show_pick_controls(const PickControls& shown) override { controls = shown; }
+    void redraw_picks() override { calls.emplace_back("redraw"); }
+    void show_sample(std::int32_t sample) override { calls.push_back("sample " + std::to_string(sample)); }
+    void open_new_pick_dialog() override
+    {
+        calls.emplace_back("dialog");
+        in_new_pick_dialog();
+    }
+    void show_new_pick_marker(const PickLocation& at) override
+    {
+        calls.push_back("marker " + std::to_string(at.sample_index));
+    }
+    void clear_new_pick_marker() override { calls.emplace_back("no marker"); }
+    void display_pick_list() override { calls.emplace_back("list"); }
+    void display_pick_item(std::int32_t pick) override { calls.push_back("item " + std::to_string(pick)); }
+};
+
+class PickWork : public testing::Test {
+protected:
+    TestFolder folder;
+    StraightTrack track;
+    PickList picks;
+    std::int32_t current_pick = -1;
+    FakeOperator op;
+    FakePickDisplay display;
+    PickWorkflow work{picks, current_pick, op, display};
+    const IndexedTrack ground{track.table(), track.tree};
+
+    void SetUp() override { work.open_picks_of(folder.path("line7.csv"), ground); }
+
+    void mark(std::int32_t sample, const PickTexts& texts)
+    {
+        display.in_new_pick_dialog = [this, texts] { work.Command_save_anomaly(texts); };
+        work.Command_mark_anomaly_location(track.table(), sample);
+        op.messages.clear();
+        display.calls.clear();
+    }
+
+    // "Target 1@3": name and sample of every pick, and the file's bytes those of the list.
+    std::string list() const
+    {
+        if (picks.number_of_picks > 0) {
+            EXPECT_EQ(folder.read("line7_pick.dat"), pick_file_text(picks));
+        }
+        std::string text;
+        for (std::int32_t pick = 1; pick <= picks.number_of_picks; ++pick) {
+            const Pick shown = pick_at(picks, pick);
+            text += (pick == 1 ? "" : ", ") + shown.name + "@" + std::to_string(shown.sample_index);
+        }
+        return text;
+    }
+};
+
+TEST_F(PickWork, SavesAMarkedPickBesideTheDataAndMakesItCurrent)
+{
+    display.in_new_pick_dialog = [this] {
+        EXPECT_EQ(work.new_pick_texts(), (PickTexts{"Anomaly", "1", "0"}));
+        EXPECT_EQ(work.Command_save_anomaly({"", "1", "0"}), -1);
+        EXPECT_EQ(picks.number_of_picks, 0);
+        EXPECT_EQ(work.Command_save_anomaly({"Target", "1", "2"}), 0);
+    };
+    work.mnuAddAnomaly(track.table(), 3);
+    EXPECT_EQ(op.messages, (std::vector<std::string>{"No name has been specified", "The pick has been saved"}));
+    EXPECT_EQ(list(), "Target 1@3");
+    EXPECT_EQ(pick_at(picks, 1), (Pick{"Target 1", 2, 3, 45453 + 3 / 86400.0, {0, 530, 900, 20}}));
+    EXPECT_EQ(current_pick, 1);
+    EXPECT_EQ(display.calls,
+              (std::vector<std::string>{"list", "redraw", "marker 3", "dialog", "no marker", "list", "redraw"}));
+    EXPECT_EQ(display.controls, (PickControls{.names = {"Target 1"},
+                                              .selected = 0,
+                                              .label = "Current pick (1 of 1)",
+                                              .choosing_enabled = true,
+                                              .actions_enabled = true,
+                                              .moving_enabled = true}));
+}
+
+TEST_F(PickWork, OffersNothingBesideTheTrackAndSavesNothingUnasked)
+{
+    for (const std::int32_t sample : {-1, 0, 11}) work.Command_mark_anomaly_location(track.table(), sample);
+    display.in_new_pick_dialog = [] {};
+    mark(2, {"Target", "1", "0"});
+    display.in_new_pick_dialog = [] {};
+    work.Command_mark_anomaly_location(track.table(), 4); // the operator closes the dialog
+    EXPECT_EQ(display.calls, (std::vector<std::string>{"marker 4", "dialog", "no marker"}));
+    EXPECT_EQ(list(), "Target 1@2");
+}
+
+TEST_F(PickWork, FollowsItsTwoSwitches)
+{
+    work.settings = {.ShowNewPickDialog = false, .DeferPickCombo = true};
+    work.Command_mark_anomaly_location(track.table(), 2);
+    EXPECT_EQ(list(), "Anomaly 1@2");
+    EXPECT_EQ(current_pick, -1);
+    EXPECT_TRUE(display.controls.names.empty());
+    work.settings.DeferPickCombo = false;
+    work.Command_mark_anomaly_location(track.table(), 5);
+    EXPECT_EQ(list(), "Anomaly 1@2, Anomaly 2@5");
+    EXPECT_EQ(display.controls.names, (std::vector<std::string>{"Anomaly 1", "Anomaly 2"}));
+    EXPECT_EQ(current_pick, 2);
+    EXPECT_EQ(work.Command_add_next({"Target", "", "3"}), (PickTexts{"Target", "0", "3"}));
+    EXPECT_EQ(work.Command_add_next({"Anomaly", "1", "3"}), (PickTexts{"Anomaly", "3", "3"}));
+
+    struct Case {
+        const char* key;
+        const char* text;
+        SettingOutcome outcome;
+    };
+    const Case cases[] = {{"ShowNewPickDialog", " 1 ", SettingOutcome::taken},
+                          {"ShowNewPickDialog", "2", SettingOutcome::refused},
+                          {"DeferPickCombo", "yes", SettingOutcome::refused},
+                          {"deferpickcombo", "1", SettingOutcome::unknown_key}};
+    for (const Case& c : cases) EXPECT_EQ(set_pick_setting(work.settings, c.key, c.text), c.outcome) << c.text;
+    EXPECT_TRUE(work.settings.ShowNewPickDialog);
+}
+
+TEST_F(PickWork, AsksForAFileWhenThereIsNoDataFile)
+{
+    work.open_picks_of("", ground);
+    work.settings.ShowNewPickDialog = false;
+    work.Command_mark_anomaly_location(track.table(), 2);
+    EXPECT_EQ(op.messages, std::vector<std::string>{"The pick is in no file yet: no pick file has been chosen"});
+    op.chosen_file = folder.path("line7_pick.dat");
+    work.Command_mark_anomaly_location(track.table(), 3);
+    work.Command_mark_anomaly_location(track.table(), 4);
+    EXPECT_EQ(op.file_questions.size(), 2U);
+    EXPECT_EQ(list(), "Anomaly 1@2, Anomaly 2@3, Anomaly 3@4");
+}
+
+TEST_F(PickWork, MovesTheCurrentPickOnlyWithinTheTrack)
+{
+    mark(3, {"Target", "1", "0"});
+    struct Case {
+        int step;
+        const char* list;
+    };
+    const Case cases[] = {{-3, "Target 1@3"}, {-2, "Target 1@1"}, {-1, "Target 1@1"},
+                          {10, "Target 1@1"}, {9, "Target 1@10"}, {1, "Target 1@10"}};
+    for (const Case& c : cases) {
+        work.HScroll_shift_anomaly(track.table(), c.step);
+        EXPECT_EQ(list(), c.list) << c.step;
+    }
+    EXPECT_EQ(pick_at(picks, 1), (Pick{"Target 1", 0, 10, 45453 + 10 / 86400.0, {0, 600, 900, 90}}));
+    EXPECT_EQ(display.calls, (std::vector<std::string>{"item 1", "redraw", "item 1", "redraw"}));
+
+    work.take_picks_off_track();
+    EXPECT_FALSE(display.controls.moving_enabled);
+    work.HScroll_shift_anomaly(track.table(), 5);
+    EXPECT_EQ(list(), "Target 1@-1");
+    work.choose_pick(7);
+    work.HScroll_shift_anomaly(track.table(), 5);
+    EXPECT_EQ(current_pick, -1);
+}
+
+TEST_F(PickWork, DeletesWhatTheOperatorConfirms)
+{
+    for (int pick = 1; pick <= 4; ++pick) mark(pick, {"Target", std::to_string(pick), "0"});
+    op.answer = false;
+    work.Command_delete_selected_anomaly(ground);
+    EXPECT_EQ(op.questions, std::vector<std::string>{"Delete the anomaly Target 4?"});
+    EXPECT_EQ(picks.number_of_picks, 4);
+
+    op.answer = true;
+    work.select_pick_row(2);
+    work.Command_delete_selected_pick(ground);
+    EXPECT_EQ(list(), "Target 1@1, Target 3@3, Target 4@4");
+    EXPECT_EQ(current_pick, 3) << "still Target 4";
+    EXPECT_FALSE(work.list_controls().editing_enabled);
+    work.Command_delete_selected_pick(ground);
+    EXPECT_EQ(picks.number_of_picks, 3) << "no row is selected any more";
+    work.Command_delete_selected_anomaly(ground);
+    EXPECT_EQ(list(), "Target 1@1, Target 3@3");
+    EXPECT_EQ(current_pick, -1);
+
+    work.choose_pick(1);
+    work.Command_delete_selected_anomaly(ground);
+    const std::string file_of_the_last_pick = folder.read("line7_pick.dat");
+    work.choose_pick(1);
+    work.Command_delete_selected_anomaly(ground);
+    EXPECT_EQ(folder.read("line7_pick.dat"), file_of_the_last_pick);
+    EXPECT_EQ(display.controls,
+              (PickControls{.names = {}, .undo_caption = "Undo delete of Target 3", .undo_enabled = true}));
+}
+
+TEST_F(PickWork, EditsNameAndTypeAndPutsRefusedTextsBack)
+{
+    mark(3, {"Target", "0", "1"});
+    mark(4, {"Target", "7", "1"});
+    const PickTexts fields = work.select_pick_row(1);
+    EXPECT_EQ(fields, (PickTexts{"Target", "0", "1"}));
+    EXPECT_EQ(work.Command_save_edit(fields), fields);
+    EXPECT_TRUE(op.messages.empty());
+    EXPECT_EQ(work.Command_save_edit({"TARGET", "7", "1"}), fields);
+    EXPECT_EQ(op.messages, std::vector<std::string>{"That name is already in use"});
+    EXPECT_EQ(work.Command_save_edit({"Target", "0", "2"}), (PickTexts{"Target", "0", "2"}));
+    EXPECT_EQ(work.Command_save_edit({" Wreck ", "1.5", "2"}), (PickTexts{"Wreck", "1.5", "2"}));
+    EXPECT_EQ(work.Command_cancel_edit(), (PickTexts{"Wreck", "1.5", "2"}));
+    EXPECT_EQ(op.messages.back(), "The edits have been saved");
+    EXPECT_EQ(list(), "Wreck 1.5@3, Target 7@4");
+    EXPECT_EQ(display.controls.names[0], "Wreck 1.5");
+}
+
+TEST_F(PickWork, TakesBackMovesEditsAndDeletionsLastFirst)
+{
+    mark(3, {"Target", "1", "1"});
+    mark(6, {"Target", "2", "1"});
+    work.HScroll_shift_anomaly(track.table(), 2);
+    work.select_pick_row(1);
+    work.Command_save_edit({"Wreck", "1", "4"});
+    work.Command_delete_selected_pick(ground);
+    EXPECT_EQ(list(), "Target 2@8");
+    work.undo(ground);
+    EXPECT_EQ(list(), "Wreck 1@3, Target 2@8");
+    EXPECT_EQ(current_pick, 2);
+    EXPECT_EQ(display.controls.undo_caption, "Undo edit of Target 1");
+    mark(9, {"Target", "1", "1"});
+    work.undo(ground);
+    EXPECT_EQ(op.messages, std::vector<std::string>{"That name is already in use"});
+    work.choose_pick(3);
+    work.Command_delete_selected_anomaly(ground);
+    work.undo(ground);
+    EXPECT_EQ(list(), "Wreck 1@3, Target 2@8, Target 1@9");
+    work.select_pick_row(3);
+    work.Command_save_edit({"Target", "3", "1"});
+    for (int change = 0; change < 2; ++change) work.undo(ground);
+    EXPECT_EQ(list(), "Wreck 1@3, Target 2@8, Target 1@9") << "the name of the older edit is taken again";
+}
+
+TEST_F(PickWork, ReadsAnotherListAndWritesToItFromThen)
+{
+    mark(3, {"Target", "1", "1"});
+    PickList other;
+    append_pick(other, {.name = "Far 1", .location = {0, 9000, 900, 0}});
+    append_pick(other, {.name = "Near 2", .location = {0, 561, 900, 0}});
+    other.pick_file_name = folder.path("other.dat");
+    ASSERT_EQ(write_pick_file(other, op), 0);
+
+    work.menu_read_list(ground);
+    EXPECT_EQ(list(), "Target 1@3") << "cancelled";
+    EXPECT_EQ(op.file_questions.back().title, "Select the MAG profile pick File");
+    EXPECT_EQ(op.file_questions.back().filter, "MAG profile pick Files|*.dat;*_pick.dat|All files (*.*)|*.*");
+    op.chosen_file = other.pick_file_name;
+    work.menu_read_list(ground);
+    EXPECT_EQ(pick_at(picks, 1).sample_index, -1);
+    EXPECT_EQ(pick_at(picks, 2).sample_index, 6);
+    EXPECT_EQ(current_pick, -1);
+    EXPECT_FALSE(display.controls.undo_enabled);
+    work.choose_pick(2);
+    EXPECT_EQ(display.calls, (std::vector<std::string>{"list", "redraw", "sample 6", "redraw"}));
+    work.HScroll_shift_anomaly(track.table(), 1);
+    EXPECT_EQ(folder.read("other.dat"), pick_file_text(picks));
+
+    op.chosen_file = folder.write("broken.dat", "no picks");
+    work.menu_read_list(ground);
+    EXPECT_EQ(display.controls, PickControls{});
+    work.menu_write_list();
+    work.settings.ShowNewPickDialog = false;
+    work.Command_mark_anomaly_location(track.table(), 2);
+    EXPECT_EQ(folder.read("broken.dat"), pick_file_text(picks));
+    EXPECT_EQ(folder.read("broken.dat.unreadable"), "no picks");
+}
+
+TEST_F(PickWork, ShowsTheListInAnyOrderWithoutTouchingIt)
+{
+    mark(3, {"beta", "10", "2"});
+    mark(1, {"Alpha", "9", "1"});
+    mark(2, {"beta", "9.5", "1"});
+    const std::vector<PickRow> grid = pick_grid(picks, op);
+    ASSERT_EQ(grid.size(), 4U);
+    EXPECT_EQ(grid[0], (PickRow{"Name", "ID", "Type", "X", "Y", "Distance", "Time"}));
+    EXPECT_EQ(grid[3], (PickRow{"beta", "9.5", "1", "520.0", "900.0", "10.0", "00:00:02"}));
+    using Order = std::vector<std::int32_t>;
+    EXPECT_EQ(sorted_picks(picks, PickColumn::name, SortOrder::rising), (Order{2, 1, 3}));
+    EXPECT_EQ(sorted_picks(picks, PickColumn::name, SortOrder::falling), (Order{1, 3, 2}));
+    EXPECT_EQ(sorted_picks(picks, PickColumn::id, SortOrder::rising), (Order{2, 3, 1}));
+    EXPECT_EQ(sorted_picks(picks, PickColumn::type, SortOrder::rising), (Order{2, 3, 1}));
+    EXPECT_EQ(sorted_picks(picks, PickColumn::time, SortOrder::falling), (Order{1, 3, 2}));
+    EXPECT_EQ(list(), "beta 10@3, Alpha 9@1, beta 9.5@2");
+}
+
+TEST_F(PickWork, KeepsTheListWhenTheFileCannotBeWritten)
+{
+    mark(3, {"Target", "1", "1"});
+    std::filesystem::remove(folder.path("line7_pick.dat"));
+    std::filesystem::create_directory(folder.path("line7_pick.dat"));
+    work.HScroll_shift_anomaly(track.table(), 1);
+    work.Command_save_anomaly({"Target", "2", "1"});
+    ASSERT_EQ(op.messages.size(), 2U);
+    EXPECT_TRUE(op.messages[1].starts_with("An error occurred while saving the aomaly file: "));
+    EXPECT_EQ(pick_at(picks, 1).sample_index, 4);
+    EXPECT_EQ(picks.number_of_picks, 2);
+}
+
+} // namespace
+} // namespace tarvo
