@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <exception>
 #include <numeric>
+#include <utility>
 
 namespace tarvo {
 
@@ -30,12 +31,7 @@ double sort_value(const Pick& pick, PickColumn column)
     return 0;
 }
 
-struct SortKey {
-    std::string name; // in upper case; empty for the other columns
-    double value = 0;
-
-    auto operator<=>(const SortKey&) const = default;
-};
+using SortKey = std::pair<std::string, double>; // the base name in upper case, empty for the other columns; the value
 
 } // namespace
 
@@ -76,7 +72,8 @@ std::vector<std::int32_t> sorted_picks(const PickList& picks, PickColumn column,
     for (std::int32_t pick = 1; pick <= picks.number_of_picks; ++pick) {
         const Pick sorted = pick_at(picks, pick);
         const bool by_name = column == PickColumn::name;
-        keys.push_back({by_name ? upper_case(split_pick_name(sorted.name).base_name) : "", sort_value(sorted, column)});
+        keys.emplace_back(by_name ? upper_case(split_pick_name(sorted.name).base_name) : "",
+                          sort_value(sorted, column));
     }
     std::vector<std::int32_t> shown(static_cast<std::size_t>(picks.number_of_picks));
     std::iota(shown.begin(), shown.end(), 1);

@@ -123,6 +123,13 @@ void cQuadTree::subdivide(std::int32_t node)
     }
 }
 
+// In child order; none of an undivided node.
+std::span<const cQuadTree::Node> cQuadTree::children_of(const Node& node) const
+{
+    if (node.first_child < 0) return {};
+    return std::span(nodes_).subspan(static_cast<std::size_t>(node.first_child), 4);
+}
+
 // The first child, in child order, that can take a point of the node's box; kNone when all are degenerate.
 std::int32_t cQuadTree::child_for(const Node& node, double x, double y) const
 {
@@ -221,8 +228,7 @@ NearestPoint cQuadTree::find_nearest_point(double x, double y) const
 // most of the others are passed over.
 void cQuadTree::search_nearest(const Node& node, double x, double y, NearestPoint& best) const
 {
-    if (node.first_child > kRoot) {
-        const Node* const children = &nodes_[static_cast<std::size_t>(node.first_child)];
+    if (const std::span<const Node> children = children_of(node); !children.empty()) {
         const double x_mid = x_middle(node.box);
         const double y_mid = y_middle(node.box);
         if (y <= y_mid && x >= x_mid) search_nearest(children[south_east], x, y, best);
@@ -278,10 +284,7 @@ void cQuadTree::collect_points_in_box(const Node& node, const PlanBox& query, Fo
             add_found(found, x, y, point_index_[slot]);
         }
     });
-    if (node.first_child <= kRoot) return;
-    for (const Quarter quarter : {north_west, north_east, south_west, south_east}) {
-        collect_points_in_box(nodes_[static_cast<std::size_t>(node.first_child + quarter)], query, found);
-    }
+    for (const Node& child : children_of(node)) collect_points_in_box(child, query, found);
 }
 
 FoundPoints cQuadTree::find_points_near(double x, double y, double radius) const
@@ -299,10 +302,7 @@ void cQuadTree::collect_points_near(const Node& node, double x, double y, double
             add_found(found, point_x_[slot], point_y_[slot], point_index_[slot]);
         }
     });
-    if (node.first_child <= kRoot) return;
-    for (const Quarter quarter : {north_west, north_east, south_west, south_east}) {
-        collect_points_near(nodes_[static_cast<std::size_t>(node.first_child + quarter)], x, y, radius, found);
-    }
+    for (const Node& child : children_of(node)) collect_points_near(child, x, y, radius, found);
 }
 
 void cQuadTree::draw_quadtree(const DrawBox& draw_box, const PlanToSurface& mapping, bool show) const

@@ -95,6 +95,7 @@ private:
     void reserve_room(std::size_t points);
     void set_bounds(std::int32_t node, const PlanBox& box);
     void subdivide(std::int32_t node);
+    std::span<const Node> children_of(const Node& node) const;
     std::int32_t child_for(const Node& node, double x, double y) const;
     void append_point(std::int32_t node, double x, double y, std::int32_t sample_index);
     void search_nearest(const Node& node, double x, double y, NearestPoint& best) const;

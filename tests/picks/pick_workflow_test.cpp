@@ -1,6 +1,6 @@
 #include "picks/pick_workflow.h"
 
-#include "picks/fake_operator.h"
+#include "fake_operator.h"
 #include "picks/pick_file.h"
 #include "picks/pick_texts.h"
 #include "picks/track_index.h"
