@@ -2,6 +2,7 @@
 
 #include "text/numbers.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace tarvo {
@@ -21,6 +22,16 @@ std::int32_t whole_number(const std::string& text)
     } catch (const std::range_error&) {
         return 0;
     }
+}
+
+bool is_sensor_count(std::int32_t sensors)
+{
+    return sensors >= 1 && sensors <= kMostSensors;
+}
+
+bool is_component_count(std::int32_t components)
+{
+    return components == 1 || components == 3;
 }
 
 bool is_unused_box(const std::string& text)
@@ -93,6 +104,25 @@ SensorPage display_sensor_definitions(const SurveyDefinitions& definitions, int 
     return page;
 }
 
+void take_definitions_page(const DefinitionsPage& page, SurveyDefinitions& working)
+{
+    for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
+        working.fields[slot].name = trimmed(page.Text_locations_column[slot]);
+    }
+    set_default_field_names(working);
+    if (is_positive_number(page.Text_data_scale)) working.coordinate_scale = *numeric_value(page.Text_data_scale);
+    if (is_positive_number(page.Text_elevation_scale)) working.depth_scale = *numeric_value(page.Text_elevation_scale);
+    working.flip_depth_sign = page.Check_fish_depth_sign ? 1 : 0;
+    working.read_sensor_location = page.Combo_sensor_location_determination;
+
+    const std::int32_t sensors = whole_number(page.Text_num_mag);
+    if (is_sensor_count(sensors)) working.number_of_sensors = sensors;
+    const auto elements = static_cast<std::size_t>(working.number_of_sensors) + 1;
+    working.sensors.resize(std::max(working.sensors.size(), elements));
+    const std::int32_t components = whole_number(page.Text_num_sensors);
+    if (is_component_count(components)) working.components_per_sensor = components;
+}
+
 int check_definitions(const DefinitionsPage& page, SurveyDefinitions& working, Operator& op)
 {
     const auto refuse = [&op](const char* message) {
@@ -104,26 +134,16 @@ int check_definitions(const DefinitionsPage& page, SurveyDefinitions& working, O
         return refuse("Warning: The elevation scale factor is not valid");
     }
     const std::int32_t sensors = whole_number(page.Text_num_mag);
-    if (sensors < 1 || sensors > kMostSensors) {
+    if (!is_sensor_count(sensors)) {
         return refuse("Warning: The number of sensors is not valid: a whole number from 1 to 1000 is expected");
     }
-    const std::int32_t components = whole_number(page.Text_num_sensors);
-    if (components != 1 && components != 3) {
+    if (!is_component_count(whole_number(page.Text_num_sensors))) {
         return refuse("Warning: The number of components per sensor is not valid: 1 or 3 is expected");
     }
     warn_of_missing_columns(page, op);
 
-    for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
-        working.fields[slot].name = trimmed(page.Text_locations_column[slot]);
-    }
-    set_default_field_names(working);
-    working.coordinate_scale = *numeric_value(page.Text_data_scale);
-    working.depth_scale = *numeric_value(page.Text_elevation_scale);
-    working.flip_depth_sign = page.Check_fish_depth_sign ? 1 : 0;
-    working.number_of_sensors = sensors;
+    take_definitions_page(page, working);
     working.sensors.resize(static_cast<std::size_t>(sensors) + 1);
-    working.components_per_sensor = components;
-    working.read_sensor_location = page.Combo_sensor_location_determination;
     return 0;
 }
 

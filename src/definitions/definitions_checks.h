@@ -30,6 +30,10 @@ struct SensorPage {
 DefinitionsPage display_definitions(const SurveyDefinitions& definitions);
 SensorPage display_sensor_definitions(const SurveyDefinitions& definitions, int sensor);
 
+// Copies what is valid on the general page into the working definitions, silently, while the operator is still at it.
+// Sensors beyond a smaller number stay in the array until check_definitions accepts that number.
+void take_definitions_page(const DefinitionsPage& page, SurveyDefinitions& working);
+
 // Judge a page and, when it is accepted (0), copy it into the working definitions; -1 leaves them as they were. Every
 // refusal and every warning is shown to the operator. Sensors added by a larger number start empty, the others stay.
 int check_definitions(const DefinitionsPage& page, SurveyDefinitions& working, Operator& op);

@@ -9,8 +9,9 @@ namespace tarvo {
 struct FileQuestion {
     std::string title;
     std::string filter;
-    std::string initial_name;      // folder, pattern or name offered first; empty: the current folder
-    std::string default_extension; // without the dot; added to a new name that has none
+    std::string initial_name;                    // folder, pattern or name offered first; empty: the current folder
+    std::string default_extension;               // without the dot; added to a new name that has none
+    bool caller_asks_before_overwriting = false; // the chooser itself then does not
 };
 
 // The person at the screen. Every text is UTF-8 and shown as it stands.
