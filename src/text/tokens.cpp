@@ -58,13 +58,18 @@ std::string_view next_token(std::string_view& text)
     return token;
 }
 
-std::size_t count_fields(std::string_view line)
+std::vector<std::string> fields_of_line(std::string_view line)
 {
     const std::string normalised = normalise_line(line);
     std::string_view text = normalised;
-    std::size_t count = 0;
-    for (; !text.empty(); ++count) next_token(text);
-    return count;
+    std::vector<std::string> fields;
+    while (!text.empty()) fields.emplace_back(next_token(text));
+    return fields;
+}
+
+std::size_t count_fields(std::string_view line)
+{
+    return fields_of_line(line).size();
 }
 
 } // namespace tarvo

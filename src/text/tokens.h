@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarvo {
 
@@ -39,7 +40,8 @@ std::string normalise_line(std::string_view text);
 // around a comma or semicolon belong to that separator, so "a ,b" holds two tokens and "a, ,b" three.
 std::string_view next_token(std::string_view& text);
 
-// How many fields a data line holds.
+// The fields of a data line; how many it holds. For a few lines: a run reads its lines with FieldReader.
+std::vector<std::string> fields_of_line(std::string_view line);
 std::size_t count_fields(std::string_view line);
 
 } // namespace tarvo

@@ -1,0 +1,80 @@
+#include "intake/data_preview.h"
+
+#include "test_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace tarvo {
+namespace {
+
+using Kind = PreviewLineKind;
+
+SurveyDefinitions definitions_with(const std::string& time)
+{
+    SurveyDefinitions definitions;
+    for (FieldSlot& field : definitions.fields) field.name = "N/A";
+    definitions.fields[kTime].name = time;
+    definitions.fields[kEast].name = "east";
+    set_default_field_names(definitions);
+    definitions.sensors[1].component_columns[1] = "MAG";
+    return definitions;
+}
+
+std::vector<Kind> kinds_of(const DataPreview& preview)
+{
+    std::vector<Kind> kinds;
+    for (const PreviewLine& line : preview.lines) kinds.push_back(line.kind);
+    return kinds;
+}
+
+const std::vector<std::string> kLines = {"A survey, of sorts", "time,east,mag", "1,2,3", "", "x,2,3", "4,,6"};
+
+TEST(DataPreview, MarksHeaderDataAndRejectedLines)
+{
+    const DataPreview preview = preview_data(kLines, definitions_with("time"), 2);
+    EXPECT_EQ(kinds_of(preview),
+              (std::vector{Kind::before_header, Kind::header, Kind::data, Kind::rejected, Kind::rejected, Kind::data}));
+    EXPECT_EQ(preview.data_lines, 4);
+    EXPECT_EQ(preview.lines_rejected, 2);
+    EXPECT_EQ(preview.lines[0].fields, std::vector<std::string>{"A survey, of sorts"});
+    EXPECT_EQ(preview.lines[5].fields, (std::vector<std::string>{"4", "", "6"}));
+}
+
+TEST(DataPreview, WithoutATimeOnlyEmptyLinesAreRejected)
+{
+    EXPECT_EQ(preview_data(kLines, definitions_with("N/A"), 2).lines_rejected, 1);
+}
+
+TEST(DataPreview, NamesWhatEachColumnIsTakenFor)
+{
+    SurveyDefinitions definitions = definitions_with("time");
+    definitions.fields[kNorth].name = "EAST";
+    const DataPreview preview = preview_data(kLines, definitions, 2);
+    ASSERT_EQ(preview.roles.size(), 3U);
+    EXPECT_EQ(preview.roles[0].caption, "Time");
+    EXPECT_EQ(preview.roles[0].colour, 0x0000FF);
+    EXPECT_EQ(preview.roles[1].caption, "East, North");
+    EXPECT_EQ(preview.roles[2].caption, "Sensor 1 TMI");
+    EXPECT_EQ(preview.warnings, std::vector<std::string>{"No Depth column was not found"});
+}
+
+TEST(DataPreview, HeaderBeyondThePreviewShowsNoColumns)
+{
+    const DataPreview preview = preview_data(kLines, definitions_with("time"), 7);
+    EXPECT_EQ(kinds_of(preview), std::vector(6, Kind::before_header));
+    EXPECT_EQ(preview.columns.count(), 0);
+}
+
+TEST(DataPreview, ReadsAtMostFiftyLines)
+{
+    const TestFolder folder;
+    std::string text;
+    for (int line = 1; line <= kPreviewLines + 1; ++line) text += std::to_string(line) + "\r\n";
+    const std::vector<std::string> lines = read_first_lines(folder.write("data.csv", text));
+    ASSERT_EQ(lines.size(), 50U);
+    EXPECT_EQ(lines.back(), "50");
+    EXPECT_TRUE(read_first_lines(folder.path("none.csv")).empty());
+}
+
+} // namespace
+} // namespace tarvo
