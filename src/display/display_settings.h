@@ -21,6 +21,8 @@ struct DisplaySettings {
     double gradient_max_range = 10.0;       // the display value that takes the colour scale's last colour
     double gradient_tick_spacing = 2.0;     // in units of the display value
     double reference_gradient_range = 10.0; // sets the step of the fine range adjuster
+
+    bool operator==(const DisplaySettings&) const = default;
 };
 
 // Takes a text as the value of the setting with this key. Refused: a text that is not numeric or not in the range of

@@ -1,0 +1,114 @@
+#include "monitor/definitions_editor.h"
+
+#include "definitions/definitions_file.h"
+#include "intake/definitions_guess.h"
+
+#include <filesystem>
+
+namespace tarvo {
+
+namespace {
+
+bool is_there(const std::string& file_name)
+{
+    std::error_code ignored;
+    return !file_name.empty() && std::filesystem::exists(file_name, ignored);
+}
+
+// What the definitions file holds, without the positions that a header gives them.
+bool are_same(const SurveyDefinitions& one, const SurveyDefinitions& other)
+{
+    const auto without_positions = [](SurveyDefinitions definitions) {
+        for (FieldSlot& field : definitions.fields) field.field_index = 0;
+        for (SensorDefinition& sensor : definitions.sensors) {
+            sensor.column_slots = SensorDefinition().column_slots;
+            sensor.location_slots = SensorDefinition().location_slots;
+        }
+        set_default_field_names(definitions); // colours
+        return definitions;
+    };
+    return without_positions(one) == without_positions(other);
+}
+
+// The first sensor whose page is refused; 0: none.
+int check_all_sensors(SurveyDefinitions& working, Operator& op)
+{
+    for (int sensor = 1; sensor <= working.number_of_sensors; ++sensor) {
+        if (check_sensor_definitions(display_sensor_definitions(working, sensor), working, sensor, op) < 0) {
+            return sensor;
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+std::string definitions_file_of(const SurveyState& survey)
+{
+    if (!survey.definitions_file_name.empty()) return survey.definitions_file_name;
+    return survey.data_file_name.empty() ? "" : definitions_file_name_for(survey.data_file_name);
+}
+
+bool needs_definitions(const SurveyState& survey)
+{
+    return is_there(survey.data_file_name) && !is_there(definitions_file_of(survey));
+}
+
+DefinitionsEditor open_definitions_editor(const SurveyState& survey, Operator& op)
+{
+    DefinitionsEditor editor;
+    editor.working = survey.survey_definitions;
+    editor.header_line_number = survey.header_line_number;
+    editor.file_name = definitions_file_of(survey);
+    if (!is_there(survey.data_file_name)) return editor;
+
+    editor.first_lines = read_first_lines(survey.data_file_name);
+    if (is_there(editor.file_name) &&
+        read_definitions(editor.file_name, editor.working, editor.header_line_number, op).status == 0) {
+        editor.origin = DefinitionsEditor::Origin::file;
+        return editor;
+    }
+    editor.header_line_number = guess_header_line_number(editor.first_lines);
+    editor.working = SurveyDefinitions();
+    guess_from_header(editor);
+    return editor;
+}
+
+void guess_from_header(DefinitionsEditor& editor)
+{
+    const HeaderAndData found = header_and_data(editor.first_lines, editor.header_line_number);
+    SurveyDefinitions guess = guess_definitions(header_columns_of(found.header), found.first_data_line);
+    guess.coordinate_scale = editor.working.coordinate_scale;
+    guess.depth_scale = editor.working.depth_scale;
+    guess.flip_depth_sign = editor.working.flip_depth_sign;
+    editor.working = std::move(guess);
+    editor.origin = DefinitionsEditor::Origin::guess;
+}
+
+DataPreview preview_of(const DefinitionsEditor& editor)
+{
+    return preview_data(editor.first_lines, editor.working, editor.header_line_number);
+}
+
+DefinitionsAcceptance accept_definitions(DefinitionsEditor& editor, const DefinitionsPage& page, SurveyState& survey,
+                                         Operator& op)
+{
+    DefinitionsAcceptance acceptance;
+    if (check_definitions(page, editor.working, op) < 0) return acceptance;
+    acceptance.refused_sensor = check_all_sensors(editor.working, op);
+    if (acceptance.refused_sensor > 0) return acceptance;
+
+    const std::string file_name = definitions_file_of(survey);
+    if (!file_name.empty() && write_definitions(file_name, editor.working, editor.header_line_number, op) < 0) {
+        return acceptance;
+    }
+    acceptance.changed =
+        editor.header_line_number != survey.header_line_number || !are_same(editor.working, survey.survey_definitions);
+    survey.survey_definitions = editor.working;
+    survey.header_line_number = editor.header_line_number;
+    if (survey.header_line_text) survey.header_line_text = std::to_string(editor.header_line_number);
+    acceptance.status = 0;
+    return acceptance;
+}
+
+} // namespace tarvo
