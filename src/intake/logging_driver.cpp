@@ -276,7 +276,9 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     const std::int32_t completed =
         calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
     const TrackTable track = track_table(store);
-    plot_track_point(survey_.track_image, track_scene(survey_), record, track.easting[record], track.northing[record]);
+    const TrackScene scene = track_scene(survey_);
+    plot_track_point(survey_.track_image, scene, record, track.easting[record], track.northing[record]);
+    if (completed > 0) recolour_track_points(survey_.track_image, scene, completed);
     display_.display_replay_data(record, std::max(completed, 0));
 }
 
