@@ -14,11 +14,19 @@ struct FileQuestion {
     bool caller_asks_before_overwriting = false; // the chooser itself then does not
 };
 
+// What a warning is about. It refuses nothing.
+enum class WarningAbout {
+    columns, // named by the definitions and not in the file
+    data     // lines that do not look as the header says
+};
+
 // The person at the screen. Every text is UTF-8 and shown as it stands.
 class Operator {
 public:
     virtual ~Operator() = default;
     virtual void show_message(const std::string& text) = 0;                                     // OK button
+    // For a program that has a place for warnings which waits for no answer.
+    virtual void show_warning(WarningAbout, const std::string& text) { show_message(text); }
     virtual bool ask_yes_no(const std::string& question) = 0;                                   // true: Yes
     virtual std::optional<std::string> choose_file_to_open(const FileQuestion& question) = 0;   // nullopt: cancelled
     virtual std::optional<std::string> choose_file_to_create(const FileQuestion& question) = 0; // nullopt: cancelled

@@ -3,10 +3,13 @@
 #include "text/numbers.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tarvo {
 
 namespace {
+
+constexpr double kLargestZoom = 100;
 
 // Set as long as a handler runs.
 class BusyFlag {
@@ -100,17 +103,74 @@ void HScroll_pan_change(TrackImage& image, const TrackScene& scene, std::int32_t
     // Positions 0 and 1 both stand for the first track point.
     const std::int64_t record = position >= 2 ? std::int64_t{position - 1} * track_skip + 1 : 1;
     const std::int64_t last_with_follower = std::max(scene.track.count - 1, 1);
-    image.current_record = static_cast<std::int32_t>(std::min(record, last_with_follower));
-    image.section = calculate_section_limits(scene.track, image.current_record, scene.settings.track_axis_length, op);
+    make_record_current(image, scene, static_cast<std::int32_t>(std::min(record, last_with_follower)), Recentre::yes,
+                        op);
+}
 
-    const GridPlace place = current_place(image, scene.track);
+std::int32_t pan_position_of(std::int32_t record, std::int32_t track_skip)
+{
+    return (std::max(record, 1) - 1) / std::max(track_skip, 1) + 1;
+}
+
+std::string zoom_text(float zoom)
+{
+    return format_fixed(std::round(static_cast<double>(zoom) * 100), 0) + '%';
+}
+
+void zoom_about_pixel(TrackImage& image, const TrackScene& scene, int x, int y, double factor, Operator& op)
+{
+    if (image.zoom_is_changing || scene.track.count < 1 || image.followed.is_shown) return;
+    const BusyFlag busy(image.zoom_is_changing);
+    TrackView& view = image.zoomed_view;
+    const float zoom = static_cast<float>(std::min(static_cast<double>(view.zoom) * factor, kLargestZoom));
+    if (!(zoom > 1)) {
+        reset_track_view(view, image.full_view);
+        update_image_display(image, scene, Redraw::as_needed, op);
+        return;
+    }
+    const GridPlace fixed = place_of_pixel(image, x, y);
+    const double pixels_per_metre = image.frame.pixel_scale * static_cast<double>(zoom);
+    view.zoom = zoom;
+    centre_zoomed_view(view, {fixed.easting + (image.picture.width() / 2.0 - x) / pixels_per_metre,
+                              fixed.northing - (image.picture.height() / 2.0 - y) / pixels_per_metre});
+    show_zoomed_view(image, scene, op);
+}
+
+void drag_view(TrackImage& image, const TrackScene& scene, int right, int down, Operator& op)
+{
+    TrackView& view = image.zoomed_view;
+    if (!(view.zoom > 1) || image.zoom_is_changing || image.followed.is_shown) return;
+    const BusyFlag busy(image.zoom_is_changing);
+    const double pixels_per_metre = image.frame.pixel_scale * static_cast<double>(view.zoom);
+    centre_zoomed_view(view, {view.centre_x - right / pixels_per_metre, view.centre_y + down / pixels_per_metre});
+    show_zoomed_view(image, scene, op);
+}
+
+void make_record_current(TrackImage& image, const TrackScene& scene, std::int32_t record, Recentre recentre,
+                         Operator& op)
+{
+    if (record < 1 || record > scene.track.count) return;
+    image.current_record = record;
+    image.section = calculate_section_limits(scene.track, record, scene.settings.track_axis_length, op);
+    const GridPlace place = {scene.track.easting[record], scene.track.northing[record]};
     if (place.is_known()) image.location = place;
-    if (place.is_known() && image.zoomed_view.zoom > 1) {
+    if (recentre == Recentre::yes && place.is_known() && image.zoomed_view.zoom > 1) {
         centre_zoomed_view(image.zoomed_view, place);
         show_zoomed_view(image, scene, op);
         return;
     }
     update_image_display(image, scene, Redraw::as_needed, op);
+}
+
+void keep_newest_in_view(TrackImage& image, const TrackScene& scene, Operator& op)
+{
+    const std::int32_t newest = scene.track.count;
+    if (image.map_extent != MapExtent::fixed || newest < 1) return;
+    const GridPlace place = {scene.track.easting[newest], scene.track.northing[newest]};
+    const WorldExtent& extent = image.frame.extent;
+    const bool is_inside = place.easting >= extent.x_min && place.easting <= extent.x_max &&
+                           place.northing >= extent.y_min && place.northing <= extent.y_max;
+    if (place.is_known() && !is_inside) show_whole_track(image, scene, op);
 }
 
 } // namespace tarvo

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace tarvo {
@@ -23,5 +24,28 @@ void Combo_zoom_click(TrackImage& image, const TrackScene& scene, std::string_vi
 // position.
 void HScroll_pan_change(TrackImage& image, const TrackScene& scene, std::int32_t position, std::int32_t track_skip,
                         Operator& op);
+
+// The position that makes a record current, or the nearest record before it that has one.
+std::int32_t pan_position_of(std::int32_t record, std::int32_t track_skip);
+
+// "250%"
+std::string zoom_text(float zoom);
+
+// Enlarges the view by a factor, below 1 reduces it; the place under a pixel stays there. Back at the whole survey the
+// full view is in use again.
+void zoom_about_pixel(TrackImage& image, const TrackScene& scene, int x, int y, double factor, Operator& op);
+
+// Moves the zoomed view so that its content follows the pointer by so many pixels; the whole survey stays.
+void drag_view(TrackImage& image, const TrackScene& scene, int right, int down, Operator& op);
+
+enum class Recentre { no, yes };
+
+// Makes a record current, with the section around it and the crosshair on it; with Recentre::yes the zoomed view moves
+// its middle there.
+void make_record_current(TrackImage& image, const TrackScene& scene, std::int32_t record, Recentre recentre,
+                         Operator& op);
+
+// Fixed-extent mode, new samples keeping the track whole: fits the views anew once the newest position has left them.
+void keep_newest_in_view(TrackImage& image, const TrackScene& scene, Operator& op);
 
 } // namespace tarvo

@@ -3,6 +3,7 @@
 #include "text/numbers.h"
 #include "text/tokens.h"
 
+#include <cmath>
 #include <exception>
 
 namespace tarvo {
@@ -37,16 +38,21 @@ void locate_slots(const HeaderColumns& header_columns, SurveyDefinitions& defini
     if (locations.derived_dem) locations.depth_channels.push_back(kDem);
 }
 
+void warn_of_column(Operator& op, const std::string& text)
+{
+    op.show_warning(WarningAbout::columns, text);
+}
+
 void report_missing_slots(const SurveyDefinitions& definitions, const FieldLocations& locations, Operator& op)
 {
-    if (!locations.has(kTime)) op.show_message("The Time column was not found");
-    if (!locations.has(kEast)) op.show_message("The East column was not found");
-    if (!locations.has(kNorth)) op.show_message("The North column was not found");
-    if (!locations.has(kDepth)) op.show_message("No Depth column was not found");
+    if (!locations.has(kTime)) warn_of_column(op, "The Time column was not found");
+    if (!locations.has(kEast)) warn_of_column(op, "The East column was not found");
+    if (!locations.has(kNorth)) warn_of_column(op, "The North column was not found");
+    if (!locations.has(kDepth)) warn_of_column(op, "No Depth column was not found");
     for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
         const std::string& name = definitions.fields[slot].name;
         if (locations.column[slot] < 0 && !is_unused_name(trimmed(name))) {
-            op.show_message("The field name: " + name + " was not located in the header");
+            warn_of_column(op, "The field name: " + name + " was not located in the header");
         }
     }
 }
@@ -71,8 +77,8 @@ void locate_sensor(const HeaderColumns& header_columns, SurveyDefinitions& defin
         const std::string& name = sensor.component_columns[j];
         sensor.column_slots[3 * j] = locate_sensor_column(header_columns, name, locations);
         if (sensor.column_slots[3 * j] < 0) {
-            op.show_message("The sensor component field " + name + " was not located for sensor " +
-                            std::to_string(number));
+            warn_of_column(op, "The sensor component field " + name + " was not located for sensor " +
+                                   std::to_string(number));
         }
     }
     if (definitions.read_sensor_location != 1) return;
@@ -80,13 +86,20 @@ void locate_sensor(const HeaderColumns& header_columns, SurveyDefinitions& defin
         const std::string& name = sensor.coordinate_columns[axis];
         sensor.location_slots[axis] = locate_sensor_column(header_columns, name, locations);
         if (sensor.location_slots[axis] < 0) {
-            op.show_message("The sensor coordinate field " + name + " was not located for sensor " +
-                            std::to_string(number));
+            warn_of_column(op, "The sensor coordinate field " + name + " was not located for sensor " +
+                                   std::to_string(number));
         }
     }
 }
 
 } // namespace
+
+std::optional<int> header_line_number_of(std::string_view text)
+{
+    const double number = numeric_value(text).value_or(0);
+    if (number < 1 || number > INT32_MAX) return std::nullopt;
+    return static_cast<int>(std::nearbyint(number));
+}
 
 HeaderReading read_header_line(int mode, const std::string& file_name, int header_line_number, Operator& op)
 {

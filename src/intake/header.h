@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,6 +20,9 @@ struct HeaderReading {
     std::string header;
     std::unique_ptr<LineReader> stream; // at the first data line; kept in mode 1 alone
 };
+
+// The header line number that the operator typed, rounded; nullopt when it is not a number or below 1.
+std::optional<int> header_line_number_of(std::string_view text);
 
 // Reads the file up to its header line, whose number counts from 1. Mode 1 keeps the stream open for the data lines.
 HeaderReading read_header_line(int mode, const std::string& file_name, int header_line_number, Operator& op);

@@ -36,13 +36,6 @@ std::int64_t length_of_file(const std::string& file_name)
     return fault ? 0 : static_cast<std::int64_t>(length);
 }
 
-std::optional<int> header_line_number_of(const std::string& text)
-{
-    const double number = numeric_value(text).value_or(0);
-    if (number < 1 || number > INT32_MAX) return std::nullopt;
-    return static_cast<int>(std::nearbyint(number));
-}
-
 // The means of the bin stored last. A bin of one sample has no mean: the reading itself stands in.
 CurrentSample dial_readings(const SampleProcessing& run)
 {
@@ -262,8 +255,9 @@ void LoggingDriver::warn_of_field_count(std::string_view line)
     first_line_checked_ = true;
     const std::size_t fields = count_fields(line);
     if (fields == static_cast<std::size_t>(survey_.header_columns.count())) return;
-    op_.show_message("The header names " + std::to_string(survey_.header_columns.count()) +
-                     " columns, the first data line holds " + std::to_string(fields) + " fields");
+    op_.show_warning(WarningAbout::data, "The header names " + std::to_string(survey_.header_columns.count()) +
+                                             " columns, the first data line holds " + std::to_string(fields) +
+                                             " fields");
 }
 
 // A dropped line takes its records back; what stays of it on the picture goes with the redraw at the end of the run.

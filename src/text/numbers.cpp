@@ -169,4 +169,17 @@ std::string format_shortest(double value)
     return {text, end};
 }
 
+std::string grouped_digits(std::string_view number)
+{
+    const std::size_t first_digit = number.starts_with('-') ? 1 : 0;
+    const std::size_t digits_end = std::min(number.find_first_not_of("0123456789", first_digit), number.size());
+    std::string text;
+    for (std::size_t at = 0; at < number.size(); ++at) {
+        const bool begins_group = at > first_digit && at < digits_end && (digits_end - at) % 3 == 0;
+        if (begins_group) text += ',';
+        text += number[at];
+    }
+    return text;
+}
+
 } // namespace tarvo

@@ -50,4 +50,7 @@ std::string format_fixed(double value, int decimals);
 // The shortest text that reads back to the same 64-bit float.
 std::string format_shortest(double value);
 
+// The digits before the point in groups of three, for people: "1234567.8" gives "1,234,567.8".
+std::string grouped_digits(std::string_view number);
+
 } // namespace tarvo

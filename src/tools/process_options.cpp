@@ -65,24 +65,6 @@ void take_zoom(ProcessOptions& options, std::string_view text)
     options.zoom_percent = numeric_value(text.substr(0, text.find('%')));
 }
 
-void take_setting(ProcessOptions& options, std::string_view text)
-{
-    const std::size_t equals = text.find('=');
-    if (equals == std::string_view::npos) {
-        throw UsageError("--set: KEY=VALUE was expected, found \"" + std::string(text) + '"');
-    }
-    const std::string_view key = text.substr(0, equals);
-    const std::string_view value = text.substr(equals + 1);
-    SettingOutcome outcome = set_processing_parameter(options.parameters, key, value);
-    if (outcome == SettingOutcome::unknown_key) outcome = set_display_setting(options.display, key, value);
-    if (outcome == SettingOutcome::unknown_key) {
-        throw UsageError("--set: there is no setting \"" + std::string(key) + '"');
-    }
-    if (outcome == SettingOutcome::refused) {
-        throw UsageError("--set: \"" + std::string(value) + "\" is not valid for " + std::string(key));
-    }
-}
-
 // Options with a value; false for a name that is none of them.
 bool take_value(ProcessOptions& options, std::string_view option, const std::string& value)
 {
@@ -91,7 +73,7 @@ bool take_value(ProcessOptions& options, std::string_view option, const std::str
     else if (option == "--header-line")
         options.header_line = value;
     else if (option == "--set")
-        take_setting(options, value);
+        take_setting(value, options.parameters, options.display);
     else if (option == "--samples")
         options.samples_file = value;
     else if (option == "--lines")
@@ -127,6 +109,24 @@ bool take_switch(ProcessOptions& options, std::string_view option)
 }
 
 } // namespace
+
+void take_setting(std::string_view text, ProcessingParameters& parameters, DisplaySettings& display)
+{
+    const std::size_t equals = text.find('=');
+    if (equals == std::string_view::npos) {
+        throw UsageError("--set: KEY=VALUE was expected, found \"" + std::string(text) + '"');
+    }
+    const std::string_view key = text.substr(0, equals);
+    const std::string_view value = text.substr(equals + 1);
+    SettingOutcome outcome = set_processing_parameter(parameters, key, value);
+    if (outcome == SettingOutcome::unknown_key) outcome = set_display_setting(display, key, value);
+    if (outcome == SettingOutcome::unknown_key) {
+        throw UsageError("--set: there is no setting \"" + std::string(key) + '"');
+    }
+    if (outcome == SettingOutcome::refused) {
+        throw UsageError("--set: \"" + std::string(value) + "\" is not valid for " + std::string(key));
+    }
+}
 
 ProcessOptions read_process_options(std::span<const char* const> arguments)
 {

@@ -8,6 +8,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace tarvo {
 
@@ -36,6 +37,9 @@ struct ProcessOptions {
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
+
+// Takes "KEY=VALUE", a processing or display setting. Throws UsageError.
+void take_setting(std::string_view text, ProcessingParameters& parameters, DisplaySettings& display);
 
 // arguments: those after the program's name. Throws UsageError.
 ProcessOptions read_process_options(std::span<const char* const> arguments);

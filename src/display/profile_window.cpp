@@ -1,0 +1,105 @@
+#include "display/profile_window.h"
+
+#include "text/numbers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tarvo {
+
+namespace {
+
+constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
+
+struct Records {
+    std::int32_t first = 1;
+    std::int32_t last = 0;
+};
+
+// Those in the stretch and one to either side.
+Records records_in(const TrackTable& track, std::int32_t value_count, const DistanceRange& range)
+{
+    const std::int32_t count = std::min(track.count, value_count);
+    if (count < 1 || track.distance == nullptr) return {};
+    const double* const begin = track.distance + 1;
+    const double* const end = begin + count;
+    const auto first = static_cast<std::int32_t>(std::lower_bound(begin, end, range.from) - begin);
+    const auto last = static_cast<std::int32_t>(std::upper_bound(begin, end, range.to) - begin) + 1;
+    return {std::max(first, 1), std::min(last, count)};
+}
+
+void add_point(ProfileCurve& curve, double distance, double value)
+{
+    curve.distance.push_back(distance);
+    curve.value.push_back(is_valid_sensor(value) ? value : kNoValue);
+}
+
+// The group's least and greatest value in the order in which they come.
+void add_group(const TrackTable& track, const double* values, const Records& group, ProfileCurve& curve)
+{
+    std::int32_t least = 0;
+    std::int32_t greatest = 0;
+    for (std::int32_t record = group.first; record <= group.last; ++record) {
+        if (!is_valid_sensor(values[record])) continue;
+        if (least == 0 || values[record] < values[least]) least = record;
+        if (greatest == 0 || values[record] > values[greatest]) greatest = record;
+    }
+    if (least == 0) {
+        add_point(curve, track.distance[group.first], kNull);
+        return;
+    }
+    const auto [earlier, later] = std::minmax(least, greatest);
+    add_point(curve, track.distance[earlier], values[earlier]);
+    if (later != earlier) add_point(curve, track.distance[later], values[later]);
+}
+
+} // namespace
+
+DistanceRange distance_range_about(const TrackTable& track, std::int32_t record, float axis_length)
+{
+    if (record < 1 || record > track.count || track.distance == nullptr) return {};
+    const double reach = static_cast<double>(axis_length) / 2;
+    return {track.distance[record] - reach, track.distance[record] + reach};
+}
+
+std::int32_t record_behind_newest(const TrackTable& track, float axis_length)
+{
+    if (track.count < 1) return 0;
+    const double* const begin = track.distance + 1;
+    const double middle = track.distance[track.count] - static_cast<double>(axis_length) / 2;
+    return static_cast<std::int32_t>(std::upper_bound(begin, begin + track.count - 1, middle) - begin) + 1;
+}
+
+void profile_curve(const TrackTable& track, const double* values, std::int32_t value_count, const DistanceRange& range,
+                   int most_points, ProfileCurve& curve)
+{
+    curve.distance.clear();
+    curve.value.clear();
+    const Records shown = records_in(track, values == nullptr ? 0 : value_count, range);
+    const std::int32_t count = shown.last - shown.first + 1;
+    if (count <= most_points) {
+        for (std::int32_t record = shown.first; record <= shown.last; ++record) {
+            add_point(curve, track.distance[record], values[record]);
+        }
+        return;
+    }
+    const std::int32_t group_size = (2 * count + most_points - 1) / most_points; // two points stand for a group
+    for (std::int32_t record = shown.first; record <= shown.last; record += group_size) {
+        add_group(track, values, {record, std::min(record + group_size - 1, shown.last)}, curve);
+    }
+}
+
+double middle_value(const ProfileCurve& curve)
+{
+    double least = std::numeric_limits<double>::infinity();
+    double greatest = -least;
+    for (const double value : curve.value) {
+        if (std::isnan(value)) continue;
+        least = std::min(least, value);
+        greatest = std::max(greatest, value);
+    }
+    return least <= greatest ? (least + greatest) / 2 : 0.0;
+}
+
+} // namespace tarvo

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "processing/track_table.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace tarvo {
+
+// A stretch of the distance along the track, metres.
+struct DistanceRange {
+    double from = 0;
+    double to = 0;
+
+    double length() const { return to - from; }
+    bool operator==(const DistanceRange&) const = default;
+};
+
+// The stretch that bars and graphs show about a record: axis_length long with the record in its middle. Empty when the
+// track has no such record.
+DistanceRange distance_range_about(const TrackTable& track, std::int32_t record, float axis_length);
+
+// The record that is in the middle when the newest one has come to the end of the stretch, as it does while a run goes
+// on; 0 without records.
+std::int32_t record_behind_newest(const TrackTable& track, float axis_length);
+
+// A curve of one quantity against the distance along the track.
+struct ProfileCurve {
+    std::vector<double> distance;
+    std::vector<double> value; // NaN where the record has none: the curve is broken there
+};
+
+// The curve of a column of values (by record, from 1; null: no values) over a stretch and one record to either side.
+// Where the stretch holds more than most_points records, every group of neighbours is drawn by its least and its
+// greatest value, so that no peak is lost.
+void profile_curve(const TrackTable& track, const double* values, std::int32_t value_count, const DistanceRange& range,
+                   int most_points, ProfileCurve& curve);
+
+// The middle of the least and the greatest value of a curve; 0 for a curve without values.
+double middle_value(const ProfileCurve& curve);
+
+} // namespace tarvo

@@ -1,0 +1,74 @@
+#include "intake/open_survey.h"
+
+#include "definitions/definitions_file.h"
+#include "picks/pick_file.h"
+
+#include <filesystem>
+
+namespace tarvo {
+
+namespace {
+
+bool is_there(const std::string& file_name)
+{
+    std::error_code ignored;
+    return std::filesystem::exists(file_name, ignored);
+}
+
+void forget_survey(SurveyState& survey, Operator& op)
+{
+    survey.definitions_file_name.clear();
+    survey.header_line_number = 1;
+    survey.survey_definitions = SurveyDefinitions();
+    survey.header_columns = HeaderColumns();
+    survey.locations = FieldLocations();
+    survey.pan_range = PanRange();
+    survey.track_index.DeleteQuadtree();
+    start_processing(survey.processing, survey.survey_definitions, survey.locations, survey.parameters);
+    clear_track_image(survey.track_image, op);
+}
+
+void read_picks_beside(SurveyState& survey, Operator& op)
+{
+    clear_picks(survey.picks);
+    survey.current_pick = -1;
+    survey.picks.pick_file_name = pick_file_name_for(survey.data_file_name);
+    if (is_there(survey.picks.pick_file_name)) read_pick_file(survey.picks.pick_file_name, survey.picks, op);
+}
+
+} // namespace
+
+SurveyOpening open_survey(SurveyState& survey, const std::string& data_file_name,
+                          const std::optional<std::string>& header_line, Operator& op)
+{
+    if (!is_there(data_file_name)) {
+        op.show_message("The MAG data file could not be located");
+        return SurveyOpening::refused;
+    }
+    forget_survey(survey, op);
+    survey.data_file_name = data_file_name;
+    survey.header_line_text = header_line;
+    read_picks_beside(survey, op);
+    const std::string definitions_file = definitions_file_name_for(data_file_name);
+    if (!is_there(definitions_file)) return SurveyOpening::without_definitions;
+    const int status =
+        read_definitions(definitions_file, survey.survey_definitions, survey.header_line_number, op).status;
+    return status == 0 && read_survey_header(survey, op) == 0 ? SurveyOpening::opened : SurveyOpening::refused;
+}
+
+int read_survey_header(SurveyState& survey, Operator& op)
+{
+    survey.header_columns = HeaderColumns();
+    const std::optional<int> number =
+        survey.header_line_text ? header_line_number_of(*survey.header_line_text) : survey.header_line_number;
+    if (!number) {
+        op.show_message("The header line number is not valid");
+        return -1;
+    }
+    const HeaderReading reading = read_header_line(0, survey.data_file_name, *number, op);
+    if (reading.status < 0) return -1;
+    survey.header_columns = header_columns_of(reading.header);
+    return 0;
+}
+
+} // namespace tarvo
