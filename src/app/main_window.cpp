@@ -1,33 +1,113 @@
 #include "app/main_window.h"
 
+#include "app/dial_panel.h"
+#include "app/header_box.h"
+#include "app/hint_bar.h"
+#include "app/run_bar.h"
 #include "app/texts.h"
+#include "app/track_panel.h"
+#include "intake/column_report.h"
+#include "intake/open_survey.h"
+#include "intake/survey_readings.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
-#include <QThread>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMimeData>
+#include <QUrl>
 
 namespace tarvo {
 
 MainWindow::MainWindow(SettingsStore& settings, Operator* op)
-    : settings_(settings), boxes_(this), op_(op != nullptr ? *op : boxes_), monitor_(op_, *this)
+    : settings_(settings), boxes_(this), op_(op != nullptr ? *op : boxes_), monitor_(op_, *this),
+      view_(monitor_.survey, op_)
 {
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
+    setAcceptDrops(true);
+    boxes_.take_warning = [this](WarningAbout about, const std::string& text) { take_warning(about, text); };
     read_processing_parameters(survey().parameters, settings_);
     survey().display_settings = read_display_settings(settings_);
+
+    make_panels();
+    make_file_menu();
+    make_run_menu();
+    make_view_menu();
+    make_help_menu();
+    read_layout();
+
+    settings_timer_.setSingleShot(true);
+    settings_timer_.setInterval(500);
+    connect(&settings_timer_, &QTimer::timeout, this, &MainWindow::keep_settings);
+    connect(&view_, &SurveyView::ranges_changed, &settings_timer_, qOverload<>(&QTimer::start));
+    connect(&view_, &SurveyView::current_record_changed, this, &MainWindow::show_point_readings);
+    connect(&frame_timer_, &QTimer::timeout, this, &MainWindow::refresh_frame);
+    show_controls({});
+    show_survey();
 }
 
 MainWindow::~MainWindow() = default;
 
-void MainWindow::open_file(const std::string& file_name)
+void MainWindow::open_file(const std::string& file_name, const std::optional<std::string>& header_line)
 {
-    when_idle([this, file_name] { survey().data_file_name = file_name; });
+    when_idle([this, file_name, header_line] { read_file(file_name, header_line); });
+}
+
+void MainWindow::read_file(const std::string& file_name, const std::optional<std::string>& header_line)
+{
+    hints_->clear_hints();
+    const SurveyOpening opening = open_survey(survey(), file_name, header_line, op_);
+    if (opening == SurveyOpening::without_definitions) op_.show_message("No definition file was found");
+    if (survey().data_file_name == file_name) note_recent_file(to_qt(file_name));
+    clear_monitor_form();
+    show_counters({});
+    show_survey();
+    if (opening == SurveyOpening::opened) show_column_hint();
+}
+
+void MainWindow::reread_header()
+{
+    survey().header_line_text = header_->header_line_text();
+    if (survey().data_file_name.empty()) return;
+    const int status = read_survey_header(survey(), op_);
+    header_->show_survey(survey());
+    if (status == 0) show_column_hint();
+}
+
+void MainWindow::show_column_hint()
+{
+    const std::string missing =
+        missing_columns_text(defined_columns(survey().survey_definitions, survey().header_columns));
+    hints_->show_hint(QStringLiteral("columns"),
+                      missing.empty()
+                          ? QString()
+                          : tr("The definitions name columns that the file does not have: %1").arg(to_qt(missing)));
+}
+
+// The columns have a hint of their own, made from the definitions and the header.
+void MainWindow::take_warning(WarningAbout about, const std::string& text)
+{
+    if (about == WarningAbout::data) hints_->show_hint(QStringLiteral("data"), to_qt(text));
 }
 
 void MainWindow::press_start(StartButton index)
 {
+    if (is_idle()) {
+        hints_->clear_hints();
+        survey().header_line_text = header_->header_line_text();
+    }
+    if (wait_loop_ != nullptr) wait_loop_->quit();
     monitor_.driver.Command_start_logging(index);
     perform_waiting_actions();
+}
+
+void MainWindow::average_every_line()
+{
+    survey().parameters.CarryClosingSample = true;
+    keep_settings();
+    when_idle([this] { press_start(StartButton::load_or_pause); });
 }
 
 bool MainWindow::is_idle() const
@@ -38,7 +118,10 @@ bool MainWindow::is_idle() const
 void MainWindow::when_idle(std::function<void()> action)
 {
     waiting_actions_.push_back(std::move(action));
-    if (!is_idle()) monitor_.driver.request_stop();
+    if (!is_idle()) {
+        if (wait_loop_ != nullptr) wait_loop_->quit();
+        monitor_.driver.request_stop();
+    }
     perform_waiting_actions();
 }
 
@@ -51,36 +134,55 @@ void MainWindow::perform_waiting_actions()
     }
 }
 
-void MainWindow::show_survey() {}
-
-void MainWindow::show_controls(const RunControls&) {}
-void MainWindow::show_counters(const RunCounters&) {}
-void MainWindow::reset_speed_control() {}
-void MainWindow::clear_monitor_form() {}
-void MainWindow::display_replay_data(std::int32_t, std::int32_t) {}
-void MainWindow::show_dials(const CurrentSample&) {}
-
-void MainWindow::process_events(const RunCounters&)
+void MainWindow::show_survey()
 {
-    QCoreApplication::processEvents();
+    header_->show_survey(survey());
+    const QString file_name = to_qt(survey().data_file_name);
+    setWindowTitle(file_name.isEmpty() ? QStringLiteral("Tarvo")
+                                       : QFileInfo(file_name).fileName() + QStringLiteral(" \u2013 Tarvo"));
+    view_.refresh();
 }
 
-void MainWindow::wait(int milliseconds)
+void MainWindow::show_point_readings()
 {
-    QThread::msleep(static_cast<unsigned long>(milliseconds));
+    if (view_.is_running()) return;
+    const std::int32_t record = survey().track_image.current_record;
+    dials_->show_readings(dial_readings_of_record(survey(), record));
+    pointed_->setText(to_qt(record_text(survey(), record)));
 }
 
-void MainWindow::show_finished_run() {}
+void MainWindow::keep_settings()
+{
+    write_processing_parameters(survey().parameters, settings_);
+    write_display_settings(survey().display_settings, settings_);
+}
 
 // A run is ended first; the window closes when it is over.
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    if (is_idle()) {
-        event->accept();
+    if (!is_idle()) {
+        event->ignore();
+        when_idle([this] { close(); });
         return;
     }
-    event->ignore();
-    when_idle([this] { close(); });
+    if (settings_timer_.isActive()) keep_settings();
+    keep_layout();
+    event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.size() == 1 && urls.constFirst().isLocalFile()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.isEmpty()) return;
+    event->acceptProposedAction();
+    // The program that the file was dragged from waits for this handler: what the file gives rise to comes after it.
+    QTimer::singleShot(0, this, [this, file = urls.constFirst().toLocalFile()] { open_file(to_utf8(file)); });
 }
 
 } // namespace tarvo

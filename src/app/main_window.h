@@ -1,16 +1,33 @@
 #pragma once
 
 #include "app/qt_operator.h"
+#include "app/survey_view.h"
 #include "intake/run_display.h"
 #include "monitor/monitor.h"
 #include "processing/settings_store.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
+#include <QTimer>
 
 #include <functional>
 #include <vector>
 
+class QAction;
+class QEventLoop;
+class QLabel;
+class QMenu;
+class QSplitter;
+
 namespace tarvo {
+
+class ColourBarPanel;
+class DialPanel;
+class HeaderBox;
+class HintBar;
+class ProfileGraphs;
+class RunBar;
+class TrackPanel;
 
 // Form_Tarvo: shows the survey that its monitor holds, and hands the operator's wishes to the core.
 class MainWindow : public QMainWindow, private RunDisplay {
@@ -23,11 +40,14 @@ public:
 
     Monitor& monitor() { return monitor_; }
     SurveyState& survey() { return monitor_.survey; }
+    SurveyView& view() { return view_; }
     Operator& op() { return op_; }
     SettingsStore& settings() { return settings_; }
+    HintBar& hints() { return *hints_; }
 
     // Chooses a data file: what is beside it is read at once, a run that goes on is stopped cleanly first.
-    void open_file(const std::string& file_name);
+    // header_line: instead of the number that the definitions give; none: theirs.
+    void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt);
 
     // The start button pair. The call returns when the run is paused or over.
     void press_start(StartButton index);
@@ -37,6 +57,12 @@ public:
 
     // Shows the survey anew after its definitions, parameters, ranges, picks or values were changed.
     void show_survey();
+    void keep_settings(); // processing parameters and display settings, in the store
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void show_controls(const RunControls& controls) override;
@@ -49,8 +75,28 @@ private:
     void wait(int milliseconds) override;
     void show_finished_run() override;
 
-    void closeEvent(QCloseEvent* event) override;
+    void make_panels();
+    void make_file_menu();
+    void make_run_menu();
+    void make_view_menu();
+    void make_help_menu();
+    QAction* add_panel_action(QMenu& menu, QWidget& panel, const QString& text, const char* key);
+    QAction* add_action(QMenu& menu, const char* name, const QString& text, const QString& shortcut,
+                        std::function<void()> perform);
+    void read_layout();
+    void keep_layout();
 
+    void choose_file();
+    void read_file(const std::string& file_name, const std::optional<std::string>& header_line);
+    void note_recent_file(const QString& file_name);
+    void fill_recent_files();
+    void reread_header();
+    void take_warning(WarningAbout about, const std::string& text);
+    void show_column_hint();
+    void average_every_line();
+    void show_point_readings();
+    void refresh_frame();
+    void pump_events();
     bool is_idle() const;
     void perform_waiting_actions();
 
@@ -58,7 +104,35 @@ private:
     QtOperator boxes_;
     Operator& op_;
     Monitor monitor_;
+    SurveyView view_;
+
+    HeaderBox* header_ = nullptr;
+    RunBar* run_bar_ = nullptr;
+    HintBar* hints_ = nullptr;
+    TrackPanel* track_ = nullptr;
+    DialPanel* dials_ = nullptr;
+    ColourBarPanel* bars_ = nullptr;
+    ProfileGraphs* graphs_ = nullptr;
+    QSplitter* columns_ = nullptr;
+    QSplitter* side_ = nullptr;
+    QLabel* pointed_ = nullptr;
+    QMenu* recent_files_ = nullptr;
+    std::vector<QAction*> idle_actions_;  // for a time without a run
+    std::vector<QAction*> run_actions_;   // for a file run
+    std::vector<QAction*> store_actions_; // without a run, with stored samples
+    std::vector<std::pair<const char*, QAction*>> panel_actions_;
+
     std::vector<std::function<void()>> waiting_actions_;
+    QTimer settings_timer_; // keeps changed settings a moment after the last change
+    QTimer frame_timer_;    // shows what a run has brought
+    QElapsedTimer pumped_;
+    QEventLoop* wait_loop_ = nullptr; // of a replay's delay
+    int lines_since_look_ = 0;
+    bool frame_shown_ = false; // since the events were last let through
+    bool is_load_ = false;     // the run, or the last one
+    bool has_new_samples_ = false;
+    bool has_new_readings_ = false;
+    CurrentSample readings_;
 };
 
 } // namespace tarvo

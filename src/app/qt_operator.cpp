@@ -32,6 +32,15 @@ void QtOperator::show_message(const std::string& text)
     box.exec();
 }
 
+void QtOperator::show_warning(WarningAbout about, const std::string& text)
+{
+    if (take_warning) {
+        take_warning(about, text);
+    } else {
+        show_message(text);
+    }
+}
+
 bool QtOperator::ask_yes_no(const std::string& question)
 {
     QMessageBox box(QMessageBox::Question, QStringLiteral("Tarvo"), to_qt(question), QMessageBox::Yes | QMessageBox::No,

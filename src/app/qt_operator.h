@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class QWidget;
 
 namespace tarvo {
@@ -15,9 +17,13 @@ public:
     explicit QtOperator(QWidget* window = nullptr) : window_(window) {}
 
     void show_message(const std::string& text) override;
+    void show_warning(WarningAbout about, const std::string& text) override;
     bool ask_yes_no(const std::string& question) override;
     std::optional<std::string> choose_file_to_open(const FileQuestion& question) override;
     std::optional<std::string> choose_file_to_create(const FileQuestion& question) override;
+
+    // Where warnings go instead of a box; none: a box after all.
+    std::function<void(WarningAbout, const std::string&)> take_warning;
 
 private:
     QWidget* window_; // the box belongs to the dialog that is open over it, if one is

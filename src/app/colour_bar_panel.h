@@ -1,0 +1,68 @@
+#pragma once
+
+#include "app/survey_view.h"
+#include "display/picture.h"
+
+#include <QWidget>
+
+#include <vector>
+
+class QCheckBox;
+class QVBoxLayout;
+
+namespace tarvo {
+
+// Picture_TG_colour_bar of one sensor: a click tells where.
+class ColourBar : public QWidget {
+    Q_OBJECT
+
+public:
+    ColourBar(int sensor, QWidget* parent = nullptr);
+
+    Picture picture;         // device pixels, the core's
+    bool has_cursor = false; // the middle is the current point
+    QSize pixel_size() const;
+
+    QSize sizeHint() const override { return {360, 20}; }
+
+signals:
+    void clicked(double share); // of the bar's width, from the left
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+};
+
+// The sensors' colour bars, one below the other, each with a check box that shows or hides the sensor in bars and
+// graphs.
+class ColourBarPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ColourBarPanel(SurveyView& view, QWidget* parent = nullptr);
+
+    void refresh();
+    bool is_sensor_shown(int sensor) const;
+
+signals:
+    void shown_sensors_changed();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    struct Row {
+        QCheckBox* shown = nullptr;
+        ColourBar* bar = nullptr;
+        QWidget* line = nullptr;
+    };
+    void fit_sensors(int count);
+    void draw_bars();
+    void choose_point(double share);
+
+    SurveyView& view_;
+    QVBoxLayout* lines_;
+    std::vector<Row> rows_; // of sensors 1.. from element 0 on
+};
+
+} // namespace tarvo

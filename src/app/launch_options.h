@@ -1,0 +1,28 @@
+#pragma once
+
+#include "intake/logging_driver.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tarvo {
+
+// What tarvo was asked to do at its start.
+struct LaunchOptions {
+    std::string data_file;
+    std::optional<StartButton> start;       // a load or a replay right away
+    std::optional<std::string> header_line; // none: what the definitions say
+    std::vector<std::string> settings;      // "KEY=VALUE", all of them valid
+    std::string screenshot;                 // PNG file; empty: none
+    bool help = false;
+    bool version = false;
+};
+
+// arguments: those after the program's name. Throws UsageError.
+LaunchOptions read_launch_options(std::span<const char* const> arguments);
+
+extern const char* const kLaunchUsage;
+
+} // namespace tarvo

@@ -1,0 +1,142 @@
+// The window as the display of a run. Every call here comes from within the logging driver.
+
+#include "app/colour_bar_panel.h"
+#include "app/dial_panel.h"
+#include "app/header_box.h"
+#include "app/hint_bar.h"
+#include "app/main_window.h"
+#include "app/profile_graphs.h"
+#include "app/run_bar.h"
+#include "app/texts.h"
+#include "app/track_panel.h"
+#include "intake/survey_readings.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QEventLoop>
+
+#include <algorithm>
+
+namespace tarvo {
+
+namespace {
+
+constexpr int kLinesPerLook = 16;  // a look at the clock costs as much as some fields
+constexpr int kPumpInterval = 8;   // milliseconds that an event waits at most while lines are read
+constexpr int kFrameInterval = 40; // milliseconds from one picture of a replay to the next
+constexpr int kLoadFrameInterval = 100;
+constexpr int kLongestFrameInterval = 400;
+constexpr int kFrameShare = 4; // a frame may take one part in so many of the time
+
+} // namespace
+
+void MainWindow::show_controls(const RunControls& controls)
+{
+    const LoggingDriver::State& state = monitor_.driver.state();
+    run_bar_->show_controls(controls);
+    header_->set_locked(!controls.file_controls_enabled);
+    const bool has_samples = survey().processing.store.RecordCount > 0;
+    for (QAction* const action : idle_actions_) action->setEnabled(controls.file_controls_enabled);
+    for (QAction* const action : store_actions_) action->setEnabled(controls.file_controls_enabled && has_samples);
+    for (QAction* const action : run_actions_) action->setEnabled(state.file_run_active());
+
+    view_.set_running(state.any_run_active());
+    if (!state.any_run_active()) {
+        frame_timer_.stop();
+        return;
+    }
+    is_load_ = state.load_running;
+    if (!frame_timer_.isActive()) frame_timer_.start(is_load_ ? kLoadFrameInterval : kFrameInterval);
+}
+
+void MainWindow::show_counters(const RunCounters& counters)
+{
+    run_bar_->show_counters(counters);
+}
+
+void MainWindow::reset_speed_control()
+{
+    run_bar_->reset_speed();
+}
+
+void MainWindow::clear_monitor_form()
+{
+    has_new_samples_ = false;
+    has_new_readings_ = false;
+    header_->show_survey(survey());
+    view_.refresh();
+    show_point_readings();
+}
+
+void MainWindow::display_replay_data(std::int32_t, std::int32_t)
+{
+    has_new_samples_ = true; // for the next frame
+}
+
+void MainWindow::show_dials(const CurrentSample& sample)
+{
+    readings_ = sample;
+    has_new_readings_ = true;
+}
+
+void MainWindow::process_events(const RunCounters&)
+{
+    // Live lines come from the event loop, which needs no help.
+    if (monitor_.driver.state().pipe_logging_active) return;
+    if (++lines_since_look_ < kLinesPerLook && monitor_.driver.state().load_running) return;
+    lines_since_look_ = 0;
+    if (!pumped_.isValid() || pumped_.elapsed() >= kPumpInterval) pump_events();
+}
+
+void MainWindow::pump_events()
+{
+    QElapsedTimer work;
+    work.start();
+    frame_shown_ = false;
+    QCoreApplication::processEvents();
+    if (frame_shown_ && !is_load_) {
+        const int pause = kFrameShare * static_cast<int>(work.elapsed());
+        frame_timer_.setInterval(std::clamp(pause, kFrameInterval, kLongestFrameInterval));
+    }
+    if (!waiting_actions_.empty()) monitor_.driver.request_stop();
+    pumped_.start();
+}
+
+void MainWindow::wait(int milliseconds)
+{
+    QEventLoop loop;
+    wait_loop_ = &loop; // a press of a button cuts it short
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+    wait_loop_ = nullptr;
+}
+
+void MainWindow::refresh_frame()
+{
+    if (!monitor_.driver.state().any_run_active()) return;
+    frame_shown_ = true;
+    run_bar_->show_counters(monitor_.driver.counters());
+    if (has_new_samples_) {
+        has_new_samples_ = false;
+        view_.show_newest();
+    }
+    if (has_new_readings_) {
+        has_new_readings_ = false;
+        dials_->show_readings(dial_readings_of_sample(survey(), readings_));
+    }
+}
+
+void MainWindow::show_finished_run()
+{
+    const std::int32_t records = survey().processing.store.RecordCount;
+    if (records > 0) view_.make_current(is_load_ ? (records + 1) / 2 : records, Recentre::no);
+    for (QAction* const action : store_actions_) action->setEnabled(records > 0);
+    show_survey();
+    show_column_hint();
+    const bool can_be_cured = !survey().parameters.CarryClosingSample && !survey().data_file_name.empty();
+    hints_->show_hint(QStringLiteral("averages"), to_qt(averaging_hint(survey().processing)),
+                      can_be_cured ? HintBar::Action{tr("Average every line"), [this] { average_every_line(); }}
+                                   : HintBar::Action{});
+}
+
+} // namespace tarvo

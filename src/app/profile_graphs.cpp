@@ -1,0 +1,376 @@
+#include "app/profile_graphs.h"
+
+#include "app/sensor_colours.h"
+#include "app/texts.h"
+#include "text/numbers.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+
+#include <qcustomplot.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarvo {
+
+namespace {
+
+constexpr int kAxisLengths[] = {25, 50, 100, 200, 500, 1000, 2000, 5000};
+constexpr int kBottomMargin = 34;
+
+// A tick step that leaves the labels room whatever the operator has zoomed to.
+double readable_step(double wanted, double range)
+{
+    constexpr double kMostTicks = 9;
+    double step = wanted > 0 ? wanted : range / 4;
+    for (int turn = 0; range / step > kMostTicks; ++turn) step *= turn % 3 == 1 ? 2.5 : 2.0;
+    while (range / step < 2) step /= 2;
+    return step;
+}
+
+void set_step(QCPAxis& axis, double step)
+{
+    auto ticker = qSharedPointerDynamicCast<QCPAxisTickerFixed>(axis.ticker());
+    if (ticker && ticker->tickStep() != step) ticker->setTickStep(step);
+}
+
+} // namespace
+
+ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
+    : QWidget(parent), view_(view), plot_(new QCustomPlot), length_(new QComboBox)
+{
+    setObjectName(QStringLiteral("Frame_profiles"));
+    plot_->setObjectName(QStringLiteral("Graph_profiles"));
+    plot_->setToolTip(tr("Profiles along the track. Wheel: zoom along the track, Ctrl and wheel: zoom the values, "
+                         "drag: move, click: make a point current, double click: back to the current point."));
+    plot_->setToolTipDuration(5000);
+    plot_->setMinimumHeight(150);
+    make_plots();
+
+    length_->setObjectName(QStringLiteral("Combo_display_axis_length"));
+    length_->setToolTip(tr("Length of the track that graphs, bars and the highlighted section show, metres"));
+    for (const int metres : kAxisLengths) length_->addItem(QString::number(metres));
+    length_->setEditable(true);
+    length_->setInsertPolicy(QComboBox::NoInsert);
+    length_->setMinimumContentsLength(5);
+    connect(length_, &QComboBox::textActivated, &view_,
+            [this](const QString& text) { view_.change_display_setting("TrackAxisLength", text); });
+
+    auto* const label = new QLabel(tr("Profiles over"));
+    auto* const unit = new QLabel(tr("m"));
+    auto* const tools = new QHBoxLayout;
+    tools->setContentsMargins(6, 2, kEndMargin, 0);
+    tools->addWidget(label);
+    tools->addWidget(length_);
+    tools->addWidget(unit);
+    tools->addStretch(1);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addLayout(tools);
+    layout->addWidget(plot_, 1);
+
+    connect(&view_, &SurveyView::values_changed, this, &ProfileGraphs::refresh);
+    connect(&view_, &SurveyView::current_record_changed, this, [this] {
+        shift_ = 0;
+        refresh();
+    });
+    connect(plot_, &QCustomPlot::mouseWheel, this, &ProfileGraphs::turn_wheel);
+    connect(plot_, &QCustomPlot::mousePress, this, &ProfileGraphs::press);
+    connect(plot_, &QCustomPlot::mouseMove, this, &ProfileGraphs::move);
+    connect(plot_, &QCustomPlot::mouseRelease, this, &ProfileGraphs::release);
+    connect(plot_, &QCustomPlot::mouseDoubleClick, this, &ProfileGraphs::show_whole_range);
+}
+
+void ProfileGraphs::make_plots()
+{
+    plot_->plotLayout()->clear();
+    plot_->plotLayout()->setRowSpacing(2);
+    plot_->setNoAntialiasingOnDrag(true);
+    const QString titles[] = {tr("nT/m"), tr("nT"), tr("m")};
+    for (std::size_t which = 0; which < plots_.size(); ++which) {
+        Plot& plot = plots_[which];
+        plot.rect = new QCPAxisRect(plot_);
+        plot.rect->setAutoMargins(QCP::msNone);
+        const bool is_last = which + 1 == plots_.size();
+        plot.rect->setMargins(QMargins(kAxisMargin, 4, kEndMargin, is_last ? kBottomMargin : 2));
+        plot_->plotLayout()->addElement(static_cast<int>(which), 0, plot.rect);
+        QCPAxis& distance = *plot.rect->axis(QCPAxis::atBottom);
+        QCPAxis& value = *plot.rect->axis(QCPAxis::atLeft);
+        distance.setTickLabels(is_last);
+        for (QCPAxis* const axis : {&distance, &value}) {
+            auto ticker = QSharedPointer<QCPAxisTickerFixed>::create();
+            ticker->setScaleStrategy(QCPAxisTickerFixed::ssNone);
+            axis->setTicker(ticker);
+            axis->setNumberFormat(QStringLiteral("f"));
+            axis->setNumberPrecision(0);
+            axis->setSubTicks(false);
+            axis->setTickLabelPadding(3);
+        }
+        value.setLabel(titles[which]);
+        if (is_last) distance.setLabel(tr("distance along the track, m"));
+        plot.cursor = new QCPItemStraightLine(plot_);
+        plot.cursor->setClipAxisRect(plot.rect);
+        for (QCPItemPosition* const end : {plot.cursor->point1, plot.cursor->point2}) {
+            end->setAxisRect(plot.rect);
+            end->setAxes(&distance, &value);
+            end->setTypeX(QCPItemPosition::ptPlotCoords);
+            end->setTypeY(QCPItemPosition::ptAxisRectRatio);
+        }
+    }
+    // The plots' heights: the field needs the most.
+    plot_->plotLayout()->setRowStretchFactors({1.0, 1.2, 1.1});
+    apply_palette();
+}
+
+// The desktop's colours, light or dark.
+void ProfileGraphs::apply_palette()
+{
+    const QColor text = palette().color(QPalette::Text);
+    QColor grid = text;
+    grid.setAlpha(50);
+    plot_->setBackground(palette().brush(QPalette::Base));
+    for (Plot& plot : plots_) {
+        for (QCPAxis* const axis : plot.rect->axes()) {
+            axis->setBasePen(QPen(text));
+            axis->setTickPen(QPen(text));
+            axis->setTickLabelColor(text);
+            axis->setLabelColor(text);
+            axis->grid()->setPen(QPen(grid, 0, Qt::DotLine));
+            axis->grid()->setZeroLinePen(QPen(grid));
+            axis->setTickLabelFont(font());
+            axis->setLabelFont(font());
+        }
+        plot.cursor->setPen(QPen(text, 0, Qt::DashLine));
+    }
+}
+
+void ProfileGraphs::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) {
+        apply_palette();
+        plot_->replot(QCustomPlot::rpQueuedReplot);
+    }
+    QWidget::changeEvent(event);
+}
+
+void ProfileGraphs::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    refresh();
+}
+
+DistanceRange ProfileGraphs::view_range() const
+{
+    const SurveyState& survey = view_.survey();
+    const double length = static_cast<double>(survey.display_settings.track_axis_length);
+    DistanceRange range = distance_range_about(track_table(survey.processing.store), view_.middle_record(),
+                                               survey.display_settings.track_axis_length);
+    if (!(range.length() > 0)) range = {0, length};
+    const double middle = (range.from + range.to) / 2 + shift_;
+    return {middle - length * length_factor_ / 2, middle + length * length_factor_ / 2};
+}
+
+void ProfileGraphs::refresh()
+{
+    const DisplaySettings& settings = view_.survey().display_settings;
+    const QSignalBlocker quiet(length_);
+    if (!length_->lineEdit()->isModified() || !length_->hasFocus()) {
+        length_->setEditText(to_qt(format_shortest(static_cast<double>(settings.track_axis_length))));
+    }
+    if (!isVisible()) return;
+    const DistanceRange range = view_range();
+    for (Plot& plot : plots_) {
+        QCPAxis& distance = *plot.rect->axis(QCPAxis::atBottom);
+        distance.setRange(range.from, range.to);
+        set_step(distance, readable_step(settings.track_axis_tick_spacing, range.length()));
+        distance.setNumberPrecision(range.length() < 5 ? 1 : 0);
+    }
+    fill_sensor_plot(plots_[kGradient], kGradient);
+    fill_sensor_plot(plots_[kField], kField);
+    fill_vertical_plot(plots_[kVertical]);
+    place_cursors();
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ProfileGraphs::fit_graphs(Plot& plot, std::size_t count)
+{
+    while (plot.graphs.size() > count) {
+        plot_->removeGraph(plot.graphs.back());
+        plot.graphs.pop_back();
+    }
+    while (plot.graphs.size() < count) {
+        QCPGraph* const graph = plot_->addGraph(plot.rect->axis(QCPAxis::atBottom), plot.rect->axis(QCPAxis::atLeft));
+        graph->setPen(QPen(sensor_colour(static_cast<int>(plot.graphs.size()) + 1), 0));
+        graph->setAntialiased(false);
+        plot.graphs.push_back(graph);
+    }
+}
+
+void ProfileGraphs::set_curve(QCPGraph& graph, const double* values, std::int32_t count)
+{
+    const TrackTable track = track_table(view_.survey().processing.store);
+    profile_curve(track, values, count, view_range(), 2 * std::max(plot_->width(), 100), curve_);
+    middle_of_last_curve_ = middle_value(curve_);
+    QVector<QCPGraphData> points(static_cast<qsizetype>(curve_.value.size()));
+    for (std::size_t at = 0; at < curve_.value.size(); ++at) {
+        points[static_cast<qsizetype>(at)] = {curve_.distance[at], curve_.value[at]};
+    }
+    graph.data()->set(points, true);
+}
+
+void ProfileGraphs::fill_sensor_plot(Plot& plot, PlotIndex which)
+{
+    const SampleStore& store = view_.survey().processing.store;
+    const DisplaySettings& settings = view_.survey().display_settings;
+    const auto sensors = static_cast<std::size_t>(store.number_of_sensors());
+    fit_graphs(plot, sensors);
+    double least = 0;
+    double greatest = 0;
+    bool any = false;
+    for (std::size_t sensor = 1; sensor <= sensors; ++sensor) {
+        QCPGraph& graph = *plot.graphs[sensor - 1];
+        const bool is_shown = !is_shown_ || is_shown_(static_cast<int>(sensor));
+        graph.setVisible(is_shown);
+        if (!is_shown) continue;
+        const SensorRecords& values = store.sensors[sensor];
+        if (which == kGradient) {
+            set_curve(graph, values.gradients[0].data(), store.gradient_records);
+        } else {
+            set_curve(graph, values.averages[0].data(), store.RecordCount);
+        }
+        if (curve_.value.empty()) continue;
+        least = any ? std::min(least, middle_of_last_curve_) : middle_of_last_curve_;
+        greatest = any ? std::max(greatest, middle_of_last_curve_) : middle_of_last_curve_;
+        any = true;
+    }
+    if (which == kGradient) {
+        const double range = settings.gradient_max_range;
+        set_value_range(plot, range / 2, range, settings.gradient_tick_spacing);
+    } else {
+        set_value_range(plot, (least + greatest) / 2, settings.tmi_max_range, settings.tmi_tick_spacing);
+    }
+}
+
+// Depth and elevation in one plot; the first one that the survey has is in its middle.
+void ProfileGraphs::fill_vertical_plot(Plot& plot)
+{
+    const SampleStore& store = view_.survey().processing.store;
+    std::vector<int> slots_shown;
+    for (const int slot : {kDepth, kElevation}) {
+        if (store.has_channel(slot)) slots_shown.push_back(slot);
+    }
+    fit_graphs(plot, slots_shown.size());
+    double middle = 0;
+    for (std::size_t at = 0; at < slots_shown.size(); ++at) {
+        set_curve(*plot.graphs[at], store.channels[static_cast<std::size_t>(slots_shown[at])].data(),
+                  store.RecordCount);
+        if (at == 0) middle = middle_of_last_curve_;
+    }
+    plot.rect->axis(QCPAxis::atLeft)
+        ->setLabel(slots_shown.size() == 1 && slots_shown[0] == kElevation ? tr("elevation, m") : tr("depth, m"));
+    const double range = view_.survey().display_settings.elevation_max_range;
+    set_value_range(plot, middle, range, range / 4);
+}
+
+void ProfileGraphs::set_value_range(Plot& plot, double middle, double range, double tick_step)
+{
+    QCPAxis& axis = *plot.rect->axis(QCPAxis::atLeft);
+    const double shown = range * plot.height_factor;
+    const double step = readable_step(tick_step, shown);
+    axis.setRange(middle - shown / 2, middle + shown / 2);
+    set_step(axis, step);
+    axis.setNumberPrecision(step < 0.1 ? 2 : step < 1 ? 1 : 0);
+}
+
+void ProfileGraphs::place_cursors()
+{
+    const SurveyState& survey = view_.survey();
+    const std::int32_t middle = view_.middle_record();
+    for (Plot& plot : plots_) {
+        plot.cursor->setVisible(middle > 0 && !view_.is_running());
+        if (middle < 1) continue;
+        const double distance = survey.processing.store.distance[middle];
+        plot.cursor->point1->setCoords(distance, 0);
+        plot.cursor->point2->setCoords(distance, 1);
+    }
+}
+
+void ProfileGraphs::show_whole_range()
+{
+    length_factor_ = 1;
+    shift_ = 0;
+    for (Plot& plot : plots_) plot.height_factor = 1;
+    refresh();
+}
+
+ProfileGraphs::Plot* ProfileGraphs::plot_at(const QPointF& position)
+{
+    for (Plot& plot : plots_) {
+        if (plot.rect->outerRect().contains(position.toPoint())) return &plot;
+    }
+    return nullptr;
+}
+
+double ProfileGraphs::distance_at(const QPointF& position) const
+{
+    return plots_[kGradient].rect->axis(QCPAxis::atBottom)->pixelToCoord(position.x());
+}
+
+void ProfileGraphs::turn_wheel(QWheelEvent* event)
+{
+    constexpr double kStepsPerDoubling = 360;
+    constexpr double kSmallestFactor = 1e-3;
+    constexpr double kLargestFactor = 1e3;
+    const double factor = std::exp2(-event->angleDelta().y() / kStepsPerDoubling);
+    if (event->modifiers().testFlag(Qt::ControlModifier)) {
+        if (Plot* const plot = plot_at(event->position())) {
+            plot->height_factor = std::clamp(plot->height_factor * factor, kSmallestFactor, kLargestFactor);
+        }
+    } else {
+        // The distance under the pointer stays where it is.
+        const double fixed = distance_at(event->position());
+        const double before = length_factor_;
+        length_factor_ = std::clamp(length_factor_ * factor, kSmallestFactor, kLargestFactor);
+        const DistanceRange range = view_range();
+        const double middle = (range.from + range.to) / 2;
+        shift_ += (fixed - middle) * (1 - length_factor_ / before);
+    }
+    refresh();
+    event->accept();
+}
+
+void ProfileGraphs::press(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton) return;
+    pressed_ = true;
+    dragged_ = false;
+    pressed_x_ = last_x_ = event->position().x();
+}
+
+void ProfileGraphs::move(QMouseEvent* event)
+{
+    if (!pressed_) return;
+    const double x = event->position().x();
+    dragged_ |= std::abs(x - pressed_x_) >= QApplication::startDragDistance();
+    if (!dragged_) return;
+    shift_ -= distance_at({x, 0}) - distance_at({last_x_, 0});
+    last_x_ = x;
+    refresh();
+}
+
+void ProfileGraphs::release(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton || !pressed_) return;
+    pressed_ = false;
+    if (dragged_) return;
+    const TrackTable track = track_table(view_.survey().processing.store);
+    const std::int32_t record =
+        calculate_track_index_from_distance(track, distance_at(event->position()), 1, view_.op());
+    if (record > 0) view_.make_current(record, Recentre::yes);
+}
+
+} // namespace tarvo

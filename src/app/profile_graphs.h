@@ -1,0 +1,82 @@
+#pragma once
+
+#include "app/survey_view.h"
+
+#include <QWidget>
+
+#include <array>
+#include <functional>
+#include <vector>
+
+class QCPAxisRect;
+class QCPGraph;
+class QCPItemStraightLine;
+class QCustomPlot;
+class QComboBox;
+class QMouseEvent;
+class QWheelEvent;
+
+namespace tarvo {
+
+// The profiles along the track about the current point: gradient, total field and depth or elevation, one above the
+// other over one distance axis. Only what is in view is handed to the plot.
+class ProfileGraphs : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ProfileGraphs(SurveyView& view, QWidget* parent = nullptr);
+
+    // Which sensors are drawn, asked at every refresh.
+    void set_sensor_filter(std::function<bool(int)> is_shown) { is_shown_ = std::move(is_shown); }
+
+    void refresh();          // ranges and curves
+    void show_whole_range(); // zoom and pan back to the current point
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    // One of the three plots.
+    struct Plot {
+        QCPAxisRect* rect = nullptr;
+        QCPItemStraightLine* cursor = nullptr;
+        std::vector<QCPGraph*> graphs;
+        double height_factor = 1; // of the range of values; below 1: enlarged
+    };
+    enum PlotIndex : std::size_t { kGradient, kField, kVertical };
+
+    void make_plots();
+    void apply_palette();
+    void fit_graphs(Plot& plot, std::size_t count);
+    void fill_sensor_plot(Plot& plot, PlotIndex which);
+    void fill_vertical_plot(Plot& plot);
+    void set_curve(QCPGraph& graph, const double* values, std::int32_t count);
+    void set_value_range(Plot& plot, double middle, double range, double tick_step);
+    void place_cursors();
+
+    DistanceRange view_range() const;
+    Plot* plot_at(const QPointF& position);
+    double distance_at(const QPointF& position) const;
+    void turn_wheel(QWheelEvent* event);
+    void press(QMouseEvent* event);
+    void move(QMouseEvent* event);
+    void release(QMouseEvent* event);
+
+    SurveyView& view_;
+    QCustomPlot* plot_;
+    QComboBox* length_;
+    std::array<Plot, 3> plots_;
+    std::function<bool(int)> is_shown_;
+    ProfileCurve curve_; // kept for its memory
+    double middle_of_last_curve_ = 0;
+
+    double length_factor_ = 1; // of "TrackAxisLength"; below 1: enlarged
+    double shift_ = 0;         // metres from the current point to the middle of the graphs
+    bool pressed_ = false;
+    bool dragged_ = false;
+    double pressed_x_ = 0;
+    double last_x_ = 0;
+};
+
+} // namespace tarvo

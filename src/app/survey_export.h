@@ -1,0 +1,16 @@
+#pragma once
+
+#include "definitions/operator.h"
+#include "intake/survey_state.h"
+
+class QWidget;
+
+namespace tarvo {
+
+// File > Export: each asks where to, writes the file as a whole and shows how far it is. Nobody can touch the survey
+// meanwhile.
+void export_samples_file(const SurveyState& survey, Operator& op, QWidget* window);
+void export_lines_file(const SurveyState& survey, Operator& op, QWidget* window);
+void export_track_file(const SurveyState& survey, Operator& op);
+
+} // namespace tarvo
