@@ -32,7 +32,7 @@ void check_record(const TrackTable& track, std::int32_t record)
         throw std::out_of_range("there is no record " + std::to_string(record) + " among the " +
                                 std::to_string(track.count) + " stored");
     }
-    if (!is_valid_channel(track.easting[record]) || !is_valid_channel(track.northing[record])) {
+    if (!has_position(track, record)) {
         throw std::domain_error("record " + std::to_string(record) + " has no position");
     }
 }

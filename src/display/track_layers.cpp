@@ -12,11 +12,6 @@ namespace {
 constexpr int kSectionHalfSize = 1;
 constexpr int kPickRadius = 5;
 
-bool has_position(const TrackTable& track, std::int32_t record)
-{
-    return is_valid_channel(track.easting[record]) && is_valid_channel(track.northing[record]);
-}
-
 // The part of a section that is on the track; the track may have lost its last line since.
 SectionLimits stored_part(const SectionLimits& section, const TrackTable& track)
 {

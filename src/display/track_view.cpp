@@ -24,21 +24,6 @@ Range widened(Range range, double length)
     return {range.min - margin, range.max + margin};
 }
 
-Range range_of_valid(const double* column, std::int32_t count)
-{
-    std::int32_t record = 1;
-    while (record <= count && !is_valid_channel(column[record])) ++record;
-    if (record > count) return {};
-
-    Range range = {column[record], column[record]};
-    for (; record <= count; ++record) {
-        if (!is_valid_channel(column[record])) continue;
-        range.min = std::min(range.min, column[record]);
-        range.max = std::max(range.max, column[record]);
-    }
-    return range;
-}
-
 Range with_margin(Range range)
 {
     constexpr double kSmallestLength = 1.0; // metres
@@ -89,8 +74,9 @@ void check_extent(const WorldExtent& extent)
 
 MapFrame fitted_frame(const TrackTable& track, int picture_width, int picture_height)
 {
-    Range x = with_margin(range_of_valid(track.easting, track.count));
-    Range y = with_margin(range_of_valid(track.northing, track.count));
+    const PositionExtent positions = position_extent(track).value_or(PositionExtent());
+    Range x = with_margin({positions.x_min, positions.x_max});
+    Range y = with_margin({positions.y_min, positions.y_max});
     const double width = std::max(picture_width, 1);
     const double height = std::max(picture_height, 1);
     if (x.length() * height < y.length() * width) {

@@ -10,7 +10,7 @@ TrackDirection track_direction(const TrackTable& track, std::int32_t record)
 {
     if (record < 1 || record >= track.count) return {};
     for (const std::int32_t end : {record, record + 1}) {
-        if (!is_valid_channel(track.easting[end]) || !is_valid_channel(track.northing[end])) return {};
+        if (!has_position(track, end)) return {};
     }
     return {track.easting[record + 1] - track.easting[record], track.northing[record + 1] - track.northing[record]};
 }

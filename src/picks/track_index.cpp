@@ -29,18 +29,11 @@ void widen(double& low, double& high)
 
 std::optional<PlanBox> track_index_box(const TrackTable& track)
 {
-    std::optional<PlanBox> box;
-    for (std::int32_t record = 1; record <= track.count; ++record) {
-        const double x = track.easting[record];
-        const double y = track.northing[record];
-        if (!is_valid_channel(x) || !is_valid_channel(y)) continue;
-        if (!box) box = PlanBox{x, y, x, y};
-        *box = {std::min(box->x_min, x), std::min(box->y_min, y), std::max(box->x_max, x), std::max(box->y_max, y)};
-    }
-    if (box) {
-        widen(box->x_min, box->x_max);
-        widen(box->y_min, box->y_max);
-    }
+    const std::optional<PositionExtent> extent = position_extent(track);
+    if (!extent) return std::nullopt;
+    PlanBox box = {extent->x_min, extent->y_min, extent->x_max, extent->y_max};
+    widen(box.x_min, box.x_max);
+    widen(box.y_min, box.y_max);
     return box;
 }
 

@@ -15,6 +15,12 @@ double value_of_field(SampleRecord record, std::size_t field)
     return field < record.size() ? record[field] : kNull;
 }
 
+// kNull for a result beyond the range of a 64-bit float.
+double finite_or_null(double value)
+{
+    return std::isfinite(value) ? value : kNull;
+}
+
 // The time of the line, in the sample and as its Time channel. Without a Time column lines follow each other at the
 // sample interval. False when the line has no time.
 bool convert_time(const ProcessingPlan& plan, std::int64_t lines_read, CurrentSample& sample)
@@ -31,7 +37,7 @@ void derive_dem(const ProcessingPlan& plan, ChannelArray& values)
 {
     if (plan.dem_sign == 0) return;
     const bool both = is_valid_channel(values[kDepth]) && is_valid_channel(values[kElevation]);
-    values[kDem] = both ? values[kDepth] + plan.dem_sign * values[kElevation] : kNull;
+    values[kDem] = both ? finite_or_null(values[kDepth] + plan.dem_sign * values[kElevation]) : kNull;
 }
 
 void begin_bin(const CurrentSample& sample, AveragingBin& bin)
@@ -71,10 +77,7 @@ void drop_records(SampleProcessing& run, std::int32_t record_count)
     const TrackTable track = track_table(run.store);
     std::int32_t& positioned = run.last_positioned_record;
     positioned = std::min(positioned, record_count);
-    while (positioned > 0 &&
-           !(is_valid_channel(track.easting[positioned]) && is_valid_channel(track.northing[positioned]))) {
-        --positioned;
-    }
+    while (positioned > 0 && !has_position(track, positioned)) --positioned;
 }
 
 int open_new_line(SampleProcessing& run)
@@ -105,7 +108,7 @@ double within_circle(double heading)
 
 double mean(double sum, std::int64_t count)
 {
-    return count < 1 ? kNull : sum / static_cast<double>(count);
+    return count < 1 ? kNull : finite_or_null(sum / static_cast<double>(count));
 }
 
 double sensor_mean(const AveragingBin& bin, std::int32_t channel)
@@ -183,11 +186,12 @@ void store_track_point(SampleProcessing& run, std::int32_t record)
 {
     const TrackTable track = track_table(run.store);
     double distance = record > 1 ? track.distance[record - 1] : 0.0;
-    if (is_valid_channel(track.easting[record]) && is_valid_channel(track.northing[record])) {
+    if (has_position(track, record)) {
         if (const std::int32_t last = run.last_positioned_record; last > 0) {
             const double east = track.easting[record] - track.easting[last];
             const double north = track.northing[record] - track.northing[last];
-            distance += std::sqrt(east * east + north * north);
+            const double step = std::sqrt(east * east + north * north);
+            if (std::isfinite(step)) distance += step; // a position out of this world leaves the distance usable
         }
         run.last_positioned_record = record;
     }
@@ -260,12 +264,14 @@ int convert_record_fields(SampleRecord record, SampleProcessing& run)
     CurrentSample& sample = run.sample;
     for (const ProcessingPlan::Column& column : plan.channels) {
         const double value = value_of_field(record, column.field);
-        sample.ChannelValues[column.channel] = is_valid_channel(value) ? value * column.multiplier : value;
+        sample.ChannelValues[column.channel] =
+            is_valid_channel(value) ? finite_or_null(value * column.multiplier) : value;
     }
     if (!convert_time(plan, run.lines_read, sample)) return -1;
     for (const ProcessingPlan::Column& column : plan.sensor_channels) {
         const double value = value_of_field(record, column.field);
-        sample.SensorValues[column.channel] = is_valid_sensor(value) ? value * column.multiplier : value;
+        sample.SensorValues[column.channel] =
+            is_valid_sensor(value) ? finite_or_null(value * column.multiplier) : value;
     }
     derive_dem(plan, sample.ChannelValues);
     if (plan.line_numbers_from_data) sample.LineNumberFromData = sample.ChannelValues[kLine];

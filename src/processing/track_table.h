@@ -1,6 +1,9 @@
 #pragma once
 
+#include "text/numbers.h"
+
 #include <cstdint>
+#include <optional>
 
 namespace tarvo {
 
@@ -13,5 +16,20 @@ struct TrackTable {
     const double* easting = nullptr;  // column 2: metres, kNull where the record has no position
     const double* northing = nullptr; // column 3: likewise
 };
+
+// A position is known as a whole or not at all.
+inline bool has_position(const TrackTable& track, std::int32_t record)
+{
+    return is_valid_channel(track.easting[record]) && is_valid_channel(track.northing[record]);
+}
+
+// The least and greatest coordinates of all known positions, metres; nullopt when there is none.
+struct PositionExtent {
+    double x_min = 0;
+    double x_max = 0;
+    double y_min = 0;
+    double y_max = 0;
+};
+std::optional<PositionExtent> position_extent(const TrackTable& track);
 
 } // namespace tarvo

@@ -28,6 +28,9 @@ LineReader::LineReader(const std::string& file_name) : file_name_(file_name)
     if (std::filesystem::is_directory(file_name, ignored)) {
         throw std::runtime_error(file_name + ": a file was expected, this is a folder");
     }
+    if (std::filesystem::is_character_file(file_name, ignored)) {
+        throw std::runtime_error(file_name + ": a file was expected, this is a device"); // which may have no end
+    }
     file_.reset(std::fopen(file_name.c_str(), "rb"));
     if (!file_) throw std::runtime_error(file_name + ": the file cannot be opened: " + reason(errno));
     std::setvbuf(file_.get(), nullptr, _IONBF, 0); // the blocks are large: a second buffer would only copy
@@ -64,7 +67,7 @@ LineReader::Outcome LineReader::hand_out(std::string_view& line, std::size_t len
     begin_ += length_with_end;
     consumed_ += static_cast<std::int64_t>(length_with_end);
     ++line_number_;
-    if (length_with_end > length && length > 0 && text[length - 1] == '\r') --length;
+    if (length > 0 && text[length - 1] == '\r') --length; // also of a last line that was cut within its line end
     if (length > kLongestLine) return Outcome::too_long;
     line = std::string_view(text, length);
     return Outcome::line;

@@ -9,14 +9,14 @@
 namespace tarvo {
 
 // Reads a text file line by line through one buffer of fixed size. Lines end with LF or CR LF, the last one also with
-// the end of the file; a UTF-8 byte order mark at the start is skipped.
+// CR or with the end of the file; a UTF-8 byte order mark at the start is skipped.
 class LineReader {
 public:
     static constexpr std::size_t kLongestLine = std::size_t{1} << 20; // bytes, line end not counted
 
     enum class Outcome { line, too_long, end };
 
-    // Throws std::runtime_error, naming the file and the reason, when it cannot be opened or is a folder.
+    // Throws std::runtime_error, naming the file and the reason, when it cannot be opened, is a folder or a device.
     explicit LineReader(const std::string& file_name);
 
     // The next line, without its end; it holds until the next call. A line over kLongestLine is skipped to its end and

@@ -1,10 +1,15 @@
 #include "tools/process_options.h"
 
+#include "definitions/definitions_file.h"
 #include "display/track_navigation.h"
+#include "picks/pick_list.h"
 #include "text/numbers.h"
 
+#include <cmath>
+#include <filesystem>
 #include <limits>
 #include <string_view>
+#include <vector>
 
 namespace tarvo {
 
@@ -108,6 +113,29 @@ bool take_switch(ProcessOptions& options, std::string_view option)
     return true;
 }
 
+bool is_same_file(const std::string& one, const std::string& other)
+{
+    std::error_code neither_is_there;
+    return one == other || std::filesystem::equivalent(one, other, neither_is_there);
+}
+
+// No product may replace what it is made from, nor another product.
+void check_products(const ProcessOptions& options)
+{
+    std::vector<std::string> taken = {options.data_file, pick_file_name_for(options.data_file),
+                                      options.definitions_file.empty() ? definitions_file_name_for(options.data_file)
+                                                                       : options.definitions_file};
+    for (const std::string* const product :
+         {&options.samples_file, &options.lines_file, &options.picks_file, &options.track_file, &options.bars_file}) {
+        if (product->empty()) continue;
+        for (const std::string& other : taken) {
+            if (!is_same_file(*product, other)) continue;
+            throw UsageError(*product + " would be overwritten: it belongs to the survey or is named twice");
+        }
+        taken.push_back(*product);
+    }
+}
+
 } // namespace
 
 void take_setting(std::string_view text, ProcessingParameters& parameters, DisplaySettings& display)
@@ -131,13 +159,16 @@ void take_setting(std::string_view text, ProcessingParameters& parameters, Displ
 ProcessOptions read_process_options(std::span<const char* const> arguments)
 {
     ProcessOptions options;
+    bool has_data_file = false;
     for (std::size_t at = 0; at < arguments.size(); ++at) {
         const std::string_view argument = arguments[at];
         if (!argument.starts_with("--")) {
-            if (!options.data_file.empty())
+            if (has_data_file) {
                 throw UsageError("one data file was expected, found two: \"" + options.data_file + "\" and \"" +
                                  std::string(argument) + '"');
+            }
             options.data_file = argument;
+            has_data_file = true;
         } else if (!take_switch(options, argument)) {
             const bool has_value = at + 1 < arguments.size();
             if (!take_value(options, argument, has_value ? arguments[at + 1] : "")) {
@@ -147,7 +178,8 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
             ++at;
         }
     }
-    if (options.data_file.empty() && !options.help && !options.version) throw UsageError("a data file was expected");
+    if (!has_data_file && !options.help && !options.version) throw UsageError("a data file was expected");
+    check_products(options);
     return options;
 }
 

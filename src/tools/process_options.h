@@ -14,7 +14,7 @@ namespace tarvo {
 
 // What tarvo-process was asked to do.
 struct ProcessOptions {
-    std::string data_file;
+    std::string data_file;                  // as given, which may be empty
     std::string definitions_file;           // empty: the one beside the data file
     std::optional<std::string> header_line; // none: what the definitions say
     ProcessingParameters parameters;

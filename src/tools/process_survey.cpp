@@ -64,10 +64,12 @@ std::int32_t shown_record(const SurveyState& survey, const ProcessOptions& optio
 bool write_track(const SurveyState& survey, const ProcessOptions& options, Operator& op)
 {
     const TrackScene scene = track_scene(survey);
+    // A survey without samples has no middle to enlarge.
+    const bool is_zoomed = options.zoom_percent && (options.at_record || scene.track.count > 0);
     const std::optional<Picture> picture =
-        options.zoom_percent ? zoomed_track_picture(scene, options.picture_width, options.picture_height,
-                                                    *options.zoom_percent, shown_record(survey, options), op)
-                             : whole_track_picture(scene, options.picture_width, options.picture_height, op);
+        is_zoomed ? zoomed_track_picture(scene, options.picture_width, options.picture_height, *options.zoom_percent,
+                                         shown_record(survey, options), op)
+                  : whole_track_picture(scene, options.picture_width, options.picture_height, op);
     return picture && write_product(
                           "track picture", [&] { write_png_file(options.track_file, *picture); }, op);
 }
@@ -106,6 +108,7 @@ void print_summary(const SurveyState& survey)
               << "\nsurvey lines: " << run.lines.CurrentLine << "\nshort lines dropped: " << run.lines.ShortLinesDropped
               << "\nsensors: " << run.store.number_of_sensors() << "\ntrack length: " << format_fixed(length, 1)
               << std::endl;
+    if (!std::cout) throw std::runtime_error("standard output cannot be written");
 }
 
 } // namespace
@@ -137,7 +140,10 @@ int process_survey(const ProcessOptions& options)
     if (!options.track_file.empty()) done &= write_track(survey, options, op);
     if (!options.bars_file.empty()) done &= write_bars(survey, options, op);
     if (!options.picks_file.empty()) done &= write_picks(survey, options, op);
-    if (options.samples_file != "-") print_summary(survey);
+    if (options.samples_file != "-") {
+        done &= write_product(
+            "summary", [&] { print_summary(survey); }, op);
+    }
     return done ? kDone : kFailed;
 }
 

@@ -22,7 +22,8 @@ TEST(LineReader, ReadsEveryKindOfLineEnd)
                           {"LF", "a\nb\n", {"a", "b"}},
                           {"CR LF", "a\r\n\r\nb\r\n", {"a", "", "b"}},
                           {"no last line end", "a\r\nb", {"a", "b"}},
-                          {"a CR of its own stays", "a\rb\r\r\nc\r", {"a\rb\r", "c\r"}},
+                          {"a CR of its own stays", "a\rb\r\r\nc\rd", {"a\rb\r", "c\rd"}},
+                          {"cut within the last line end", "a\r\nb\r", {"a", "b"}},
                           {"byte order mark",
                            "\xEF\xBB\xBF"
                            "a\n\xEF\xBB\xBF"
