@@ -64,13 +64,8 @@ void SurveyView::pan_to(int position)
 void SurveyView::make_current(std::int32_t record, Recentre recentre)
 {
     make_record_current(survey_.track_image, scene(), record, recentre, op_);
-    survey_.pan_range.position = pan_position();
+    survey_.pan_range.position = pan_position_of(survey_.track_image.current_record, survey_.pan_range.TrackSkip);
     emit current_record_changed();
-}
-
-int SurveyView::pan_position() const
-{
-    return pan_position_of(survey_.track_image.current_record, survey_.pan_range.TrackSkip);
 }
 
 void SurveyView::redraw_colours()

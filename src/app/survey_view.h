@@ -33,7 +33,6 @@ public:
     // The current point. Positions are those of HScroll_pan.
     void pan_to(int position);
     void make_current(std::int32_t record, Recentre recentre);
-    int pan_position() const;
 
     // The gradient range: the adjusters VScroll_TG (0 the fine one; value 1 narrows) and the fit to what is in view.
     void adjust_range(int index, int value);

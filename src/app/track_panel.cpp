@@ -183,7 +183,7 @@ void TrackPanel::show_state()
     pan_->setEnabled(has_track && !view_.is_running());
     pan_->setMaximum(survey.pan_range.PanMax);
     pan_->setPageStep(std::max(survey.pan_range.PanMax / 20, 1));
-    pan_->setValue(image.current_record > 0 ? view_.pan_position() : 0);
+    pan_->setValue(survey.pan_range.position);
 }
 
 } // namespace tarvo

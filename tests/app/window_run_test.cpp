@@ -1,0 +1,261 @@
+#include "app/hint_bar.h"
+#include "window_fixture.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QDropEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QSlider>
+#include <QUrl>
+
+namespace tarvo {
+
+namespace {
+
+constexpr const char* kReplay = "Command_start_logging_0"; // and stop
+constexpr const char* kLoad = "Command_start_logging_1";   // and pause
+constexpr int kManyLines = 60000;                          // enough for several turns of the event loop
+
+} // namespace
+
+TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
+{
+    const std::string file = write_survey(folder, "a", 5000);
+    window.open_file(file);
+    EXPECT_EQ(caption(kLoad), QStringLiteral("Start load"));
+    click(kLoad);
+    CoreLoad core(file);
+    EXPECT_EQ(samples_text(window.survey()), samples_text(core.monitor.survey));
+
+    TrackImage& image = core.monitor.survey.track_image;
+    const TrackImage& shown = window.survey().track_image;
+    const TrackScene scene = track_scene(core.monitor.survey);
+    resize_track_image(image, scene, shown.picture.width(), shown.picture.height(), op);
+    make_record_current(image, scene, shown.current_record, Recentre::no, op);
+    EXPECT_TRUE(image.picture == shown.picture);
+    const QImage grabbed = control<QWidget>("Picture_data_track").grab().toImage();
+    EXPECT_EQ(grabbed.pixel(shown.crosshair.x, 3) & 0xFFFFFF, shown.picture.row(3)[shown.crosshair.x]);
+    EXPECT_TRUE(op.messages.empty());
+}
+
+TEST_F(WindowTest, PausedAndResumedReplayReadsEveryLineOnce)
+{
+    const std::string file = write_survey(folder, "a", 8000);
+    window.open_file(file);
+    int pauses = 0;
+    for (const std::int64_t line : {500, 2000, 7000}) {
+        at_turn([this, line] { return lines_read() >= line; },
+                [this, &pauses] {
+                    if (!run().replay_running || run().run_paused) return;
+                    click(kLoad);
+                    ++pauses;
+                    EXPECT_EQ(caption(kLoad), QStringLiteral("Resume Replay"));
+                });
+    }
+    click(kReplay);
+    while (run().file_run_active()) {
+        const std::int64_t read = lines_read();
+        QApplication::processEvents();
+        EXPECT_EQ(lines_read(), read) << "a paused run reads on";
+        click(kLoad);
+    }
+    EXPECT_GE(pauses, 1);
+    EXPECT_EQ(samples_text(window.survey()), samples_text(CoreLoad(file).monitor.survey));
+}
+
+TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)
+{
+    const std::string first = write_survey(folder, "first", kManyLines);
+    const std::string second = write_survey(folder, "second", 3000);
+    const auto drop = [&] {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QString::fromStdString(second))});
+        QDragEnterEvent enter(QPoint(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &enter);
+        QDropEvent event(QPointF(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &event);
+    };
+    struct Case {
+        const char* label;
+        const char* button;
+        std::function<void()> act;
+        std::string open_at_end;
+    };
+    const Case cases[] = {
+        {"stop, load", kLoad, [&] { click(kReplay); }, first},
+        {"stop, replay", kReplay, [&] { click(kReplay); }, first},
+        {"Esc", kReplay, [&] { control<QAction>("menu_stop").trigger(); }, first},
+        {"open another, load", kLoad, [&] { window.open_file(second); }, second},
+        {"open another, replay", kReplay, [&] { window.open_file(second); }, second},
+        {"drop another", kReplay, drop, second},
+        {"open the same", kLoad, [&] { window.open_file(first); }, first},
+        {"stop twice and start", kLoad,
+         [&] {
+             click(kReplay);
+             click(kReplay);
+             click(kLoad);
+         },
+         first},
+        {"pause, then open another", kReplay,
+         [&] {
+             click(kLoad);
+             window.open_file(second);
+         },
+         second},
+        {"start the other load", kReplay,
+         [&] { window.when_idle([&] { window.press_start(StartButton::load_or_pause); }); }, first},
+    };
+    for (const Case& c : cases) {
+        window.open_file(first);
+        bool acted = false;
+        at_turn([&] { return run().file_run_active() && lines_read() > 100; },
+                [&] {
+                    acted = true;
+                    c.act();
+                });
+        click(c.button);
+        EXPECT_TRUE(eventually([&] { return acted; })) << c.label;
+        EXPECT_TRUE(eventually([&] { return !run().any_run_active() && !window.monitor().driver.is_at_work(); }))
+            << c.label;
+        EXPECT_TRUE(eventually([&] { return window.survey().data_file_name == c.open_at_end; })) << c.label;
+        EXPECT_EQ(caption(kReplay), QStringLiteral("Start replay")) << c.label;
+        EXPECT_TRUE(control<QLineEdit>("Text_locations_name_line").isEnabled()) << c.label;
+    }
+    EXPECT_TRUE(op.messages.empty());
+    window.open_file(second);
+    click(kLoad);
+    EXPECT_EQ(samples_text(window.survey()), samples_text(CoreLoad(second).monitor.survey));
+}
+
+TEST_F(WindowTest, ClosingEndsTheRunFirst)
+{
+    for (const char* const button : {kLoad, kReplay}) {
+        window.show();
+        window.open_file(write_survey(folder, "a", kManyLines));
+        at_turn([this] { return run().file_run_active(); },
+                [this] {
+                    EXPECT_FALSE(window.close());
+                    EXPECT_TRUE(window.isVisible()) << "the loop is still at work";
+                });
+        click(button);
+        EXPECT_TRUE(eventually([&] { return !window.isVisible(); }));
+        EXPECT_FALSE(run().file_run_active());
+        EXPECT_LT(lines_read(), kManyLines);
+    }
+}
+
+TEST_F(WindowTest, DialogHoldsTheRun)
+{
+    window.open_file(write_survey(folder, "a", kManyLines));
+    bool held = false;
+    at_turn([this] { return run().load_running; },
+            [&] {
+                const std::int64_t before = lines_read();
+                at_turn([] { return QApplication::activeModalWidget() != nullptr; },
+                        [&] {
+                            QTest::qWait(50);
+                            held = lines_read() == before;
+                            QApplication::activeModalWidget()->close();
+                        });
+                control<QAction>("menu_about").trigger();
+            });
+    click(kLoad);
+    EXPECT_TRUE(held);
+    EXPECT_EQ(lines_read(), kManyLines);
+}
+
+TEST_F(WindowTest, StopDoesNotWaitForTheReplaysDelay)
+{
+    window.open_file(write_survey(folder, "a", 1000));
+    QElapsedTimer since_stop;
+    at_turn([this] { return lines_read() >= 20; }, [this] { control<QSlider>("HScroll_speed").setValue(0); });
+    at_turn([this] { return control<QSlider>("HScroll_speed").value() == 0 && run().replay_running; },
+            [&] {
+                since_stop.start();
+                control<QAction>("menu_stop").trigger();
+            });
+    click(kReplay);
+    EXPECT_LT(since_stop.elapsed(), 500) << "one delay is a second";
+    EXPECT_EQ(control<QSlider>("HScroll_speed").value(), 100);
+}
+
+TEST_F(WindowTest, ViewIsChangedInMidRunWithoutHarm)
+{
+    const std::string file = write_survey(folder, "a", kManyLines);
+    window.open_file(file);
+    int turns = 0;
+    auto* const timer = new QTimer(&window);
+    QObject::connect(timer, &QTimer::timeout, &window, [&] {
+        ++turns;
+        switch (turns % 6) {
+        case 0: click("Option_whole_track"); break;
+        case 1: window.view().zoom_about(100 + turns % 300, 100, 1.5); break;
+        case 2: window.view().drag(40, -25); break;
+        case 3: window.resize(1000 + turns % 7 * 40, 700); break;
+        case 4: click("Command_fit_range"); break;
+        default: click("Option_follow_track");
+        }
+        QTest::mouseClick(&control<QWidget>("Picture_data_track"), Qt::LeftButton, {}, {200, 200});
+    });
+    timer->start(0);
+    click(kReplay);
+    timer->stop();
+    EXPECT_GT(turns, 6);
+    EXPECT_EQ(samples_text(window.survey()), samples_text(CoreLoad(file).monitor.survey));
+}
+
+TEST_F(WindowTest, HintsInsteadOfBoxes)
+{
+    const std::string file = write_survey(folder, "a", 2000);
+    window.open_file(file);
+    EXPECT_EQ(control<QFrame>("Frame_hints").isVisible(), false);
+    click(kLoad);
+    const auto* const hint = window.findChild<QWidget*>(QStringLiteral("Hint_averages"));
+    ASSERT_NE(hint, nullptr);
+    EXPECT_EQ(hint->findChildren<QLabel*>().constLast()->window(), &window);
+    click("Command_hint_averages");
+    EXPECT_TRUE(eventually([&] { return window.survey().processing.lines_not_averaged == 0; }));
+    EXPECT_EQ(window.survey().processing.lines_read, 2000);
+    EXPECT_EQ(settings.values["CarryClosingSample"], "1");
+
+    std::string definitions = folder.read("a.def");
+    definitions.replace(definitions.find("mag"), 3, "MAG_7");
+    folder.write("a.def", definitions);
+    window.open_file(file);
+    ASSERT_NE(window.findChild<QWidget*>(QStringLiteral("Hint_columns")), nullptr);
+    EXPECT_TRUE(control<QLabel>("Label_columns").text().startsWith(QStringLiteral("Missing: MAG_7 (sensor 1).")));
+}
+
+TEST_F(WindowTest, RefusalsAreShownAndLeaveTheWindowIdle)
+{
+    struct Case {
+        const char* label;
+        std::function<void()> act;
+        const char* message;
+    };
+    const std::string bare = folder.write("bare.csv", "time,east\n1,2\n");
+    const std::string file = write_survey(folder, "a", 100);
+    const Case cases[] = {
+        {"no file", [&] { click(kLoad); }, "The MAG data file has not been specified"},
+        {"gone file", [&] { window.open_file(folder.path("gone.csv")); }, "The MAG data file could not be located"},
+        {"no definitions", [&] { window.open_file(bare); }, "No definition file was found"},
+        {"header line abc",
+         [&] {
+             window.open_file(file);
+             control<QLineEdit>("Text_locations_name_line").setText(QStringLiteral("abc"));
+             click(kReplay);
+         },
+         "The header line number is not valid"},
+    };
+    for (const Case& c : cases) {
+        op.messages.clear();
+        c.act();
+        EXPECT_EQ(op.messages, std::vector<std::string>{c.message}) << c.label;
+        EXPECT_FALSE(run().any_run_active()) << c.label;
+        EXPECT_TRUE(control<QAbstractButton>(kLoad).isEnabled()) << c.label;
+    }
+}
+
+} // namespace tarvo

@@ -1,0 +1,156 @@
+#include "window_fixture.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QWheelEvent>
+
+namespace tarvo {
+
+namespace {
+
+class LoadedWindowTest : public WindowTest {
+protected:
+    void SetUp() override
+    {
+        WindowTest::SetUp();
+        window.open_file(write_survey(folder, "a", 6000));
+        click("Command_start_logging_1");
+        QApplication::processEvents();
+    }
+    const TrackImage& image() { return window.survey().track_image; }
+    QWidget& track() { return control<QWidget>("Picture_data_track"); }
+    QPoint pixel_of(std::int32_t record)
+    {
+        const SampleStore& store = window.survey().processing.store;
+        const PixelTransform transform = active_transform(image());
+        return {pixel_x(transform, store.channel(kEast, record)), pixel_y(transform, store.channel(kNorth, record))};
+    }
+    void turn_wheel(const QPoint& at, int notches)
+    {
+        QWheelEvent event(at, track().mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&track(), &event);
+    }
+};
+
+} // namespace
+
+TEST_F(LoadedWindowTest, ClickMakesTheNearestPointCurrentEverywhere)
+{
+    QTest::mouseClick(&track(), Qt::LeftButton, {}, pixel_of(300));
+    EXPECT_EQ(image().current_record, 300);
+    EXPECT_EQ(control<QScrollBar>("HScroll_pan").value(), 300);
+    EXPECT_EQ(window.view().middle_record(), 300);
+    control<QScrollBar>("HScroll_pan").setValue(42);
+    EXPECT_EQ(image().current_record, 42);
+    QWidget& bar = control<QWidget>("Picture_TG_colour_bar_1");
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {bar.width() - 1, 5});
+    const RecordValues& distance = window.survey().processing.store.distance;
+    EXPECT_NEAR(distance[image().current_record] - distance[42], 50, 1) << "half of the bar's 100 m";
+}
+
+TEST_F(LoadedWindowTest, WheelZoomKeepsThePlaceUnderThePointer)
+{
+    const QPoint at = pixel_of(200);
+    const GridPlace before = place_of_pixel(image(), at.x(), at.y());
+    turn_wheel(at, 6);
+    EXPECT_FLOAT_EQ(image().zoomed_view.zoom, 4.0F);
+    EXPECT_EQ(control<QComboBox>("Combo_zoom").currentText(), QStringLiteral("400%"));
+    const GridPlace after = place_of_pixel(image(), at.x(), at.y());
+    EXPECT_NEAR(after.easting, before.easting, 1e-6);
+    EXPECT_NEAR(after.northing, before.northing, 1e-6);
+
+    const QPoint enlarged = pixel_of(200);
+    QTest::mousePress(&track(), Qt::LeftButton, {}, at);
+    QTest::mouseMove(&track(), at + QPoint(30, 10));
+    QTest::mouseMove(&track(), at + QPoint(60, -20));
+    QTest::mouseRelease(&track(), Qt::LeftButton, {}, at + QPoint(60, -20));
+    EXPECT_LE((pixel_of(200) - enlarged - QPoint(60, -20)).manhattanLength(), 2) << "rounding";
+    turn_wheel(at, -20);
+    EXPECT_EQ(image().zoomed_view.zoom, 1.0F);
+    EXPECT_EQ(pixel_of(200), at);
+}
+
+TEST_F(LoadedWindowTest, ZoomIsTypedChosenAndLeft)
+{
+    auto& zoom = control<QComboBox>("Combo_zoom");
+    zoom.setFocus();
+    zoom.lineEdit()->selectAll();
+    QTest::keyClicks(zoom.lineEdit(), QStringLiteral("250"));
+    EXPECT_FLOAT_EQ(image().zoomed_view.zoom, 2.5F);
+    control<QAction>("menu_whole_track").trigger();
+    EXPECT_EQ(image().zoomed_view.zoom, 1.0F);
+    EXPECT_TRUE(control<QAbstractButton>("Option_whole_track").isVisible());
+}
+
+TEST_F(LoadedWindowTest, PlayMovesAlongTheTrackToItsEnd)
+{
+    auto& pan = control<QScrollBar>("HScroll_pan");
+    pan.setValue(pan.maximum() - 5);
+    click("Command_play_track");
+    EXPECT_TRUE(eventually(
+        [&] { return pan.value() == pan.maximum() && caption("Command_play_track") == QStringLiteral("Play"); }));
+    EXPECT_GE(image().current_record, window.survey().processing.store.RecordCount - 1);
+}
+
+TEST_F(LoadedWindowTest, RangeIsFittedAndKept)
+{
+    click("Command_fit_range");
+    const double fitted = window.survey().display_settings.gradient_max_range;
+    EXPECT_NE(fitted, 10.0);
+    click("VScroll_TG_1_widen");
+    EXPECT_DOUBLE_EQ(window.survey().display_settings.gradient_max_range, fitted * 1.25);
+    EXPECT_TRUE(eventually([&] { return settings.values.contains("GradientMaxRange"); }));
+    EXPECT_EQ(read_display_settings(settings).gradient_max_range, fitted * 1.25);
+}
+
+TEST_F(LoadedWindowTest, ExportsEqualTheCores)
+{
+    op.chosen_file = folder.path("out.csv");
+    control<QAction>("menu_export_samples").trigger();
+    EXPECT_EQ(folder.read("out.csv"), samples_text(window.survey()));
+    op.chosen_file = folder.path("track.png");
+    control<QAction>("menu_export_track").trigger();
+    const QImage png(QString::fromStdString(folder.path("track.png")));
+    EXPECT_EQ(png.size(), QSize(image().picture.width(), image().picture.height()));
+    op.chosen_file = folder.path("no/such/folder.csv");
+    control<QAction>("menu_export_lines").trigger();
+    ASSERT_EQ(op.messages.size(), 1U);
+    EXPECT_TRUE(op.messages[0].starts_with("An error occurred while writing the survey lines: "));
+}
+
+TEST_F(LoadedWindowTest, LayoutIsKeptFromOneStartToTheNext)
+{
+    control<QAction>("menu_show_DisplayDials").setChecked(false);
+    control<QSplitter>("Splitter_columns").setSizes({700, 560});
+    const QList<int> sizes = control<QSplitter>("Splitter_columns").sizes();
+    window.close();
+
+    MainWindow next(settings, &op);
+    next.show();
+    QApplication::processEvents();
+    EXPECT_EQ(next.size(), window.size());
+    EXPECT_EQ(next.findChild<QSplitter*>(QStringLiteral("Splitter_columns"))->sizes(), sizes);
+    EXPECT_FALSE(next.findChild<QWidget*>(QStringLiteral("Frame_dials"))->isVisible());
+    EXPECT_TRUE(next.findChild<QWidget*>(QStringLiteral("Frame_profiles"))->isVisible());
+}
+
+TEST_F(LoadedWindowTest, EveryControlHasATooltipAndFits)
+{
+    window.resize(1280, 720);
+    QApplication::processEvents();
+    EXPECT_LE(window.minimumSizeHint().width(), 1280);
+    EXPECT_LE(window.minimumSizeHint().height(), 720 - 40) << "a desktop has bars of its own";
+    for (const QAbstractButton* const button : window.findChildren<QAbstractButton*>()) {
+        if (button->isVisible() && button->text().size() > 0) {
+            EXPECT_FALSE(button->toolTip().isEmpty()) << button->objectName().toStdString();
+            EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text()))
+                << button->objectName().toStdString();
+        }
+    }
+}
+
+} // namespace tarvo
