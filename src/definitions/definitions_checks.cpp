@@ -123,6 +123,22 @@ void take_definitions_page(const DefinitionsPage& page, SurveyDefinitions& worki
     if (is_component_count(components)) working.components_per_sensor = components;
 }
 
+void take_sensor_page(const SensorPage& page, SurveyDefinitions& working, int sensor)
+{
+    SensorDefinition& taken = working.sensors.at(static_cast<std::size_t>(sensor));
+    for (std::size_t j = 1; j <= 3; ++j) {
+        taken.component_columns[j] = trimmed(page.Text_TMI_column_name[j]);
+        taken.flip_sign[j] = page.flip_sign[j] ? 1 : 0;
+        if (working.read_sensor_location == 1) taken.coordinate_columns[j] = trimmed(page.Text_TMI_xyz[j]);
+    }
+    if (working.read_sensor_location == 1) return;
+    constexpr int kElements[] = {0, SensorDefinition::kOffset, SensorDefinition::kLength, SensorDefinition::kRotation};
+    for (std::size_t box = 1; box <= 3; ++box) {
+        const std::optional<double> value = numeric_value(page.Text_TMI_xyz_position[box]);
+        if (value) taken.lever_arm[static_cast<std::size_t>(kElements[box])] = *value;
+    }
+}
+
 int check_definitions(const DefinitionsPage& page, SurveyDefinitions& working, Operator& op)
 {
     const auto refuse = [&op](const char* message) {
@@ -154,19 +170,9 @@ int check_sensor_definitions(const SensorPage& page, SurveyDefinitions& working,
         return -1;
     }
     SensorDefinition& checked = working.sensors.at(static_cast<std::size_t>(sensor));
-    for (std::size_t j = 1; j <= 3; ++j) {
-        checked.component_columns[j] = trimmed(page.Text_TMI_column_name[j]);
-        checked.flip_sign[j] = page.flip_sign[j] ? 1 : 0;
-    }
     checked.lever_arm = {};
-    if (working.read_sensor_location == 1) {
-        for (std::size_t j = 1; j <= 3; ++j) checked.coordinate_columns[j] = trimmed(page.Text_TMI_xyz[j]);
-        return 0;
-    }
-    checked.coordinate_columns = SensorDefinition().coordinate_columns;
-    checked.lever_arm[SensorDefinition::kOffset] = *numeric_value(page.Text_TMI_xyz_position[1]);
-    checked.lever_arm[SensorDefinition::kLength] = *numeric_value(page.Text_TMI_xyz_position[2]);
-    checked.lever_arm[SensorDefinition::kRotation] = *numeric_value(page.Text_TMI_xyz_position[3]);
+    if (working.read_sensor_location == 0) checked.coordinate_columns = SensorDefinition().coordinate_columns;
+    take_sensor_page(page, working, sensor);
     return 0;
 }
 

@@ -25,14 +25,17 @@ struct SensorPage {
     std::array<bool, 4> flip_sign = {};               // 1..3
     std::array<std::string, 4> Text_TMI_xyz;          // 1..3: coordinate columns
     std::array<std::string, 4> Text_TMI_xyz_position; // 1..3: offset mm, arm length mm, rotation degrees
+
+    bool operator==(const SensorPage&) const = default;
 };
 
 DefinitionsPage display_definitions(const SurveyDefinitions& definitions);
 SensorPage display_sensor_definitions(const SurveyDefinitions& definitions, int sensor);
 
-// Copies what is valid on the general page into the working definitions, silently, while the operator is still at it.
+// Copy what is valid on a page into the working definitions, silently, while the operator is still at it.
 // Sensors beyond a smaller number stay in the array until check_definitions accepts that number.
 void take_definitions_page(const DefinitionsPage& page, SurveyDefinitions& working);
+void take_sensor_page(const SensorPage& page, SurveyDefinitions& working, int sensor);
 
 // Judge a page and, when it is accepted (0), copy it into the working definitions; -1 leaves them as they were. Every
 // refusal and every warning is shown to the operator. Sensors added by a larger number start empty, the others stay.

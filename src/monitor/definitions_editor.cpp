@@ -30,6 +30,13 @@ bool are_same(const SurveyDefinitions& one, const SurveyDefinitions& other)
     return without_positions(one) == without_positions(other);
 }
 
+// What the operator typed on the main window goes before what the file says or a guess.
+int header_line_in_force(const SurveyState& survey, int otherwise)
+{
+    if (!survey.header_line_text) return otherwise;
+    return header_line_number_of(*survey.header_line_text).value_or(otherwise);
+}
+
 // The first sensor whose page is refused; 0: none.
 int check_all_sensors(SurveyDefinitions& working, Operator& op)
 {
@@ -66,9 +73,10 @@ DefinitionsEditor open_definitions_editor(const SurveyState& survey, Operator& o
     if (is_there(editor.file_name) &&
         read_definitions(editor.file_name, editor.working, editor.header_line_number, op).status == 0) {
         editor.origin = DefinitionsEditor::Origin::file;
+        editor.header_line_number = header_line_in_force(survey, editor.header_line_number);
         return editor;
     }
-    editor.header_line_number = guess_header_line_number(editor.first_lines);
+    editor.header_line_number = header_line_in_force(survey, guess_header_line_number(editor.first_lines));
     editor.working = SurveyDefinitions();
     guess_from_header(editor);
     return editor;
@@ -87,7 +95,9 @@ void guess_from_header(DefinitionsEditor& editor)
 
 DataPreview preview_of(const DefinitionsEditor& editor)
 {
-    return preview_data(editor.first_lines, editor.working, editor.header_line_number);
+    SurveyDefinitions shown = editor.working;
+    set_default_field_names(shown); // gives what was read from a file its colours
+    return preview_data(editor.first_lines, std::move(shown), editor.header_line_number);
 }
 
 DefinitionsAcceptance accept_definitions(DefinitionsEditor& editor, const DefinitionsPage& page, SurveyState& survey,
@@ -99,16 +109,25 @@ DefinitionsAcceptance accept_definitions(DefinitionsEditor& editor, const Defini
     if (acceptance.refused_sensor > 0) return acceptance;
 
     const std::string file_name = definitions_file_of(survey);
-    if (!file_name.empty() && write_definitions(file_name, editor.working, editor.header_line_number, op) < 0) {
-        return acceptance;
-    }
     acceptance.changed =
         editor.header_line_number != survey.header_line_number || !are_same(editor.working, survey.survey_definitions);
+    const bool to_be_written = !file_name.empty() && (acceptance.changed || !is_there(file_name));
+    if (to_be_written && write_definitions(file_name, editor.working, editor.header_line_number, op) < 0) {
+        acceptance.changed = false;
+        return acceptance;
+    }
     survey.survey_definitions = editor.working;
     survey.header_line_number = editor.header_line_number;
     if (survey.header_line_text) survey.header_line_text = std::to_string(editor.header_line_number);
+    editor.origin = DefinitionsEditor::Origin::current;
+    if (!file_name.empty()) editor.file_name = file_name;
     acceptance.status = 0;
     return acceptance;
+}
+
+bool ask_to_load(const SurveyState& survey, Operator& op)
+{
+    return is_there(survey.data_file_name) && op.ask_yes_no("Load the data file with these definitions now?");
 }
 
 } // namespace tarvo

@@ -41,9 +41,12 @@ struct DefinitionsAcceptance {
     bool changed = false;   // what is in force differs from before: loaded data are out of date
 };
 
-// Checks the general page and then every sensor, makes the copy current and writes it to the data file's definitions
-// file, where a run will read it.
+// Checks the general page and then every sensor, makes the copy current and writes what has changed to the data file's
+// definitions file, where a run will read it.
 DefinitionsAcceptance accept_definitions(DefinitionsEditor& editor, const DefinitionsPage& page, SurveyState& survey,
                                          Operator& op);
+
+// Offers to load the data file anew once definitions have changed. True for Yes.
+bool ask_to_load(const SurveyState& survey, Operator& op);
 
 } // namespace tarvo

@@ -155,4 +155,14 @@ ProcessingChanges done_processing_parameters(const ProcessingPage& page, Process
     return changes;
 }
 
+bool carry_out_changes(const ProcessingChanges& changes, SurveyState& survey, Operator& op)
+{
+    if (changes.reload && !survey.data_file_name.empty()) return true;
+    if (changes.gradients) {
+        SampleProcessing& run = survey.processing;
+        recalculate_gradient_values(run.store, run.lines, survey.parameters, survey.filters, op);
+    }
+    return false;
+}
+
 } // namespace tarvo

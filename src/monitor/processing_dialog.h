@@ -2,6 +2,7 @@
 
 #include "definitions/operator.h"
 #include "display/display_settings.h"
+#include "intake/survey_state.h"
 #include "processing/processing_parameters.h"
 
 #include <string>
@@ -50,5 +51,8 @@ struct ProcessingChanges {
 // it would show for the current value counts as unchanged, so that one decimal does not round 0.25 to 0.2.
 ProcessingChanges done_processing_parameters(const ProcessingPage& page, ProcessingParameters& parameters,
                                              DisplaySettings& settings, Operator& op);
+
+// Recalculates the gradients where a change asks for it. True: the data file is to be loaded anew instead.
+bool carry_out_changes(const ProcessingChanges& changes, SurveyState& survey, Operator& op);
 
 } // namespace tarvo
