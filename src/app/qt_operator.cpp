@@ -59,6 +59,7 @@ std::optional<std::string> QtOperator::choose_file_to_create(const FileQuestion&
 {
     QFileDialog chooser(window_in_front(window_), to_qt(question.title), {}, chooser_filter(question.filter));
     chooser.setAcceptMode(QFileDialog::AcceptSave);
+    chooser.setOption(QFileDialog::DontConfirmOverwrite, question.caller_asks_before_overwriting);
     chooser.setDefaultSuffix(to_qt(question.default_extension));
     chooser.selectFile(to_qt(question.initial_name));
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) return std::nullopt;
