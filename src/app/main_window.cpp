@@ -33,6 +33,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
 
     make_panels();
     make_file_menu();
+    make_survey_menu();
     make_run_menu();
     make_view_menu();
     make_help_menu();
@@ -59,12 +60,12 @@ void MainWindow::read_file(const std::string& file_name, const std::optional<std
 {
     hints_->clear_hints();
     const SurveyOpening opening = open_survey(survey(), file_name, header_line, op_);
-    if (opening == SurveyOpening::without_definitions) op_.show_message("No definition file was found");
     if (survey().data_file_name == file_name) note_recent_file(to_qt(file_name));
     clear_monitor_form();
     show_counters({});
     show_survey();
     if (opening == SurveyOpening::opened) show_column_hint();
+    if (opening == SurveyOpening::without_definitions) edit_definitions();
 }
 
 void MainWindow::reread_header()

@@ -77,6 +77,7 @@ private:
 
     void make_panels();
     void make_file_menu();
+    void make_survey_menu();
     void make_run_menu();
     void make_view_menu();
     void make_help_menu();
@@ -91,6 +92,8 @@ private:
     void note_recent_file(const QString& file_name);
     void fill_recent_files();
     void reread_header();
+    void edit_definitions();
+    void edit_processing_parameters();
     void take_warning(WarningAbout about, const std::string& text);
     void show_column_hint();
     void average_every_line();
