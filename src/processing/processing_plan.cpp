@@ -36,8 +36,10 @@ void plan_field_slots(ProcessingPlan& plan, const SurveyDefinitions& definitions
     for (int slot = 1; slot <= number_of_field_slots; ++slot) {
         const std::int32_t column = locations.column[static_cast<std::size_t>(slot)];
         if (column < 0) continue;
-        plan.channels.push_back(
-            {static_cast<std::size_t>(column), static_cast<std::size_t>(slot), slot_multiplier(slot, definitions)});
+        const auto channel = static_cast<std::size_t>(slot);
+        plan.channels.push_back({static_cast<std::size_t>(column), channel});
+        const double multiplier = slot_multiplier(slot, definitions);
+        if (multiplier != 1.0) plan.scaled_channels.push_back({channel, multiplier});
     }
     plan.has_time = locations.has(kTime);
     plan.line_numbers_from_data = locations.has(kLine);
@@ -49,7 +51,8 @@ void plan_sensor_channel(ProcessingPlan& plan, const FieldLocations& locations, 
 {
     if (channel < 0) return;
     const auto at = static_cast<std::size_t>(channel);
-    plan.sensor_channels.push_back({static_cast<std::size_t>(locations.sensor_column[at]), at, multiplier});
+    plan.sensor_channels.push_back({static_cast<std::size_t>(locations.sensor_column[at]), at});
+    if (multiplier != 1.0) plan.scaled_sensor_channels.push_back({at, multiplier});
 }
 
 void plan_sensor(ProcessingPlan& plan, const SurveyDefinitions& definitions, const FieldLocations& locations,

@@ -10,11 +10,6 @@ namespace tarvo {
 
 namespace {
 
-double value_of_field(SampleRecord record, std::size_t field)
-{
-    return field < record.size() ? record[field] : kNull;
-}
-
 // kNull for a result beyond the range of a 64-bit float.
 double finite_or_null(double value)
 {
@@ -31,6 +26,18 @@ bool convert_time(const ProcessingPlan& plan, std::int64_t lines_read, CurrentSa
     const std::optional<std::int64_t> time = to_fixed_time(seconds);
     if (time) sample.SampleTime = *time;
     return time.has_value();
+}
+
+void scale_values(const ProcessingPlan& plan, CurrentSample& sample)
+{
+    for (const ProcessingPlan::Scaling& scaling : plan.scaled_channels) {
+        double& value = sample.ChannelValues[scaling.channel];
+        if (is_valid_channel(value)) value = finite_or_null(value * scaling.multiplier);
+    }
+    for (const ProcessingPlan::Scaling& scaling : plan.scaled_sensor_channels) {
+        double& value = sample.SensorValues[scaling.channel];
+        if (is_valid_sensor(value)) value = finite_or_null(value * scaling.multiplier);
+    }
 }
 
 void derive_dem(const ProcessingPlan& plan, ChannelArray& values)
@@ -263,16 +270,13 @@ int convert_record_fields(SampleRecord record, SampleProcessing& run)
     const ProcessingPlan& plan = run.plan;
     CurrentSample& sample = run.sample;
     for (const ProcessingPlan::Column& column : plan.channels) {
-        const double value = value_of_field(record, column.field);
-        sample.ChannelValues[column.channel] =
-            is_valid_channel(value) ? finite_or_null(value * column.multiplier) : value;
+        sample.ChannelValues[column.channel] = record[column.field];
     }
     if (!convert_time(plan, run.lines_read, sample)) return -1;
     for (const ProcessingPlan::Column& column : plan.sensor_channels) {
-        const double value = value_of_field(record, column.field);
-        sample.SensorValues[column.channel] =
-            is_valid_sensor(value) ? finite_or_null(value * column.multiplier) : value;
+        sample.SensorValues[column.channel] = record[column.field];
     }
+    scale_values(plan, sample);
     derive_dem(plan, sample.ChannelValues);
     if (plan.line_numbers_from_data) sample.LineNumberFromData = sample.ChannelValues[kLine];
     ++run.lines_processed;

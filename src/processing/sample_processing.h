@@ -48,7 +48,10 @@ struct ProcessingPlan {
     struct Column {
         std::size_t field;   // header column, from 0
         std::size_t channel; // field slot or sensor channel
-        double multiplier;   // sign and factor of valid values
+    };
+    struct Scaling {
+        std::size_t channel;
+        double multiplier; // sign and factor of valid values
     };
     struct Sensor {
         std::array<std::int32_t, 4> component_channels = {}; // rows 1 to 3: sensor channel, -1: absent
@@ -58,6 +61,8 @@ struct ProcessingPlan {
 
     std::vector<Column> channels; // field slots
     std::vector<Column> sensor_channels;
+    std::vector<Scaling> scaled_channels;
+    std::vector<Scaling> scaled_sensor_channels;
     std::vector<Sensor> sensors;     // from 1
     std::vector<bool> wanted_fields; // by header column
     int components_per_sensor = 1;

@@ -34,18 +34,19 @@ inline const char* read_short_number(const char* text, double& value)
     std::uint64_t others = bytes_beyond_digits(digits);
     std::uint64_t mantissa = 0;
     std::size_t digit_count = 0;
-    if (others == 0) {
+    if (others != 0) {
+        digit_count = first_byte_of(others);
+        if (digit_count == 0) return nullptr;
+        mantissa = number_of_digits(digits, digit_count);
+    } else { // eight digits and perhaps more
         mantissa = number_of_digits(digits, 8);
-        digit_count = 8;
         digits = as_digits(load_eight(text + 8));
         others = bytes_beyond_digits(digits);
         if (others == 0) return nullptr;
+        const std::size_t more = first_byte_of(others);
+        if (more > 0) mantissa = mantissa * kWholePowersOfTen[more] + number_of_digits(digits, more);
+        digit_count = 8 + more;
     }
-    if (const std::size_t count = first_byte_of(others); count > 0) {
-        mantissa = mantissa * kWholePowersOfTen[count] + number_of_digits(digits, count);
-        digit_count += count;
-    }
-    if (digit_count == 0) return nullptr;
     text += digit_count;
 
     std::size_t decimals = 0;

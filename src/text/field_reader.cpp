@@ -60,7 +60,14 @@ FieldReader::FieldReader(std::vector<bool> wanted) : wanted_(wanted.begin(), wan
 
 std::span<const double> FieldReader::read(std::string_view line)
 {
-    const std::string_view text = trimmed(line);
+    const std::size_t fields = read_fields(trimmed(line));
+    if (fields == 0) return {};
+    std::fill(values_.begin() + static_cast<std::ptrdiff_t>(fields), values_.end(), kNull);
+    return values_;
+}
+
+std::size_t FieldReader::read_fields(std::string_view text)
+{
     const char* at = text.data();
     const char* end = at + text.size();
     std::array<char, kShortNumberReach + kShortNumberReach> tail; // room to look behind the end of the line
@@ -76,30 +83,35 @@ std::span<const double> FieldReader::read(std::string_view line)
             end = at + left;
             in_tail = true;
         }
-        if (*at == '"') return read_quoted(line);
         double& value = values_[field];
-        const char* behind = nullptr;
-        if (wanted_[field] != 0) behind = read_short_number(at, value);
+        const bool wanted = wanted_[field] != 0;
+        const char* behind = wanted ? read_short_number(at, value) : nullptr;
+        if (behind != nullptr && *behind == ',' && behind[1] > ' ') { // the usual field, and one follows it
+            at = behind + 1;
+            ++field;
+            continue;
+        }
         if (behind == nullptr || (behind != end && !is_separator(*behind))) {
+            if (*at == '"') return read_quoted(text);
             behind = end_of_field(at, end);
-            if (wanted_[field] != 0) value = value_of_field(at, behind);
+            if (wanted) value = value_of_field(at, behind);
         }
         ++field;
         at = behind;
         if (at != end) at = behind_separator(at, end);
     }
-    return {values_.data(), field};
+    return field;
 }
 
-std::span<const double> FieldReader::read_quoted(std::string_view line)
+std::size_t FieldReader::read_quoted(std::string_view text)
 {
-    const std::string normalised = normalise_line(line);
-    std::string_view text = normalised;
+    const std::string normalised = normalise_line(text);
+    std::string_view rest = normalised;
     std::size_t field = 0;
-    while (!text.empty() && field < values_.size()) {
-        values_[field++] = numeric_value(next_token(text)).value_or(kNull);
+    while (!rest.empty() && field < values_.size()) {
+        values_[field++] = numeric_value(next_token(rest)).value_or(kNull);
     }
-    return {values_.data(), field};
+    return field;
 }
 
 } // namespace tarvo

@@ -14,12 +14,14 @@ public:
     // wanted: by column, which fields are read. The others are passed over, and so is what follows the last wanted one.
     explicit FieldReader(std::vector<bool> wanted = {});
 
-    // The values of the line's fields by column, kNull for one that is not numeric. Shorter than the wanted columns
-    // where the line ends before; what it holds for unwanted columns means nothing. It holds until the next call.
+    // The values of the line's fields by column, up to the last wanted one: kNull for a field that is not numeric and
+    // for one that the line does not have. What stands at unwanted columns means nothing. Nothing for an empty line.
+    // Holds until the next call.
     std::span<const double> read(std::string_view line);
 
 private:
-    std::span<const double> read_quoted(std::string_view line);
+    std::size_t read_fields(std::string_view text);
+    std::size_t read_quoted(std::string_view text);
 
     std::vector<unsigned char> wanted_;
     std::vector<double> values_;

@@ -80,11 +80,11 @@ TEST(FieldReader, ReadsTheNumbersOfTheTokensOfThePlainRule)
         for (std::uint32_t at = 0; at < length; ++at) line += alphabet[random() % alphabet.size()];
         const std::vector<std::string> tokens = tokens_of(line);
         const auto values = reader.read(line);
-        ASSERT_EQ(values.size(), std::min(tokens.size(), wanted.size())) << '"' << line << '"';
+        ASSERT_EQ(values.size(), tokens.empty() ? 0U : wanted.size()) << '"' << line << '"';
         ASSERT_EQ(count_fields(line), tokens.size());
         for (std::size_t field = 0; field < values.size(); ++field) {
             if (!wanted[field]) continue;
-            const double expected = numeric_value(tokens[field]).value_or(kNull);
+            const double expected = field < tokens.size() ? numeric_value(tokens[field]).value_or(kNull) : kNull;
             ASSERT_EQ(std::memcmp(&values[field], &expected, sizeof expected), 0) << line << " field " << field;
         }
     }
