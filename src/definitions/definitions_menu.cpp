@@ -15,7 +15,8 @@ constexpr const char* kFilter = "Data Field Definitions Files (*.def)|*.def|All 
 
 std::optional<std::string> menu_file_read(SurveyDefinitions& working, int& header_line_number, Operator& op)
 {
-    const auto file_name = op.choose_file_to_open({"Select the Data Field Definitions file to read", kFilter, "", ""});
+    std::optional<std::string> file_name =
+        op.choose_file_to_open({"Select the Data Field Definitions file to read", kFilter, "", ""});
     if (!file_name) return std::nullopt;
     SurveyDefinitions definitions = working; // templates that the file does not name stay
     int header_line = header_line_number;
@@ -27,7 +28,7 @@ std::optional<std::string> menu_file_read(SurveyDefinitions& working, int& heade
 
 std::optional<std::string> menu_file_save(SurveyDefinitions& working, int header_line_number, Operator& op)
 {
-    const auto file_name =
+    std::optional<std::string> file_name =
         op.choose_file_to_create({"Select the Data Field Definitions file to create", kFilter, "*.def", "def", true});
     if (!file_name) return std::nullopt;
     std::error_code ignored;
