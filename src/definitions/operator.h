@@ -24,7 +24,7 @@ enum class WarningAbout {
 class Operator {
 public:
     virtual ~Operator() = default;
-    virtual void show_message(const std::string& text) = 0;                                     // OK button
+    virtual void show_message(const std::string& text) = 0; // OK button
     // For a program that has a place for warnings which waits for no answer.
     virtual void show_warning(WarningAbout, const std::string& text) { show_message(text); }
     virtual bool ask_yes_no(const std::string& question) = 0;                                   // true: Yes
