@@ -55,14 +55,19 @@ inline std::uint64_t bytes_beyond_digits(std::uint64_t digits)
     return (digits | (digits + 0x76 * kEveryByte)) & kHighBits;
 }
 
-// The number that the first `count` (1 to 8) of eight digits write, in three multiplications: pairs, fours, all.
-inline std::uint64_t number_of_digits(std::uint64_t digits, std::size_t count)
+// The number that eight digits write, in three multiplications: pairs, fours, all.
+inline std::uint64_t number_of_eight_digits(std::uint64_t digits)
 {
-    digits <<= 64 - 8 * count; // leading zeros
     digits = digits * 10 + (digits >> 8);
     const std::uint64_t low = (digits & 0x000000FF000000FF) * (100 + (std::uint64_t{1000000} << 32));
     const std::uint64_t high = ((digits >> 16) & 0x000000FF000000FF) * (1 + (std::uint64_t{10000} << 32));
     return (low + high) >> 32;
+}
+
+// The number that the first `count` (1 to 7) of eight digits write.
+inline std::uint64_t number_of_digits(std::uint64_t digits, std::size_t count)
+{
+    return number_of_eight_digits(digits << (64 - 8 * count)); // zeros in front
 }
 
 } // namespace tarvo

@@ -22,10 +22,21 @@ inline constexpr std::array<std::uint32_t, 8> kWholePowersOfTen = {1, 10, 100, 1
 // How many characters from the first one on the reader below may look at.
 inline constexpr std::ptrdiff_t kShortNumberReach = 32;
 
+// A number as the quotient of two exact ones. The division takes as long as all the rest of reading: put off, it can be
+// done for many numbers together. The sign is the divisor's, so that "-0" stays what it is.
+struct UndividedNumber {
+    double mantissa = 0;
+    double divisor = 1;
+};
+
+// By sign ("-": 1) and decimals.
+inline constexpr double kSignedPowersOfTen[2][8] = {{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7},
+                                                    {-1e0, -1e1, -1e2, -1e3, -1e4, -1e5, -1e6, -1e7}};
+
 // Reads the number that begins at `text`: an optional "-", 1 to 15 digits with at most 7 of them behind a ".". Digits
 // are taken eight at a time, so kShortNumberReach characters must be there to be looked at, whatever they are. Returns
 // the first character behind the number; nullptr when it begins with none or with a longer one.
-inline const char* read_short_number(const char* text, double& value)
+inline const char* read_short_number(const char* text, UndividedNumber& number)
 {
     constexpr std::size_t kMostDigits = 15; // any such number is below 2^53
     const bool negative = *text == '-';
@@ -39,7 +50,7 @@ inline const char* read_short_number(const char* text, double& value)
         if (digit_count == 0) return nullptr;
         mantissa = number_of_digits(digits, digit_count);
     } else { // eight digits and perhaps more
-        mantissa = number_of_digits(digits, 8);
+        mantissa = number_of_eight_digits(digits);
         digits = as_digits(load_eight(text + 8));
         others = bytes_beyond_digits(digits);
         if (others == 0) return nullptr;
@@ -59,8 +70,8 @@ inline const char* read_short_number(const char* text, double& value)
         mantissa = mantissa * kWholePowersOfTen[decimals] + number_of_digits(digits, decimals);
         text += 1 + decimals;
     }
-    const double magnitude = static_cast<double>(static_cast<std::int64_t>(mantissa)) / kExactPowersOfTen[decimals];
-    value = negative ? -magnitude : magnitude;
+    number.mantissa = static_cast<double>(static_cast<std::int64_t>(mantissa));
+    number.divisor = kSignedPowersOfTen[negative ? 1 : 0][decimals];
     return text;
 }
 

@@ -56,12 +56,14 @@ FieldReader::FieldReader(std::vector<bool> wanted) : wanted_(wanted.begin(), wan
     while (!wanted_.empty() && wanted_.back() == 0) wanted_.pop_back();
     if (wanted_.empty()) wanted_.push_back(0); // whether a line holds a field at all is always told
     values_.assign(wanted_.size(), kNull);
+    divisors_.assign(wanted_.size(), 1.0);
 }
 
 std::span<const double> FieldReader::read(std::string_view line)
 {
     const std::size_t fields = read_fields(trimmed(line));
     if (fields == 0) return {};
+    for (std::size_t field = 0; field < fields; ++field) values_[field] /= divisors_[field];
     std::fill(values_.begin() + static_cast<std::ptrdiff_t>(fields), values_.end(), kNull);
     return values_;
 }
@@ -73,8 +75,12 @@ std::size_t FieldReader::read_fields(std::string_view text)
     std::array<char, kShortNumberReach + kShortNumberReach> tail; // room to look behind the end of the line
     bool in_tail = false;
 
+    const unsigned char* const wanted_fields = wanted_.data();
+    double* const values = values_.data();
+    double* const divisors = divisors_.data();
+    const std::size_t count = values_.size();
     std::size_t field = 0;
-    while (at != end && field < values_.size()) {
+    while (at != end && field < count) {
         if (end - at < kShortNumberReach && !in_tail) {
             const auto left = static_cast<std::size_t>(end - at);
             tail.fill('\0');
@@ -83,9 +89,11 @@ std::size_t FieldReader::read_fields(std::string_view text)
             end = at + left;
             in_tail = true;
         }
-        double& value = values_[field];
-        const bool wanted = wanted_[field] != 0;
-        const char* behind = wanted ? read_short_number(at, value) : nullptr;
+        const bool wanted = wanted_fields[field] != 0;
+        UndividedNumber number;
+        const char* behind = wanted ? read_short_number(at, number) : nullptr;
+        values[field] = number.mantissa;
+        divisors[field] = number.divisor;
         if (behind != nullptr && *behind == ',' && behind[1] > ' ') { // the usual field, and one follows it
             at = behind + 1;
             ++field;
@@ -94,7 +102,8 @@ std::size_t FieldReader::read_fields(std::string_view text)
         if (behind == nullptr || (behind != end && !is_separator(*behind))) {
             if (*at == '"') return read_quoted(text);
             behind = end_of_field(at, end);
-            if (wanted) value = value_of_field(at, behind);
+            divisors[field] = 1.0;
+            if (wanted) values[field] = value_of_field(at, behind);
         }
         ++field;
         at = behind;
@@ -108,6 +117,7 @@ std::size_t FieldReader::read_quoted(std::string_view text)
     const std::string normalised = normalise_line(text);
     std::string_view rest = normalised;
     std::size_t field = 0;
+    std::fill(divisors_.begin(), divisors_.end(), 1.0);
     while (!rest.empty() && field < values_.size()) {
         values_[field++] = numeric_value(next_token(rest)).value_or(kNull);
     }

@@ -25,6 +25,7 @@ private:
 
     std::vector<unsigned char> wanted_;
     std::vector<double> values_;
+    std::vector<double> divisors_; // what the values are still to be divided by
 };
 
 } // namespace tarvo
