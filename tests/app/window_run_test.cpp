@@ -240,7 +240,13 @@ TEST_F(WindowTest, RefusalsAreShownAndLeaveTheWindowIdle)
     const Case cases[] = {
         {"no file", [&] { click(kLoad); }, "The MAG data file has not been specified"},
         {"gone file", [&] { window.open_file(folder.path("gone.csv")); }, "The MAG data file could not be located"},
-        {"no definitions", [&] { window.open_file(bare); }, "No definition file was found"},
+        {"no definitions",
+         [&] {
+             QTimer::singleShot(0, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject(); });
+             window.open_file(bare); // which offers to define the columns
+             click(kLoad);
+         },
+         "No definition file was found"},
         {"header line abc",
          [&] {
              window.open_file(file);
