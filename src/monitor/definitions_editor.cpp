@@ -2,6 +2,7 @@
 
 #include "definitions/definitions_file.h"
 #include "intake/definitions_guess.h"
+#include "text/numbers.h"
 
 #include <filesystem>
 
@@ -15,19 +16,20 @@ bool is_there(const std::string& file_name)
     return !file_name.empty() && std::filesystem::exists(file_name, ignored);
 }
 
-// What the definitions file holds, without the positions that a header gives them.
+// As the definitions file holds them: without the positions that a header gives, component names in upper case.
 bool are_same(const SurveyDefinitions& one, const SurveyDefinitions& other)
 {
-    const auto without_positions = [](SurveyDefinitions definitions) {
+    const auto as_stored = [](SurveyDefinitions definitions) {
         for (FieldSlot& field : definitions.fields) field.field_index = 0;
         for (SensorDefinition& sensor : definitions.sensors) {
             sensor.column_slots = SensorDefinition().column_slots;
             sensor.location_slots = SensorDefinition().location_slots;
+            for (std::string& name : sensor.component_columns) name = upper_case(name);
         }
         set_default_field_names(definitions); // colours
         return definitions;
     };
-    return without_positions(one) == without_positions(other);
+    return as_stored(one) == as_stored(other);
 }
 
 // What the operator typed on the main window goes before what the file says or a guess.

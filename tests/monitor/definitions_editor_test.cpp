@@ -96,6 +96,7 @@ TEST(DefinitionsEditor, WithoutChangesLoadedDataStayValid)
     session.accept();
     session.survey.survey_definitions.fields[kTime].field_index = 1; // as a run leaves it
     session.survey.survey_definitions.sensors[1].column_slots[3] = 1;
+    session.editor = open_definitions_editor(session.survey, session.op); // component names come back in upper case
     EXPECT_FALSE(session.accept().changed);
     session.editor.working.sensors[2].flip_sign[1] = 1;
     EXPECT_TRUE(session.accept().changed);
