@@ -21,7 +21,7 @@
 namespace tarvo {
 
 MainWindow::MainWindow(SettingsStore& settings, Operator* op)
-    : settings_(settings), boxes_(this), op_(op != nullptr ? *op : boxes_), monitor_(op_, *this),
+    : settings_(settings), boxes_(this), op_(op != nullptr ? *op : boxes_), monitor_(op_, *this, *this),
       view_(monitor_.survey, op_)
 {
     setObjectName(QStringLiteral("Form_Tarvo"));
@@ -30,6 +30,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     boxes_.take_warning = [this](WarningAbout about, const std::string& text) { take_warning(about, text); };
     read_processing_parameters(survey().parameters, settings_);
     survey().display_settings = read_display_settings(settings_);
+    read_pick_settings(monitor_.pick_work.settings, settings_);
 
     make_panels();
     make_file_menu();
@@ -59,7 +60,7 @@ void MainWindow::open_file(const std::string& file_name, const std::optional<std
 void MainWindow::read_file(const std::string& file_name, const std::optional<std::string>& header_line)
 {
     hints_->clear_hints();
-    const SurveyOpening opening = open_survey(survey(), file_name, header_line, op_);
+    const SurveyOpening opening = open_survey(survey(), monitor_.pick_work, file_name, header_line, op_);
     if (survey().data_file_name == file_name) note_recent_file(to_qt(file_name));
     clear_monitor_form();
     show_counters({});

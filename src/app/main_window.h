@@ -30,7 +30,7 @@ class RunBar;
 class TrackPanel;
 
 // Form_Tarvo: shows the survey that its monitor holds, and hands the operator's wishes to the core.
-class MainWindow : public QMainWindow, private RunDisplay {
+class MainWindow : public QMainWindow, private RunDisplay, private PickDisplay {
     Q_OBJECT
 
 public:
@@ -74,6 +74,15 @@ private:
     void process_events(const RunCounters& counters) override;
     void wait(int milliseconds) override;
     void show_finished_run() override;
+
+    void show_pick_controls(const PickControls& controls) override;
+    void redraw_picks() override;
+    void show_sample(std::int32_t sample_index) override;
+    void open_new_pick_dialog() override;
+    void show_new_pick_marker(const PickLocation& location) override;
+    void clear_new_pick_marker() override;
+    void display_pick_list() override;
+    void display_pick_item(std::int32_t pick) override;
 
     void make_panels();
     void make_file_menu();

@@ -114,6 +114,27 @@ std::int32_t SurveyView::middle_record() const
     return survey_.track_image.current_record;
 }
 
+void SurveyView::show_new_pick_marker(const GridPlace& place)
+{
+    display_new_pick_location(survey_.track_image, place, kMagenta, 1);
+    emit track_changed();
+}
+
+void SurveyView::clear_new_pick_marker()
+{
+    display_new_pick_location(survey_.track_image, {}, kMagenta, -1);
+    emit track_changed();
+}
+
+void SurveyView::redraw_picks()
+{
+    if (!survey_.track_image.followed.is_shown) {
+        update_image_display(survey_.track_image, scene(), Redraw::as_needed, op_);
+    }
+    emit track_changed();
+    emit values_changed();
+}
+
 void SurveyView::refresh()
 {
     TrackImage& image = survey_.track_image;

@@ -46,6 +46,13 @@ public:
     bool is_running() const { return running_; }
     std::int32_t middle_record() const; // of bars and graphs; 0: none
 
+    // The ring that offers the place of a new pick.
+    void show_new_pick_marker(const GridPlace& place);
+    void clear_new_pick_marker();
+
+    // The picks, in all panels.
+    void redraw_picks();
+
     // Redraws everything after the survey, its settings or its values have changed.
     void refresh();
     // The picture as it stands now, while a run goes on.

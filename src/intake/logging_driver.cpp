@@ -1,7 +1,6 @@
 #include "intake/logging_driver.h"
 
 #include "definitions/definitions_file.h"
-#include "picks/pick_placing.h"
 #include "picks/track_index.h"
 #include "text/tokens.h"
 
@@ -54,8 +53,8 @@ CurrentSample dial_readings(const SampleProcessing& run)
 
 } // namespace
 
-LoggingDriver::LoggingDriver(SurveyState& survey, Operator& op, RunDisplay& display)
-    : survey_(survey), op_(op), display_(display)
+LoggingDriver::LoggingDriver(SurveyState& survey, PickWorkflow& pick_work, Operator& op, RunDisplay& display)
+    : survey_(survey), pick_work_(pick_work), op_(op), display_(display)
 {
 }
 
@@ -185,6 +184,7 @@ void LoggingDriver::initialise_data_logging()
 {
     state_.clearing_form = true;
     survey_.track_index.DeleteQuadtree();
+    pick_work_.take_picks_off_track();
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
     survey_.filters = make_gradient_filters(survey_.parameters);
     clear_track_image(survey_.track_image, op_);
@@ -315,7 +315,7 @@ void LoggingDriver::terminate_data_logging()
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_);
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
     build_track_index(track_table(run.store), survey_.track_index);
-    locate_pick_list_on_track(survey_.picks, survey_.track_index, track_table(run.store), op_);
+    pick_work_.load_pick_list_on_form(indexed_track(survey_));
     show_whole_track(survey_.track_image, track_scene(survey_), op_);
     display_.show_finished_run();
 }

@@ -3,6 +3,7 @@
 #include "definitions/operator.h"
 #include "intake/run_display.h"
 #include "intake/survey_state.h"
+#include "picks/pick_workflow.h"
 #include "text/line_reader.h"
 
 #include <cstdint>
@@ -33,7 +34,7 @@ public:
         bool any_run_active() const { return file_run_active() || pipe_logging_active; }
     };
 
-    LoggingDriver(SurveyState& survey, Operator& op, RunDisplay& display);
+    LoggingDriver(SurveyState& survey, PickWorkflow& pick_work, Operator& op, RunDisplay& display);
 
     const State& state() const { return state_; }
     RunCounters counters() const;
@@ -83,6 +84,7 @@ private:
     void show_controls();
 
     SurveyState& survey_;
+    PickWorkflow& pick_work_;
     Operator& op_;
     RunDisplay& display_;
     State state_;

@@ -1,7 +1,6 @@
 #include "intake/open_survey.h"
 
 #include "definitions/definitions_file.h"
-#include "picks/pick_file.h"
 
 #include <filesystem>
 
@@ -28,17 +27,9 @@ void forget_survey(SurveyState& survey, Operator& op)
     clear_track_image(survey.track_image, op);
 }
 
-void read_picks_beside(SurveyState& survey, Operator& op)
-{
-    clear_picks(survey.picks);
-    survey.current_pick = -1;
-    survey.picks.pick_file_name = pick_file_name_for(survey.data_file_name);
-    if (is_there(survey.picks.pick_file_name)) read_pick_file(survey.picks.pick_file_name, survey.picks, op);
-}
-
 } // namespace
 
-SurveyOpening open_survey(SurveyState& survey, const std::string& data_file_name,
+SurveyOpening open_survey(SurveyState& survey, PickWorkflow& pick_work, const std::string& data_file_name,
                           const std::optional<std::string>& header_line, Operator& op)
 {
     if (!is_there(data_file_name)) {
@@ -48,7 +39,7 @@ SurveyOpening open_survey(SurveyState& survey, const std::string& data_file_name
     forget_survey(survey, op);
     survey.data_file_name = data_file_name;
     survey.header_line_text = header_line;
-    read_picks_beside(survey, op);
+    pick_work.open_picks_of(data_file_name, indexed_track(survey));
     const std::string definitions_file = definitions_file_name_for(data_file_name);
     if (!is_there(definitions_file)) return SurveyOpening::without_definitions;
     const int status =

@@ -1,5 +1,7 @@
 #include "intake/survey_state.h"
 
+#include <algorithm>
+
 namespace tarvo {
 
 TrackScene track_scene(const SurveyState& survey)
@@ -12,8 +14,15 @@ TrackScene track_scene(const SurveyState& survey)
     }
     scene.sample_rate = static_cast<float>(1.0 / survey.processing.plan.SampleInterval);
     scene.settings = survey.display_settings;
-    scene.picks = {survey.picks.pick_sample_index, survey.current_pick};
+    const std::vector<std::int32_t>& pick_records = survey.picks.pick_sample_index;
+    const auto picks_in_use = static_cast<std::size_t>(survey.picks.number_of_picks) + 1;
+    scene.picks = {std::span(pick_records).first(std::min(picks_in_use, pick_records.size())), survey.current_pick};
     return scene;
+}
+
+IndexedTrack indexed_track(const SurveyState& survey)
+{
+    return {track_table(survey.processing.store), survey.track_index};
 }
 
 } // namespace tarvo

@@ -5,6 +5,7 @@
 #include "display/track_image.h"
 #include "intake/header.h"
 #include "picks/pick_list.h"
+#include "picks/pick_workflow.h"
 #include "picks/quadtree.h"
 #include "processing/gradients.h"
 #include "processing/processing_parameters.h"
@@ -43,5 +44,8 @@ struct SurveyState {
 
 // What the track image draws from, as it stands now.
 TrackScene track_scene(const SurveyState& survey);
+
+// What picks are laid on and moved along, as it stands now.
+IndexedTrack indexed_track(const SurveyState& survey);
 
 } // namespace tarvo

@@ -4,17 +4,22 @@
 #include "intake/logging_driver.h"
 #include "intake/run_display.h"
 #include "intake/survey_state.h"
+#include "picks/pick_workflow.h"
 
 namespace tarvo {
 
 // The one owner of all program-wide state: the survey that is open and the procedures that work on it. Every program
 // holds one, with its own ports, which must outlive it.
 struct Monitor {
-    Monitor(Operator& op, RunDisplay& display) : driver(survey, op, display) {}
+    Monitor(Operator& op, RunDisplay& run_display, PickDisplay& pick_display)
+        : pick_work(survey.picks, survey.current_pick, op, pick_display), driver(survey, pick_work, op, run_display)
+    {
+    }
     Monitor(const Monitor&) = delete;
     Monitor& operator=(const Monitor&) = delete;
 
     SurveyState survey;
+    PickWorkflow pick_work;
     LoggingDriver driver;
 };
 

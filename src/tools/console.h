@@ -2,6 +2,7 @@
 
 #include "definitions/operator.h"
 #include "intake/run_display.h"
+#include "picks/pick_display.h"
 
 #include <chrono>
 #include <iosfwd>
@@ -37,6 +38,19 @@ private:
     Progress progress_;
     bool line_shown_ = false;
     std::chrono::steady_clock::time_point last_shown_;
+};
+
+// Nobody works on the picks.
+class ConsolePickDisplay : public PickDisplay {
+public:
+    void show_pick_controls(const PickControls&) override {}
+    void redraw_picks() override {}
+    void show_sample(std::int32_t) override {}
+    void open_new_pick_dialog() override {}
+    void show_new_pick_marker(const PickLocation&) override {}
+    void clear_new_pick_marker() override {}
+    void display_pick_list() override {}
+    void display_pick_item(std::int32_t) override {}
 };
 
 } // namespace tarvo

@@ -118,7 +118,8 @@ int process_survey(const ProcessOptions& options)
     ConsoleOperator op;
     const bool show_progress = !options.quiet && isatty(STDERR_FILENO) != 0;
     ConsoleRunDisplay display(show_progress ? ConsoleRunDisplay::Progress::shown : ConsoleRunDisplay::Progress::hidden);
-    Monitor monitor(op, display);
+    ConsolePickDisplay pick_display;
+    Monitor monitor(op, display, pick_display);
     SurveyState& survey = monitor.survey;
     survey.data_file_name = options.data_file;
     survey.definitions_file_name = options.definitions_file;

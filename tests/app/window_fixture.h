@@ -67,7 +67,8 @@ inline std::string samples_text(const SurveyState& survey)
 struct CoreLoad {
     ConsoleOperator op;
     ConsoleRunDisplay display{ConsoleRunDisplay::Progress::hidden};
-    Monitor monitor{op, display};
+    ConsolePickDisplay pick_display;
+    Monitor monitor{op, display, pick_display};
 
     explicit CoreLoad(const std::string& file)
     {

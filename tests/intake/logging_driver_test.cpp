@@ -3,6 +3,7 @@
 #include "definitions/definitions_file.h"
 
 #include "fake_operator.h"
+#include "fake_pick_display.h"
 #include "fake_run_display.h"
 #include "test_folder.h"
 
@@ -17,7 +18,9 @@ struct DriverTest : testing::Test {
     FakeOperator op;
     FakeRunDisplay display;
     SurveyState survey;
-    LoggingDriver driver{survey, op, display};
+    FakePickDisplay pick_display;
+    PickWorkflow pick_work{survey.picks, survey.current_pick, op, pick_display};
+    LoggingDriver driver{survey, pick_work, op, display};
 
     void SetUp() override { write_survey(100); }
 
@@ -65,6 +68,30 @@ TEST_F(DriverTest, ALoadStoresEverythingAndDrawsAtTheEnd)
     EXPECT_EQ(display.counters.back().lines_read, 0);
     EXPECT_EQ(display.counters.back().samples_stored, 0);
     EXPECT_FALSE(driver.state().any_run_active());
+}
+
+TEST_F(DriverTest, PicksLeaveTheTrackWithARunAndAreLaidOnItAtTheEnd)
+{
+    resize_track_image(survey.track_image, track_scene(survey), 200, 100, op);
+    press(StartButton::load_or_pause);
+    append_pick(survey.picks, {.name = "Anomaly 1", .sample_index = 4, .location = {0, 61.0, 0, 0}});
+    append_pick(survey.picks, {.name = "Far off 1", .location = {0, 1e6, 0, 0}});
+    std::int32_t during = 99;
+    display.at_line = [&](std::int64_t) {
+        during = survey.picks.pick_sample_index[1];
+        EXPECT_FALSE(pick_display.controls.moving_enabled);
+    };
+    pick_work.choose_pick(1);
+    press(StartButton::load_or_pause);
+    EXPECT_EQ(during, -1);
+    // The ring is in the picture that shows the whole track: the picks were laid before it was drawn.
+    ASSERT_EQ(survey.track_image.pick_labels.size(), 1U);
+    EXPECT_EQ(survey.picks.pick_sample_index[1], 31);
+    EXPECT_EQ(survey.picks.pick_sample_index[2], -1);
+    EXPECT_TRUE(pick_display.controls.moving_enabled);
+
+    remove_pick(survey.picks, 1); // what stays behind the last pick is not drawn
+    EXPECT_EQ(track_scene(survey).picks.records.size(), 2U);
 }
 
 TEST_F(DriverTest, AReplayShowsEverySampleAndWaitsBetweenLines)
