@@ -199,7 +199,17 @@ void read_templates(DefinitionLines& file, SurveyDefinitions& definitions)
     }
 }
 
-std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, const SurveyDefinitions& definitions)
+using NumberFormat = std::string (*)(double value, int decimals);
+
+// As many decimals as asked for, or the shortest text where these would lose some of the value.
+std::string format_exact(double value, int decimals)
+{
+    const std::string fixed = format_fixed(value, decimals);
+    return numeric_value(fixed) == value ? fixed : format_shortest(value);
+}
+
+std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, const SurveyDefinitions& definitions,
+                        NumberFormat format)
 {
     std::string text = "\r\nSensor Number " + std::to_string(number) + "\r\n";
     if (definitions.read_sensor_location == 1) {
@@ -208,9 +218,9 @@ std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, con
         text += "Sensor Z Coordinate: " + sensor.coordinate_columns[3] + "\r\n";
     } else {
         text += "Sensor Along Track Offset from Fish Location (mm): " +
-                format_fixed(sensor.lever_arm[SensorDefinition::kOffset], 3) + "\r\n";
-        text += "Sensor Arm Length (mm): " + format_fixed(sensor.lever_arm[SensorDefinition::kLength], 3) + "\r\n";
-        text += "Sensor Arm Rotation (deg): " + format_fixed(sensor.lever_arm[SensorDefinition::kRotation], 3) + "\r\n";
+                format(sensor.lever_arm[SensorDefinition::kOffset], 3) + "\r\n";
+        text += "Sensor Arm Length (mm): " + format(sensor.lever_arm[SensorDefinition::kLength], 3) + "\r\n";
+        text += "Sensor Arm Rotation (deg): " + format(sensor.lever_arm[SensorDefinition::kRotation], 3) + "\r\n";
     }
     for (std::size_t component = 1; component <= static_cast<std::size_t>(definitions.components_per_sensor);
          ++component) {
@@ -221,7 +231,7 @@ std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, con
     return text;
 }
 
-std::string definitions_text(const SurveyDefinitions& definitions, int header_line_number)
+std::string definitions_text(const SurveyDefinitions& definitions, int header_line_number, NumberFormat format)
 {
     std::string fields;
     int field_count = 0;
@@ -233,8 +243,8 @@ std::string definitions_text(const SurveyDefinitions& definitions, int header_li
     }
 
     std::string text = "Tarvo Program Parameters V3.0\r\n\r\n";
-    text += "Coordinate Data Scale : " + format_fixed(definitions.coordinate_scale, 4) + "\r\n";
-    text += "Depth Data Scale : " + format_fixed(definitions.depth_scale, 4) + " " +
+    text += "Coordinate Data Scale : " + format(definitions.coordinate_scale, 4) + "\r\n";
+    text += "Depth Data Scale : " + format(definitions.depth_scale, 4) + " " +
             std::to_string(definitions.flip_depth_sign) + "\r\n\r\n";
     text += "Number of Fish Data Fields : " + std::to_string(field_count) + " " + std::to_string(header_line_number) +
             "\r\n" + fields;
@@ -242,7 +252,7 @@ std::string definitions_text(const SurveyDefinitions& definitions, int header_li
     text += "Number of Components per Sensor : " + std::to_string(definitions.components_per_sensor) + "\r\n";
     text += std::string("Read Sensor Location: ") + (definitions.read_sensor_location == 1 ? "Yes" : "No") + "\r\n";
     for (std::int32_t number = 1; number <= definitions.number_of_sensors; ++number) {
-        text += sensor_text(definitions.sensors[static_cast<std::size_t>(number)], number, definitions);
+        text += sensor_text(definitions.sensors[static_cast<std::size_t>(number)], number, definitions, format);
     }
     text += "\r\n" + std::string(kTemplateTitle) + "\r\n";
     for (const auto* const templates : {&definitions.component_templates, &definitions.coordinate_templates}) {
@@ -295,12 +305,17 @@ int write_definitions(const std::string& file_name, SurveyDefinitions& definitio
         }
     }
     try {
-        replace_file(file_name, definitions_text(definitions, header_line_number));
+        replace_file(file_name, definitions_text(definitions, header_line_number, format_fixed));
         return 0;
     } catch (const std::exception& fault) {
         op.show_message(std::string("An error occurred while writing the Data Field Definitions : ") + fault.what());
         return -1;
     }
+}
+
+std::string exact_definitions_text(const SurveyDefinitions& definitions, int header_line_number)
+{
+    return definitions_text(definitions, header_line_number, format_exact);
 }
 
 std::string definitions_file_name_for(std::string_view data_file_name)

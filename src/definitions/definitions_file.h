@@ -24,6 +24,9 @@ DefinitionsReading read_definitions(const std::string& file_name, SurveyDefiniti
 int write_definitions(const std::string& file_name, SurveyDefinitions& definitions, int header_line_number,
                       Operator& op);
 
+// The same file as a text, but with every number in as many decimals as it needs: read back, nothing is lost.
+std::string exact_definitions_text(const SurveyDefinitions& definitions, int header_line_number);
+
 // "survey/line7.csv" gives "survey/line7.def".
 std::string definitions_file_name_for(std::string_view data_file_name);
 

@@ -10,17 +10,6 @@ namespace tarvo {
 
 namespace {
 
-// The comment mark of a normalised header, taken off when a name follows it after a blank.
-std::string_view without_comment_mark(std::string_view header)
-{
-    for (const std::string_view mark : {"// ", "/ ", "# ", "% "}) {
-        if (!header.starts_with(mark)) continue;
-        const std::string_view rest = header.substr(mark.size());
-        return rest.starts_with(',') || rest.starts_with(';') ? header : rest;
-    }
-    return header;
-}
-
 void locate_slots(const HeaderColumns& header_columns, SurveyDefinitions& definitions, FieldLocations& locations)
 {
     for (int slot = 1; slot <= number_of_field_slots; ++slot) {
@@ -150,6 +139,24 @@ HeaderColumns header_columns_of(std::string_view header_line)
     std::vector<std::string> names;
     while (!text.empty()) names.emplace_back(next_token(text));
     return HeaderColumns(std::move(names));
+}
+
+std::string_view without_comment_mark(std::string_view header)
+{
+    for (const std::string_view mark : {"// ", "/ ", "# ", "% "}) {
+        if (!header.starts_with(mark)) continue;
+        const std::string_view rest = header.substr(mark.size());
+        return rest.starts_with(',') || rest.starts_with(';') ? header : rest;
+    }
+    return header;
+}
+
+std::string field_count_warning(const HeaderColumns& header_columns, std::string_view first_data_line)
+{
+    const std::size_t fields = count_fields(first_data_line);
+    if (fields == static_cast<std::size_t>(header_columns.count())) return {};
+    return "The header names " + std::to_string(header_columns.count()) + " columns, the first data line holds " +
+           std::to_string(fields) + " fields";
 }
 
 int locate_header_fields(const HeaderColumns& header_columns, SurveyDefinitions& definitions, FieldLocations& locations,

@@ -53,6 +53,12 @@ private:
 // is none of them.
 HeaderColumns header_columns_of(std::string_view header_line);
 
+// A header without leading blanks, its comment mark taken off when a name follows it after a blank.
+std::string_view without_comment_mark(std::string_view header);
+
+// What to tell the operator when the first data line does not hold one field for each column; else empty.
+std::string field_count_warning(const HeaderColumns& header_columns, std::string_view first_data_line);
+
 // Which quantity stands in which header column. Columns count from 0, -1: not located.
 struct FieldLocations {
     std::array<std::int32_t, number_of_field_slots + 1> column = {-1, -1, -1, -1, -1, -1,

@@ -74,7 +74,7 @@ RunCounters LoggingDriver::counters() const
 
 int LoggingDriver::Command_start_logging(StartButton index)
 {
-    if (starting_ || finishing_ || state_.pipe_logging_active) return 0;
+    if (starting_ || finishing_ || pipe_open_) return 0;
     if (!state_.file_run_active()) return start_run(index);
     if (index == StartButton::replay_or_stop) {
         state_.stop_requested = true;
@@ -103,7 +103,7 @@ int LoggingDriver::start_run(StartButton index)
     state_.stop_requested = false;
     controls_.start_caption = load ? "Stop Load" : "Stop Replay";
     controls_.pause_caption = load ? "Pause Load" : "Pause Replay";
-    lock_controls();
+    show_controls();
     if (!load) follow_track(survey_.track_image);
     return process_input_data();
 }
@@ -198,7 +198,7 @@ int LoggingDriver::process_input_data()
     looping_ = true;
     int result = 0;
     try {
-        while (!state_.run_paused && !state_.stop_requested) {
+        while (stream_ && !state_.run_paused && !state_.stop_requested) {
             std::string_view line;
             const LineReader::Outcome outcome = stream_->next_line(line);
             if (outcome == LineReader::Outcome::end) {
@@ -218,6 +218,7 @@ int LoggingDriver::process_input_data()
         result = -1;
     }
     looping_ = false;
+    if (!stream_) return 0; // stopped by an event
     if (state_.stop_requested && result == 0) result = kEndOfData;
     return result == 0 ? 0 : finish_run(result);
 }
@@ -225,23 +226,25 @@ int LoggingDriver::process_input_data()
 int LoggingDriver::process_input_data(std::string_view line)
 {
     try {
-        process_line(line);
-        display_.process_events(counters());
+        return process_line(line);
+    } catch (const std::exception& fault) { // the sample is stored, showing it failed
+        if (!live_fault_shown_) {
+            live_fault_shown_ = true;
+            op_.show_message(std::string("An error occurred while processing the input line: ") + fault.what());
+        }
         return 0;
-    } catch (const std::exception& fault) {
-        op_.show_message(std::string("An error occurred while processing the input line: ") + fault.what());
-        return -1;
     }
 }
 
-void LoggingDriver::process_line(std::string_view line)
+int LoggingDriver::process_line(std::string_view line)
 {
     if (!first_line_checked_ && stream_) warn_of_field_count(line);
     const std::int32_t records_before = survey_.processing.store.RecordCount;
-    process_data_line(line, survey_.processing);
+    const int status = process_data_line(line, survey_.processing);
     if (!state_.load_running && survey_.processing.store.RecordCount != records_before) {
         show_newest_sample(records_before);
     }
+    return status;
 }
 
 void LoggingDriver::refuse_line()
@@ -253,11 +256,8 @@ void LoggingDriver::warn_of_field_count(std::string_view line)
 {
     if (trimmed(line).empty()) return;
     first_line_checked_ = true;
-    const std::size_t fields = count_fields(line);
-    if (fields == static_cast<std::size_t>(survey_.header_columns.count())) return;
-    op_.show_warning(WarningAbout::data, "The header names " + std::to_string(survey_.header_columns.count()) +
-                                             " columns, the first data line holds " + std::to_string(fields) +
-                                             " fields");
+    const std::string warning = field_count_warning(survey_.header_columns, line);
+    if (!warning.empty()) op_.show_warning(WarningAbout::data, warning);
 }
 
 // A dropped line takes its records back; what stays of it on the picture goes with the redraw at the end of the run.
@@ -303,8 +303,6 @@ void LoggingDriver::stop_data_logging()
     display_.show_counters(shown);
     controls_.start_caption = "Start replay";
     controls_.pause_caption = "Pause replay";
-    controls_.file_controls_enabled = true;
-    controls_.moving_anomalies_enabled = true;
     controls_.pick_list_enabled = survey_.processing.store.RecordCount >= 1 && survey_.picks.number_of_picks >= 1;
     show_controls();
 }
@@ -324,7 +322,9 @@ void LoggingDriver::start_pipe_data_logging()
 {
     initialise_data_logging();
     state_.pipe_logging_active = true;
+    live_fault_shown_ = false;
     follow_track(survey_.track_image);
+    show_controls();
 }
 
 void LoggingDriver::finish_pipe_run()
@@ -336,29 +336,22 @@ void LoggingDriver::finish_pipe_run()
 
 void LoggingDriver::lock_for_pipe()
 {
-    controls_.start_enabled = false;
-    controls_.profile_controls_enabled = false;
-    lock_controls();
+    pipe_open_ = true;
+    show_controls();
 }
 
 void LoggingDriver::unlock_from_pipe()
 {
-    controls_.start_enabled = true;
-    controls_.profile_controls_enabled = true;
-    controls_.file_controls_enabled = true;
-    controls_.moving_anomalies_enabled = true;
-    show_controls();
-}
-
-void LoggingDriver::lock_controls()
-{
-    controls_.file_controls_enabled = false;
-    controls_.moving_anomalies_enabled = false;
+    pipe_open_ = false;
     show_controls();
 }
 
 void LoggingDriver::show_controls()
 {
+    controls_.start_enabled = !pipe_open_;
+    controls_.profile_controls_enabled = !pipe_open_;
+    controls_.file_controls_enabled = !pipe_open_ && !state_.any_run_active();
+    controls_.moving_anomalies_enabled = !state_.any_run_active();
     display_.show_controls(controls_);
 }
 

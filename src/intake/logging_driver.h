@@ -38,6 +38,7 @@ public:
 
     const State& state() const { return state_; }
     RunCounters counters() const;
+    bool is_starting() const { return starting_; }
     bool is_finishing() const { return finishing_; }
     // One of the operations below is under way further up the call stack.
     bool is_at_work() const { return starting_ || looping_ || finishing_; }
@@ -55,15 +56,20 @@ public:
     int start_data_logging();
     // Sizes the stores for a new run over the located columns and clears the displays.
     void initialise_data_logging();
-    int process_input_data();                      // the file's lines, until data end, pause or stop
-    int process_input_data(std::string_view line); // one line of a live run
+    int process_input_data(); // the file's lines, until data end, pause or stop
+    // One line of a live run. 0, or -1 for a line that was refused and counted. Nothing yields to the user interface
+    // here: between two lines the program is in its event loop anyway, and a dialog opened there holds up no line.
+    int process_input_data(std::string_view line);
+    // Also from an event of the loop: the file run then ends with nothing finalised.
     void stop_data_logging();
     void terminate_data_logging();
 
     // A live run: begins over the located columns; ends like a file run.
     void start_pipe_data_logging();
     void finish_pipe_run();
-    // The controls that an open pipe locks.
+    void show_counters() { display_.show_counters(counters()); }
+
+    // An open pipe locks the controls of file runs and profiles.
     void lock_for_pipe();
     void unlock_from_pipe();
 
@@ -74,13 +80,12 @@ private:
     int start_run(StartButton index);
     int resume_run();
     int finish_run(int result);
-    void process_line(std::string_view line);
+    int process_line(std::string_view line);
     void refuse_line();
     void warn_of_field_count(std::string_view line);
     void show_newest_sample(std::int32_t records_before);
     void show_dials();
     bool open_data_file();
-    void lock_controls();
     void show_controls();
 
     SurveyState& survey_;
@@ -96,6 +101,8 @@ private:
     bool starting_ = false;  // start_run prepares a run further up the call stack
     bool looping_ = false;   // so does process_input_data its work
     bool finishing_ = false; // so does the end of a run
+    bool pipe_open_ = false;
+    bool live_fault_shown_ = false; // of this live run: a fault of every line is not to stack up boxes
 };
 
 } // namespace tarvo

@@ -2,11 +2,11 @@
 
 #include "display/display_settings.h"
 #include "processing/processing_parameters.h"
+#include "tools/exit_status.h"
 
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -31,11 +31,6 @@ struct ProcessOptions {
     bool quiet = false;
     bool help = false;
     bool version = false;
-};
-
-// A wrong command line: what is wrong with it, and what was expected.
-struct UsageError : std::runtime_error {
-    using std::runtime_error::runtime_error;
 };
 
 // Takes "KEY=VALUE", a processing or display setting. Throws UsageError.

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "intake/definition_requests.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarvo {
+
+inline constexpr std::uintmax_t kLittleDiskSpace = std::uintmax_t{500} << 20; // bytes: worth a warning below
+
+// A live survey on its way to the disk: a data file with its header and every line appended, the definitions beside it.
+// A thread of its own writes and flushes, at least once a second, so that a slow disk holds up neither the sender nor
+// the window; a crash or a power cut costs the last second at most.
+class LiveRecording {
+public:
+    LiveRecording();
+    ~LiveRecording(); // finishes
+    LiveRecording(const LiveRecording&) = delete;
+    LiveRecording& operator=(const LiveRecording&) = delete;
+
+    // Creates the two files in the folder, named by date and time. Throws std::runtime_error or std::system_error,
+    // naming the file, when that cannot be done.
+    void start(const std::string& folder, const PortableSurvey& survey);
+    void append(std::string_view data_line);
+    void finish(); // everything appended is on the disk afterwards, or a fault tells why not
+
+    bool is_active() const { return writer_ != nullptr; }
+    const std::string& data_file_name() const { return data_file_name_; } // of the recording at hand or the last one
+
+    // What the operator must know of since the last call: writing has failed, or little space is left.
+    std::optional<std::string> take_warning();
+
+private:
+    class Writer;
+
+    std::unique_ptr<Writer> writer_;
+    std::string data_file_name_;
+    std::optional<std::string> last_warning_; // of a writer that has finished
+};
+
+// The header line of a data file with these columns: a name that holds a separator stands in quotes.
+std::string header_line_of(const std::vector<std::string>& columns);
+
+} // namespace tarvo
