@@ -117,8 +117,8 @@ private:
     void write_until_finished()
     {
         std::unique_lock lock(mutex_);
-        while (!finished_ && !failed_) {
-            wake_.wait_for(lock, kFlushInterval, [this] { return finished_; });
+        for (bool last_turn = false; !last_turn && !failed_;) {
+            last_turn = wake_.wait_for(lock, kFlushInterval, [this] { return finished_; });
             write_waiting(lock);
         }
     }

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "intake/live_requests.h"
+#include "monitor/monitor.h"
+#include "picks/fake_operator.h"
+#include "processing/sample_export.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tarvo {
+
+class QuietRunDisplay : public RunDisplay {
+public:
+    RunControls controls;
+    int finished_runs = 0;
+    std::function<void()> on_event; // called in place of the user interface's events
+
+    void show_controls(const RunControls& shown) override { controls = shown; }
+    void show_counters(const RunCounters&) override {}
+    void reset_speed_control() override {}
+    void clear_monitor_form() override {}
+    void display_replay_data(std::int32_t, std::int32_t) override {}
+    void show_dials(const CurrentSample&) override {}
+    void process_events(const RunCounters&) override
+    {
+        if (on_event) on_event();
+    }
+    void wait(int) override {}
+    void show_finished_run() override { ++finished_runs; }
+};
+
+class FakePipe : public PipeEndpoint {
+public:
+    std::optional<PipeFault> fault;
+    std::string name; // empty: closed
+
+    std::optional<PipeFault> listen(const std::string& wanted) override
+    {
+        if (!fault) name = wanted;
+        return fault;
+    }
+    void close() override { name.clear(); }
+    int client_count() const override { return name.empty() ? 0 : 1; }
+};
+
+class FakeLiveDisplay : public LiveDisplay {
+public:
+    std::string caption = "Listen for UDP";
+    std::vector<std::string> echo;
+    std::string status_text;
+
+    void show_pipe_caption(const std::string& shown) override { caption = shown; }
+    void append_echo(const std::string& text) override { echo.push_back(text); }
+    void empty_echo_box() override { echo.clear(); }
+    void show_status_text(const std::string& text) override { status_text = text; }
+};
+
+// A monitor without a window, its live side on a pipe that only keeps the name; `pipe` may stand in for it.
+struct LiveMonitor {
+    explicit LiveMonitor(PipeEndpoint* pipe = nullptr)
+        : live(monitor.survey, monitor.driver, op, pipe != nullptr ? *pipe : fake_pipe, shown, [this] { return now; })
+    {
+    }
+
+    std::string send(const std::string& request) { return live.handle_request(std::as_bytes(std::span(request))); }
+
+    // Describes a survey of five columns and begins its live run.
+    void begin_run()
+    {
+        send("$GDP1001 time,east,north,depth,mag");
+        send("$GDP1003 Time:time,East:east,North:north,Depth:depth");
+        send("$GDP1004 1 1 0");
+        send("$GDP2000 TMI:mag");
+        EXPECT_EQ(send("$GDP3000"), "OK");
+    }
+
+    void send_line(int second)
+    {
+        send("$GDP0001 " + std::to_string(second) + ".0," + std::to_string(100 + second) + ",200,5,48000.5");
+    }
+
+    const SampleProcessing& run() const { return monitor.survey.processing; }
+
+    FakeOperator op;
+    QuietRunDisplay display;
+    Monitor monitor{op, display};
+    FakePipe fake_pipe;
+    FakeLiveDisplay shown;
+    LiveClock::time_point now = LiveClock::time_point(std::chrono::hours(1));
+    LiveRequests live;
+};
+
+// All that was stored, as text that tells every bit, and the counts of lines.
+inline std::string stored_samples(const SampleProcessing& run)
+{
+    std::string text;
+    const auto add = [&text](std::string_view part) { text += part; };
+    export_samples(run.store, run.lines, add);
+    export_lines(run.lines, add);
+    return text + std::to_string(run.lines_read) + ' ' + std::to_string(run.lines_rejected);
+}
+
+inline std::string loaded_samples(const std::string& data_file)
+{
+    FakeOperator op;
+    QuietRunDisplay display;
+    Monitor monitor(op, display);
+    monitor.survey.data_file_name = data_file;
+    EXPECT_EQ(monitor.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData);
+    return stored_samples(monitor.survey.processing);
+}
+
+} // namespace tarvo
