@@ -1,0 +1,192 @@
+#include "tools/forwarder.h"
+
+#include "live_monitor.h"
+#include "pipe/pipe_server.h"
+#include "test_folder.h"
+#include "tools/forward_survey.h"
+
+#include <arpa/inet.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
+
+namespace tarvo {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A monitor behind a pipe.
+struct PipeMonitor {
+    explicit PipeMonitor(const std::string& path)
+    {
+        EXPECT_FALSE(server.listen(path));
+        monitor.live.Command_UDP_receive();
+    }
+
+    template <class Condition>
+    void serve_until(Condition done)
+    {
+        const auto deadline = LiveClock::now() + 60s;
+        while (!done() && LiveClock::now() < deadline) {
+            pollfd waited = {server.descriptor(), POLLIN, 0};
+            poll(&waited, 1, 10);
+            server.serve(5ms);
+        }
+        EXPECT_TRUE(done());
+    }
+
+    bool is_live() const { return monitor.monitor.driver.state().pipe_logging_active; }
+
+    LiveMonitor monitor;
+    PipeServer server{[this](std::span<const std::byte> request) { return monitor.live.handle_request(request); }};
+};
+
+// tarvo-forward in a thread of its own.
+class RunningForwarder {
+public:
+    explicit RunningForwarder(const ForwardOptions& options)
+        : thread_([this, options] {
+              status = forward_survey(options, stop_);
+              ended = true;
+          })
+    {
+    }
+    ~RunningForwarder()
+    {
+        stop();
+        thread_.join();
+        close(stop_);
+    }
+
+    void stop() const
+    {
+        const std::uint64_t one = 1;
+        EXPECT_EQ(write(stop_, &one, sizeof one), 8);
+    }
+
+    std::atomic<int> status = -1;
+    std::atomic<bool> ended = false;
+
+private:
+    int stop_ = eventfd(0, 0);
+    std::thread thread_;
+};
+
+constexpr const char* kDefinitions = "Tarvo Program Parameters V3.0\n\nCoordinate Data Scale : 1.0\n"
+                                     "Depth Data Scale : 1.0 0\n\nNumber of Fish Data Fields : 3 2\n\n1: t\n\n2: e\n\n"
+                                     "3: n\n\nNumber of Sensors : 1\nNumber of Components per Sensor : 1\n"
+                                     "Read Sensor Location: No\n\nSensor Number 1\nOffset: 100\nArm: 200\n"
+                                     "Rotation: 30\nSensor Component 1: m\n";
+
+// A survey of so many lines, one of them longer than a request, and how to forward it.
+ForwardOptions written_survey(const TestFolder& folder, int lines)
+{
+    std::string data = "made for a test\n/ t e n m\n";
+    for (int line = 0; line < lines; ++line) {
+        data += std::to_string(line / 5) + " 1" + std::to_string(line % 97) + " 2 4" + std::to_string(line % 89) + "\n";
+        if (line == 7) data += std::string(kLongestRequest, ' ') + "x\n";
+    }
+    folder.write("s.def", kDefinitions);
+    ForwardOptions options;
+    options.data_file = folder.write("s.csv", data);
+    options.pipe_name = folder.path("pipe");
+    return options;
+}
+
+} // namespace
+
+TEST(ForwardedFile, StoresTheSameSamplesAsALoad)
+{
+    const TestFolder folder;
+    const ForwardOptions options = written_survey(folder, 3000);
+    const RunningForwarder forwarder(options); // waits for the monitor
+    PipeMonitor monitor(options.pipe_name);
+    monitor.serve_until([&] { return forwarder.ended.load(); });
+    EXPECT_EQ(forwarder.status, 0);
+    EXPECT_FALSE(monitor.is_live());
+    EXPECT_EQ(stored_samples(monitor.monitor.run()), loaded_samples(options.data_file));
+    EXPECT_GT(monitor.monitor.run().store.RecordCount, 100);
+}
+
+TEST(ForwardedFile, GoesOnWithAMonitorThatIsStartedAgain)
+{
+    const TestFolder folder;
+    ForwardOptions options = written_survey(folder, 2000);
+    options.rate = 20'000;
+    const RunningForwarder forwarder(options);
+    std::int64_t lines_read = 0;
+    {
+        PipeMonitor killed(options.pipe_name);
+        killed.serve_until([&] { return killed.monitor.run().lines_read >= 500; });
+        lines_read = killed.monitor.run().lines_read;
+    }
+    PipeMonitor started_again(options.pipe_name);
+    started_again.serve_until([&] { return forwarder.ended.load(); });
+    EXPECT_EQ(forwarder.status, 0);
+    EXPECT_EQ(lines_read + started_again.monitor.run().lines_read, 2001);
+    EXPECT_GT(started_again.monitor.run().store.RecordCount, 50);
+}
+
+TEST(ForwardedFile, AStopEndsTheLiveRun)
+{
+    const TestFolder folder;
+    ForwardOptions options = written_survey(folder, 1000);
+    options.rate = 10;
+    PipeMonitor monitor(options.pipe_name);
+    const RunningForwarder forwarder(options);
+    monitor.serve_until([&] { return monitor.monitor.run().lines_read >= 1; });
+    EXPECT_TRUE(monitor.is_live());
+    forwarder.stop();
+    monitor.serve_until([&] { return forwarder.ended.load(); });
+    EXPECT_FALSE(monitor.is_live());
+    EXPECT_EQ(forwarder.status, 0);
+}
+
+TEST(ForwardedFile, DefinitionsThatTheMonitorRefusesEndIt)
+{
+    const TestFolder folder;
+    ForwardOptions options = written_survey(folder, 10);
+    options.header_line = 3; // a line of data
+    PipeMonitor monitor(options.pipe_name);
+    const RunningForwarder forwarder(options);
+    monitor.serve_until([&] { return forwarder.ended.load(); });
+    EXPECT_EQ(forwarder.status, 1);
+}
+
+TEST(ForwardedDatagrams, BecomeLines)
+{
+    const TestFolder folder;
+    ForwardOptions options = written_survey(folder, 0);
+    options.definitions_file = folder.path("s.def");
+    options.data_file.clear();
+    options.columns = "t,e,n,m";
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const Descriptor sender(socket(AF_INET, SOCK_DGRAM, 0));
+    {
+        const Descriptor probe(socket(AF_INET, SOCK_DGRAM, 0)); // finds a free port
+        socklen_t size = sizeof address;
+        ASSERT_EQ(bind(probe.number(), reinterpret_cast<sockaddr*>(&address), size), 0);
+        ASSERT_EQ(getsockname(probe.number(), reinterpret_cast<sockaddr*>(&address), &size), 0);
+        options.udp_port = ntohs(address.sin_port);
+    }
+    PipeMonitor monitor(options.pipe_name);
+    const RunningForwarder forwarder(options);
+    monitor.serve_until([&] { return monitor.is_live(); });
+    for (const std::string datagram : {"1,1,2,48000", "2,1,2,48001\r\n", "3,1,2,4\n4,1,2,5\n", "no time"}) {
+        sendto(sender.number(), datagram.data(), datagram.size(), 0, reinterpret_cast<sockaddr*>(&address),
+               sizeof address);
+    }
+    monitor.serve_until([&] { return monitor.monitor.run().lines_read == 5; });
+    EXPECT_EQ(monitor.monitor.run().lines_rejected, 1);
+    forwarder.stop();
+    monitor.serve_until([&] { return forwarder.ended.load(); });
+}
+
+} // namespace tarvo
