@@ -1,38 +1,18 @@
 #pragma once
 
+#include "fake_operator.h"
+#include "fake_run_display.h"
 #include "intake/live_requests.h"
 #include "monitor/monitor.h"
-#include "picks/fake_operator.h"
 #include "processing/sample_export.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace tarvo {
-
-class QuietRunDisplay : public RunDisplay {
-public:
-    RunControls controls;
-    int finished_runs = 0;
-    std::function<void()> on_event; // called in place of the user interface's events
-
-    void show_controls(const RunControls& shown) override { controls = shown; }
-    void show_counters(const RunCounters&) override {}
-    void reset_speed_control() override {}
-    void clear_monitor_form() override {}
-    void display_replay_data(std::int32_t, std::int32_t) override {}
-    void show_dials(const CurrentSample&) override {}
-    void process_events(const RunCounters&) override
-    {
-        if (on_event) on_event();
-    }
-    void wait(int) override {}
-    void show_finished_run() override { ++finished_runs; }
-};
 
 class FakePipe : public PipeEndpoint {
 public:
@@ -87,10 +67,12 @@ struct LiveMonitor {
     const SampleProcessing& run() const { return monitor.survey.processing; }
 
     FakeOperator op;
-    QuietRunDisplay display;
+    FakeRunDisplay display;
     Monitor monitor{op, display};
     FakePipe fake_pipe;
     FakeLiveDisplay shown;
+    const RunControls& controls() const { return display.controls.back(); }
+
     LiveClock::time_point now = LiveClock::time_point(std::chrono::hours(1));
     LiveRequests live;
 };
@@ -108,7 +90,7 @@ inline std::string stored_samples(const SampleProcessing& run)
 inline std::string loaded_samples(const std::string& data_file)
 {
     FakeOperator op;
-    QuietRunDisplay display;
+    FakeRunDisplay display;
     Monitor monitor(op, display);
     monitor.survey.data_file_name = data_file;
     EXPECT_EQ(monitor.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData);

@@ -85,13 +85,16 @@ TEST(LiveRun, RequestsBeginAndEndRuns)
     LiveMonitor monitor;
     monitor.live.Command_UDP_receive();
     const auto is_live = [&monitor] { return monitor.monitor.driver.state().pipe_logging_active; };
-    const RunControls& controls = monitor.display.controls;
-    EXPECT_FALSE(controls.start_enabled || controls.file_controls_enabled || controls.profile_controls_enabled);
-    EXPECT_TRUE(controls.moving_anomalies_enabled);
+    const auto is_locked = [&monitor] {
+        const RunControls& shown = monitor.controls();
+        return !shown.start_enabled && !shown.file_controls_enabled && !shown.profile_controls_enabled;
+    };
+    EXPECT_TRUE(is_locked());
+    EXPECT_TRUE(monitor.controls().moving_anomalies_enabled);
 
     monitor.begin_run();
     EXPECT_TRUE(is_live());
-    EXPECT_FALSE(controls.moving_anomalies_enabled);
+    EXPECT_FALSE(monitor.controls().moving_anomalies_enabled);
     for (int second = 0; second < 30; ++second) monitor.send_line(second);
     EXPECT_EQ(monitor.run().lines_read, 30);
     EXPECT_EQ(monitor.run().store.RecordCount, 15); // the line that closes a bin goes into none
@@ -105,8 +108,8 @@ TEST(LiveRun, RequestsBeginAndEndRuns)
     monitor.send_line(31);
     EXPECT_EQ(monitor.run().lines_read, 30);
     EXPECT_EQ(monitor.fake_pipe.name, "Tarvo_Server"); // it listens on, locked
-    EXPECT_FALSE(controls.start_enabled || controls.file_controls_enabled || controls.profile_controls_enabled);
-    EXPECT_TRUE(controls.moving_anomalies_enabled);
+    EXPECT_TRUE(is_locked());
+    EXPECT_TRUE(monitor.controls().moving_anomalies_enabled);
 
     EXPECT_EQ(monitor.send("$GDP3000 "), "OK");
     EXPECT_EQ(monitor.run().store.RecordCount, 0);
@@ -169,8 +172,8 @@ TEST(ListenButton, OpensAndClosesThePipe)
     EXPECT_EQ(monitor.fake_pipe.name, "");
     EXPECT_EQ(monitor.shown.caption, "Listen for UDP");
     EXPECT_EQ(monitor.display.finished_runs, 2);
-    EXPECT_TRUE(monitor.display.controls.start_enabled && monitor.display.controls.profile_controls_enabled &&
-                monitor.display.controls.file_controls_enabled);
+    EXPECT_TRUE(monitor.controls().start_enabled && monitor.controls().profile_controls_enabled &&
+                monitor.controls().file_controls_enabled);
 }
 
 TEST(ListenButton, EndsTheFileRunThatItIsPressedIn)
@@ -183,9 +186,10 @@ TEST(ListenButton, EndsTheFileRunThatItIsPressedIn)
     folder.write("a.def", exact_definitions_text(monitor.monitor.survey.survey_definitions, 1));
     monitor.send("$GDP0000");
     monitor.monitor.survey.data_file_name = folder.write("a.csv", data);
-    int lines = 0;
-    monitor.display.on_event = [&] {
-        if (++lines == 50) monitor.live.Command_UDP_receive();
+    std::int64_t lines = 0;
+    monitor.display.at_line = [&](std::int64_t read) {
+        lines = read;
+        if (read == 50) monitor.live.Command_UDP_receive();
     };
     const int finished_runs = monitor.display.finished_runs;
     monitor.monitor.driver.Command_start_logging(StartButton::load_or_pause);
