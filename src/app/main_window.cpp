@@ -54,6 +54,10 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::open_file(const std::string& file_name, const std::optional<std::string>& header_line)
 {
+    if (monitor_.driver.is_pipe_open()) {
+        op_.show_message("Close the UDP pipe before you open a file");
+        return;
+    }
     when_idle([this, file_name, header_line] { read_file(file_name, header_line); });
 }
 
@@ -92,6 +96,13 @@ void MainWindow::show_column_hint()
 void MainWindow::take_warning(WarningAbout about, const std::string& text)
 {
     if (about == WarningAbout::data) hints_->show_hint(QStringLiteral("data"), to_qt(text));
+}
+
+// The columns that a sender names come from no file.
+void MainWindow::take_live_warning(WarningAbout about, const std::string& text)
+{
+    const QString name = about == WarningAbout::columns ? QStringLiteral("columns") : QStringLiteral("data");
+    hints_->show_hint(name, to_qt(text).replace(QLatin1Char('\n'), QLatin1String("; ")));
 }
 
 void MainWindow::press_start(StartButton index)

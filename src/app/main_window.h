@@ -25,6 +25,7 @@ class ColourBarPanel;
 class DialPanel;
 class HeaderBox;
 class HintBar;
+class LivePanel;
 class ProfileGraphs;
 class RunBar;
 class TrackPanel;
@@ -104,6 +105,7 @@ private:
     void edit_definitions();
     void edit_processing_parameters();
     void take_warning(WarningAbout about, const std::string& text);
+    void take_live_warning(WarningAbout about, const std::string& text);
     void show_column_hint();
     void average_every_line();
     void show_point_readings();
@@ -121,6 +123,7 @@ private:
     HeaderBox* header_ = nullptr;
     RunBar* run_bar_ = nullptr;
     HintBar* hints_ = nullptr;
+    LivePanel* live_ = nullptr;
     TrackPanel* track_ = nullptr;
     DialPanel* dials_ = nullptr;
     ColourBarPanel* bars_ = nullptr;
@@ -128,7 +131,9 @@ private:
     QSplitter* columns_ = nullptr;
     QSplitter* side_ = nullptr;
     QLabel* pointed_ = nullptr;
+    QLabel* sender_text_ = nullptr; // a live survey's
     QMenu* recent_files_ = nullptr;
+    std::vector<QAction*> file_actions_;  // for a time when the pipe is closed
     std::vector<QAction*> idle_actions_;  // for a time without a run
     std::vector<QAction*> run_actions_;   // for a file run
     std::vector<QAction*> store_actions_; // without a run, with stored samples

@@ -5,6 +5,7 @@
 #include "app/header_box.h"
 #include "app/help_pages.h"
 #include "app/hint_bar.h"
+#include "app/live_panel.h"
 #include "app/main_window.h"
 #include "app/profile_graphs.h"
 #include "app/run_bar.h"
@@ -14,6 +15,7 @@
 #include "app/track_widget.h"
 
 #include <QAction>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
@@ -56,6 +58,8 @@ void MainWindow::make_panels()
     header_ = new HeaderBox;
     run_bar_ = new RunBar;
     hints_ = new HintBar;
+    live_ = new LivePanel(survey(), monitor_.driver, settings_);
+    live_->op().take_warning = [this](WarningAbout about, const std::string& text) { take_live_warning(about, text); };
     track_ = new TrackPanel(view_);
     dials_ = new DialPanel;
     bars_ = new ColourBarPanel(view_);
@@ -90,6 +94,7 @@ void MainWindow::make_panels()
     layout->setSpacing(2);
     layout->addWidget(header_);
     layout->addWidget(run_bar_);
+    layout->addWidget(live_);
     layout->addWidget(hints_);
     layout->addWidget(columns_, 1);
     setCentralWidget(central);
@@ -99,10 +104,18 @@ void MainWindow::make_panels()
     pointed_->setTextFormat(Qt::PlainText);
     pointed_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(pointed_, 1);
+    sender_text_ = new QLabel;
+    sender_text_->setObjectName(QStringLiteral("Label_sender_text"));
+    sender_text_->setTextFormat(Qt::PlainText);
+    statusBar()->addPermanentWidget(sender_text_);
 
     connect(run_bar_, &RunBar::start_pressed, this, &MainWindow::press_start);
     connect(run_bar_, &RunBar::speed_changed, this,
             [this](int position) { monitor_.driver.HScroll_speed_change(position); });
+    connect(live_, &LivePanel::pressed, this, [this] {
+        if (wait_loop_ != nullptr) wait_loop_->quit();
+    });
+    connect(live_, &LivePanel::status_text_changed, sender_text_, &QLabel::setText);
     connect(header_, &HeaderBox::header_line_edited, this, &MainWindow::reread_header);
     connect(bars_, &ColourBarPanel::shown_sensors_changed, graphs_, &ProfileGraphs::refresh);
     connect(&track_->track(), &TrackWidget::pointed, this, [this](const QString& text) {
@@ -128,10 +141,14 @@ void MainWindow::make_file_menu()
 {
     QMenu& menu = *menuBar()->addMenu(tr("&File"));
     menu.setObjectName(QStringLiteral("menu_file"));
-    add_action(menu, "menu_open", tr("&Open..."), QStringLiteral("Ctrl+O"), [this] { choose_file(); });
+    file_actions_.push_back(
+        add_action(menu, "menu_open", tr("&Open..."), QStringLiteral("Ctrl+O"), [this] { choose_file(); }));
     recent_files_ = menu.addMenu(tr("Open &recent"));
     recent_files_->setObjectName(QStringLiteral("menu_open_recent"));
     connect(recent_files_, &QMenu::aboutToShow, this, &MainWindow::fill_recent_files);
+    file_actions_.push_back(recent_files_->menuAction());
+    menu.addSeparator();
+    live_->add_actions(menu);
     menu.addSeparator();
     QMenu& exports = *menu.addMenu(tr("&Export"));
     store_actions_.push_back(add_action(exports, "menu_export_samples", tr("&Samples as CSV..."), {},

@@ -36,6 +36,7 @@ void MainWindow::show_controls(const RunControls& controls)
     run_bar_->show_controls(controls);
     header_->set_locked(!controls.file_controls_enabled);
     const bool has_samples = survey().processing.store.RecordCount > 0;
+    for (QAction* const action : file_actions_) action->setEnabled(!monitor_.driver.is_pipe_open());
     for (QAction* const action : idle_actions_) action->setEnabled(controls.file_controls_enabled);
     for (QAction* const action : store_actions_) action->setEnabled(controls.file_controls_enabled && has_samples);
     for (QAction* const action : run_actions_) action->setEnabled(state.file_run_active());

@@ -19,7 +19,7 @@ constexpr const char* kInvalidRequest = "Invalid Request";
 constexpr const char* kInvalidRequestCode = "Invalid Request Code";
 constexpr const char* kBadHeader = "Bad Header";
 
-// Gathers messages, for the operator to see them all in one box.
+// Gathers messages, for the operator to see them all at once.
 class GatheringOperator : public Operator {
 public:
     void show_message(const std::string& text) override { gathered_ += (gathered_.empty() ? "" : "\n") + text; }
@@ -27,10 +27,7 @@ public:
     std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
     std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
 
-    void show_to(Operator& op) const
-    {
-        if (!gathered_.empty()) op.show_message(gathered_);
-    }
+    const std::string& gathered() const { return gathered_; }
 
 private:
     std::string gathered_;
@@ -156,7 +153,7 @@ void LiveRequests::process_data_line(std::string_view line)
     rate_.note_line(now);
     if (!last_line_ && !trimmed(line).empty()) {
         const std::string warning = field_count_warning(survey_.header_columns, line);
-        if (!warning.empty()) op_.show_message(warning);
+        if (!warning.empty()) op_.show_warning(WarningAbout::data, warning);
     }
     last_line_ = now;
     const int status = driver_.process_input_data(line);
@@ -190,12 +187,12 @@ std::string LiveRequests::end_definitions()
         survey_.locations.located_field_count == 0 && survey_.locations.sensor_channel_count() == 0;
     if (status < 0 || nothing_located) {
         messages.show_message("The data definitions are invalid");
-        messages.show_to(op_);
+        op_.show_message(messages.gathered());
         return kBadHeader;
     }
     set_default_field_names(survey_.survey_definitions);
     start_pipe_data_logging();
-    messages.show_to(op_);
+    if (!messages.gathered().empty()) op_.show_warning(WarningAbout::columns, messages.gathered());
     return kOk;
 }
 
@@ -252,9 +249,8 @@ LiveStatus LiveRequests::status()
     return status;
 }
 
-void LiveRequests::refresh()
+void LiveRequests::report_recording()
 {
-    if (is_live()) driver_.show_counters();
     if (const std::optional<std::string> warning = recording_.take_warning()) op_.show_message(*warning);
 }
 

@@ -81,8 +81,8 @@ public:
     const LiveRecording& recording() const { return recording_; }
     const std::string& status_text() const { return status_text_; } // payload of the last code-2 message
 
-    // To be called some times a second: shows the counters, and what went wrong with the recording.
-    void refresh();
+    // To be called some times a second: tells what the recording cannot wait to tell.
+    void report_recording();
 
 private:
     enum class PipeAfterRun { stays_open, closes };

@@ -67,11 +67,11 @@ public:
     // A live run: begins over the located columns; ends like a file run.
     void start_pipe_data_logging();
     void finish_pipe_run();
-    void show_counters() { display_.show_counters(counters()); }
 
     // An open pipe locks the controls of file runs and profiles.
     void lock_for_pipe();
     void unlock_from_pipe();
+    bool is_pipe_open() const { return pipe_open_; }
 
     // Ends a run of whatever kind as soon as the loop gets to it, or at once when it is paused or live.
     void request_stop();
