@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fake_operator.h"
+#include "fake_pick_display.h"
 #include "fake_run_display.h"
 #include "intake/live_requests.h"
 #include "monitor/monitor.h"
@@ -68,7 +69,8 @@ struct LiveMonitor {
 
     FakeOperator op;
     FakeRunDisplay display;
-    Monitor monitor{op, display};
+    FakePickDisplay picks;
+    Monitor monitor{op, display, picks};
     FakePipe fake_pipe;
     FakeLiveDisplay shown;
     const RunControls& controls() const { return display.controls.back(); }
@@ -91,7 +93,8 @@ inline std::string loaded_samples(const std::string& data_file)
 {
     FakeOperator op;
     FakeRunDisplay display;
-    Monitor monitor(op, display);
+    FakePickDisplay picks;
+    Monitor monitor(op, display, picks);
     monitor.survey.data_file_name = data_file;
     EXPECT_EQ(monitor.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData);
     return stored_samples(monitor.survey.processing);
