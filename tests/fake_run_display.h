@@ -28,14 +28,20 @@ public:
     void show_dials(const CurrentSample& sample) override { dials.push_back(sample); }
     void process_events(const RunCounters& shown) override
     {
-        if (at_line) at_line(shown.lines_read);
+        const bool is_new_line = shown.lines_read != last_line_; // else the run is being finished
+        last_line_ = shown.lines_read;
+        if (at_line && is_new_line) at_line(shown.lines_read);
     }
     void wait(int milliseconds) override { waits.push_back(milliseconds); }
     void show_finished_run() override
     {
         ++finished_runs;
+        last_line_ = 0;
         if (at_finish) at_finish();
     }
+
+private:
+    std::int64_t last_line_ = 0; // that events were let through after
 };
 
 } // namespace tarvo

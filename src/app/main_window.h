@@ -147,6 +147,7 @@ private:
     int lines_since_look_ = 0;
     bool frame_shown_ = false; // since the events were last let through
     bool is_load_ = false;     // the run, or the last one
+    bool is_file_run_ = false; // likewise
     bool has_new_samples_ = false;
     bool has_new_readings_ = false;
     CurrentSample readings_;

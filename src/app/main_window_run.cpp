@@ -47,6 +47,7 @@ void MainWindow::show_controls(const RunControls& controls)
         return;
     }
     is_load_ = state.load_running;
+    is_file_run_ = state.file_run_active();
     if (!frame_timer_.isActive()) frame_timer_.start(is_load_ ? kLoadFrameInterval : kFrameInterval);
 }
 
@@ -82,8 +83,7 @@ void MainWindow::show_dials(const CurrentSample& sample)
 
 void MainWindow::process_events(const RunCounters&)
 {
-    // Live lines come from the event loop, which needs no help.
-    if (monitor_.driver.state().pipe_logging_active) return;
+    if (!is_file_run_) return; // live lines come from the event loop, which needs no help
     if (++lines_since_look_ < kLinesPerLook && monitor_.driver.state().load_running) return;
     lines_since_look_ = 0;
     if (!pumped_.isValid() || pumped_.elapsed() >= kPumpInterval) pump_events();

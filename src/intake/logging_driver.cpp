@@ -283,6 +283,7 @@ int LoggingDriver::finish_run(int result)
     stop_data_logging();
     terminate_data_logging();
     finishing_ = false;
+    show_controls();
     return result;
 }
 
@@ -307,14 +308,19 @@ void LoggingDriver::stop_data_logging()
     show_controls();
 }
 
+// The steps over a long track take their time: the user interface works in between.
 void LoggingDriver::terminate_data_logging()
 {
     SampleProcessing& run = survey_.processing;
-    recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_);
+    const auto let_events_happen = [this] { display_.process_events(counters()); };
+    recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
-    build_track_index(track_table(run.store), survey_.track_index);
+    let_events_happen();
+    build_track_index(track_table(run.store), survey_.track_index, let_events_happen);
+    let_events_happen();
     pick_work_.load_pick_list_on_form(indexed_track(survey_));
     show_whole_track(survey_.track_image, track_scene(survey_), op_);
+    let_events_happen();
     display_.show_finished_run();
 }
 
@@ -346,13 +352,21 @@ void LoggingDriver::unlock_from_pipe()
     show_controls();
 }
 
+// Until a run is finished, nothing that needs the track or begins another run can be pressed.
 void LoggingDriver::show_controls()
 {
     controls_.start_enabled = !pipe_open_;
     controls_.profile_controls_enabled = !pipe_open_;
     controls_.file_controls_enabled = !pipe_open_ && !state_.any_run_active();
     controls_.moving_anomalies_enabled = !state_.any_run_active();
-    display_.show_controls(controls_);
+    RunControls shown = controls_;
+    if (finishing_) {
+        shown.start_enabled = false;
+        shown.file_controls_enabled = false;
+        shown.moving_anomalies_enabled = false;
+        shown.pick_list_enabled = false;
+    }
+    display_.show_controls(shown);
 }
 
 } // namespace tarvo

@@ -191,12 +191,15 @@ void cQuadTree::append_point(std::int32_t node, double x, double y, std::int32_t
                     std::max(taker.extent.y_max, y)};
 }
 
-void cQuadTree::insert_points(std::span<const double> xs, std::span<const double> ys)
+void cQuadTree::insert_points(std::span<const double> xs, std::span<const double> ys,
+                              const std::function<void()>& pause)
 {
+    constexpr std::size_t kPointsPerPause = 1 << 14;
     if (nodes_.empty()) return;
     reserve_room(xs.size());
     for (std::size_t point = 1; point < xs.size(); ++point) {
         insert_point(xs[point], ys[point], static_cast<std::int32_t>(point));
+        if (pause && point % kPointsPerPause == 0) pause();
     }
 }
 

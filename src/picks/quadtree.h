@@ -62,7 +62,9 @@ public:
     // False: the point lies outside the tree's box.
     bool insert_point(double x, double y, std::int32_t sample_index);
     // Inserts xs[i], ys[i] with sample index i, from i = 1; points outside the box are passed over.
-    void insert_points(std::span<const double> xs, std::span<const double> ys);
+    // pause: called after every some ten thousand points, where it is given.
+    void insert_points(std::span<const double> xs, std::span<const double> ys,
+                       const std::function<void()>& pause = nullptr);
 
     // The nearest among the points held by the nodes whose boxes contain (x, y), not by all: a neighbour just over a
     // dividing line may be nearer. Of equally near points the first on the way from the root.

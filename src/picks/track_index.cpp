@@ -37,13 +37,13 @@ std::optional<PlanBox> track_index_box(const TrackTable& track)
     return box;
 }
 
-bool build_track_index(const TrackTable& track, cQuadTree& tree)
+bool build_track_index(const TrackTable& track, cQuadTree& tree, const std::function<void()>& pause)
 {
     tree.DeleteQuadtree();
     const std::optional<PlanBox> box = track_index_box(track);
     if (!box || !tree.InitialiseQuadtree(box->x_min, box->y_min, box->x_max, box->y_max, kPointsPerNode)) return false;
     const std::size_t rows = static_cast<std::size_t>(track.count) + 1;
-    tree.insert_points(std::span(track.easting, rows), std::span(track.northing, rows)); // a null lies in no box
+    tree.insert_points(std::span(track.easting, rows), std::span(track.northing, rows), pause); // a null lies in no box
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include "picks/quadtree.h"
 #include "processing/track_table.h"
 
+#include <functional>
 #include <optional>
 
 namespace tarvo {
@@ -13,6 +14,7 @@ std::optional<PlanBox> track_index_box(const TrackTable& track);
 
 // Fills the tree with the track's positions, each under its record's number; records without a position are left out.
 // False: there is nothing to index and the tree is empty.
-bool build_track_index(const TrackTable& track, cQuadTree& tree);
+// pause: called now and then on the way, where it is given.
+bool build_track_index(const TrackTable& track, cQuadTree& tree, const std::function<void()>& pause = nullptr);
 
 } // namespace tarvo

@@ -106,6 +106,18 @@ void apply_over_records(int kind, std::int32_t half_width, const std::vector<flo
     }
 }
 
+// Computes [first, last] stretch by stretch and pauses after each.
+template <class Compute>
+void in_stretches(std::int32_t first, std::int32_t last, const std::function<void()>& pause, Compute compute)
+{
+    constexpr std::int32_t kStretch = 1 << 15;
+    for (std::int64_t from = first; from <= last; from += kStretch) {
+        compute(static_cast<std::int32_t>(from),
+                static_cast<std::int32_t>(std::min<std::int64_t>(last, from + kStretch - 1)));
+        if (pause) pause();
+    }
+}
+
 void set_amplitudes(std::array<RecordValues, 4>& rows, std::int32_t first, std::int32_t last)
 {
     const double* const vertical = rows[1].data();
@@ -155,26 +167,34 @@ void fill_outside(RecordValues& row, const LineSpan& line, const InnerRecords& i
     fill_null(row, inner.to + 1, line.limit);
 }
 
-void calculate_line(SampleStore& store, const GradientFilters& filters, int sensor, const LineSpan& line)
+void calculate_line(SampleStore& store, const GradientFilters& filters, int sensor, const LineSpan& line,
+                    const std::function<void()>& pause)
 {
     auto& rows = store.sensors[static_cast<std::size_t>(sensor)].gradients;
     const double* const field = store.gradient_input(sensor).data();
     const InnerRecords inner = inner_records(line, filters.GradientHalfWidth);
     for (const std::size_t row : {1U, 2U, 3U}) fill_outside(rows[row], line, inner);
-    if (inner.from <= inner.to) {
+    in_stretches(inner.from, inner.to, pause, [&](std::int32_t first, std::int32_t last) {
         apply_over_records(kVerticalGradient, filters.GradientHalfWidth, filters.VerticalGradientWeights, field,
-                           rows[1].data(), line.spacing, inner.from, inner.to);
+                           rows[1].data(), line.spacing, first, last);
         apply_over_records(kHorizontalGradient, filters.GradientHalfWidth, filters.HorizontalGradientWeights, field,
-                           rows[2].data(), line.spacing, inner.from, inner.to);
-        set_amplitudes(rows, inner.from, inner.to);
-    }
+                           rows[2].data(), line.spacing, first, last);
+        set_amplitudes(rows, first, last);
+    });
 
     const InnerRecords smoothed = inner_records(line, filters.SmoothHalfWidth);
     fill_outside(rows[0], line, smoothed);
-    if (smoothed.from <= smoothed.to) {
+    in_stretches(smoothed.from, smoothed.to, pause, [&](std::int32_t first, std::int32_t last) {
         apply_over_records(kTriangularSmoothing, filters.SmoothHalfWidth, filters.SmoothWeights, rows[3].data(),
-                           rows[0].data(), 1.0, smoothed.from, smoothed.to);
-    }
+                           rows[0].data(), 1.0, first, last);
+    });
+}
+
+// Filling new rows with nulls takes as long as computing them.
+void make_room(SampleStore& store, std::int32_t last, const std::function<void()>& pause)
+{
+    in_stretches(store.gradient_records + 1, last, pause,
+                 [&](std::int32_t, std::int32_t stretch_last) { reserve_gradients(store, stretch_last); });
 }
 
 void show_fault(const std::exception& fault, Operator& op)
@@ -229,14 +249,14 @@ GradientFilters make_gradient_filters(const ProcessingParameters& parameters)
 }
 
 int calculate_gradient_values(SampleStore& store, const SurveyLines& lines, const GradientFilters& filters,
-                              std::int32_t last_record, Operator& op)
+                              std::int32_t last_record, Operator& op, const std::function<void()>& pause)
 {
     try {
-        reserve_gradients(store, last_record);
+        make_room(store, last_record, pause);
         for (std::int32_t line = 1; line <= lines.CurrentLine && lines.first_record(line) <= last_record; ++line) {
             const LineSpan span = line_span(store, lines.first_record(line), lines.last_record(line), last_record);
             for (int sensor = 1; sensor <= store.number_of_sensors(); ++sensor) {
-                calculate_line(store, filters, sensor, span);
+                calculate_line(store, filters, sensor, span, pause);
             }
         }
         return 0;
@@ -247,10 +267,10 @@ int calculate_gradient_values(SampleStore& store, const SurveyLines& lines, cons
 }
 
 int recalculate_gradient_values(SampleStore& store, const SurveyLines& lines, const ProcessingParameters& parameters,
-                                GradientFilters& filters, Operator& op)
+                                GradientFilters& filters, Operator& op, const std::function<void()>& pause)
 {
     filters = make_gradient_filters(parameters);
-    return calculate_gradient_values(store, lines, filters, store.RecordCount, op);
+    return calculate_gradient_values(store, lines, filters, store.RecordCount, op, pause);
 }
 
 std::int32_t calculate_newest_gradient_values(SampleStore& store, const SurveyLines& lines,

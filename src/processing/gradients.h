@@ -6,6 +6,7 @@
 #include "processing/survey_lines.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace tarvo {
@@ -39,12 +40,13 @@ GradientFilters make_gradient_filters(const ProcessingParameters& parameters);
 // Fills the gradient rows of all sensors up to last_record, line by line: row 1 vertical and row 2 horizontal gradient
 // in field units per metre, row 3 their amplitude, row 0 the smoothed amplitude; kNull near the ends of a line and
 // where the line's mean sample spacing is 0. Returns 0, or -1 after telling the operator of a fault.
+// pause: called now and then, after at most some ten thousand records of a sensor, where it is given.
 int calculate_gradient_values(SampleStore& store, const SurveyLines& lines, const GradientFilters& filters,
-                              std::int32_t last_record, Operator& op);
+                              std::int32_t last_record, Operator& op, const std::function<void()>& pause = nullptr);
 
 // Makes the filters anew from the parameters and computes every stored record.
 int recalculate_gradient_values(SampleStore& store, const SurveyLines& lines, const ProcessingParameters& parameters,
-                                GradientFilters& filters, Operator& op);
+                                GradientFilters& filters, Operator& op, const std::function<void()>& pause = nullptr);
 
 // Computes only the records whose filter window the newest stored record completes. The line's mean spacing is that of
 // the line so far. Returns the record whose display value was completed, 0 when there was none, -1 after a fault.

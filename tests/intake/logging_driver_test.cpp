@@ -55,12 +55,15 @@ TEST_F(DriverTest, ALoadStoresEverythingAndDrawsAtTheEnd)
     EXPECT_EQ(display.finished_runs, 1);
     EXPECT_TRUE(display.replayed.empty());
     EXPECT_TRUE(op.messages.empty());
-    // The captions and locks of the run, then those of the idle state; the counters go back to 0.
-    ASSERT_GE(display.controls.size(), 2U);
+    // The captions and locks of the run, then everything locked until it is finished, then the idle state; the
+    // counters go back to 0.
+    ASSERT_GE(display.controls.size(), 3U);
     EXPECT_EQ(display.controls.back().start_caption, "Start replay");
     EXPECT_EQ(display.controls.back().pause_caption, "Pause replay");
     EXPECT_TRUE(display.controls.back().file_controls_enabled);
-    const RunControls& running = display.controls[display.controls.size() - 2];
+    const RunControls& finishing = display.controls[display.controls.size() - 2];
+    EXPECT_FALSE(finishing.start_enabled || finishing.file_controls_enabled || finishing.pick_list_enabled);
+    const RunControls& running = display.controls[display.controls.size() - 3];
     EXPECT_EQ(running.start_caption, "Stop Load");
     EXPECT_EQ(running.pause_caption, "Pause Load");
     EXPECT_FALSE(running.file_controls_enabled);

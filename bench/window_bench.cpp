@@ -1,0 +1,153 @@
+// Measures the window against the core alone on one data file: time of a load, the longest time that an event waits
+// during it, and the speed of a replay without delay with the profile graphs shown and hidden. Times are the
+// program's own (processor time), so that other work on the machine counts little.
+//
+//     window_bench FILE.csv [REPLAY_LINES [KEY=VALUE...]]
+
+#include "app/main_window.h"
+#include "app/texts.h"
+#include "tools/console.h"
+#include "tools/process_options.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+namespace {
+
+using namespace tarvo;
+
+double seconds_used()
+{
+    timespec time = {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+// A store that forgets.
+class NoSettings : public SettingsStore {
+public:
+    std::string read(const std::string&, const std::string&, const std::string&,
+                     const std::string& default_value) const override
+    {
+        return default_value;
+    }
+    void write(const std::string&, const std::string&, const std::string&, const std::string&) override {}
+};
+
+double core_load(const std::string& file, const ProcessingParameters& parameters)
+{
+    ConsoleOperator op;
+    ConsoleRunDisplay display(ConsoleRunDisplay::Progress::hidden);
+    ConsolePickDisplay pick_display;
+    Monitor monitor(op, display, pick_display);
+    monitor.survey.data_file_name = file;
+    monitor.survey.parameters = parameters;
+    const double begin = seconds_used();
+    monitor.driver.Command_start_logging(StartButton::load_or_pause);
+    return seconds_used() - begin;
+}
+
+// The longest time between two turns of the event loop: an event that comes right after one waits for the next.
+class LongestWait {
+public:
+    explicit LongestWait(QObject* parent)
+    {
+        auto* const timer = new QTimer(parent);
+        QObject::connect(timer, &QTimer::timeout, parent, [this] { note(); });
+        timer->start(0);
+        restart();
+    }
+    void restart()
+    {
+        longest_ = longest_used_ = 0;
+        clock_.start();
+        used_ = seconds_used();
+    }
+    double note()
+    {
+        longest_ = std::max(longest_, 1e-6 * static_cast<double>(clock_.nsecsElapsed()));
+        longest_used_ = std::max(longest_used_, 1e3 * (seconds_used() - used_));
+        clock_.start();
+        used_ = seconds_used();
+        return longest_;
+    }
+    double milliseconds() const { return longest_; }
+    double milliseconds_used() const { return longest_used_; }
+
+private:
+    QElapsedTimer clock_;
+    double used_ = 0;
+    double longest_ = 0;
+    double longest_used_ = 0;
+};
+
+void measure_load(MainWindow& window, const std::string& file, LongestWait& wait)
+{
+    const double alone = core_load(file, window.survey().parameters);
+    window.open_file(file);
+    QApplication::processEvents();
+    wait.restart();
+    const double begin = seconds_used();
+    window.press_start(StartButton::load_or_pause);
+    const double used = seconds_used() - begin;
+    QApplication::processEvents();
+    wait.note();
+    std::printf("load: core %.3f s, window %.3f s (%.2f times), longest wait of an event %.1f ms (%.1f ms of work)\n",
+                alone, used, used / alone, wait.milliseconds(), wait.milliseconds_used());
+}
+
+double replay_lines_per_second(MainWindow& window, const std::string& file, std::int64_t lines)
+{
+    window.open_file(file);
+    QTimer stop;
+    QObject::connect(&stop, &QTimer::timeout, &window, [&] {
+        if (window.survey().processing.lines_read >= lines) window.press_start(StartButton::replay_or_stop);
+    });
+    stop.start(0);
+    const double begin = seconds_used();
+    window.press_start(StartButton::replay_or_stop);
+    return static_cast<double>(window.survey().processing.lines_read) / (seconds_used() - begin);
+}
+
+void measure_replay(MainWindow& window, const std::string& file, std::int64_t lines, LongestWait& wait)
+{
+    wait.restart();
+    const double shown = replay_lines_per_second(window, file, lines);
+    const double longest = wait.milliseconds_used();
+    window.findChild<QAction*>(QStringLiteral("menu_show_DisplayGraphs"))->setChecked(false);
+    const double hidden = replay_lines_per_second(window, file, lines);
+    std::printf("replay: graphs shown %.0f lines/s, hidden %.0f lines/s (%.2f), longest wait %.1f ms of work\n", shown,
+                hidden, shown / hidden, longest);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    if (argc < 2) {
+        std::fputs("usage: window_bench FILE.csv [REPLAY_LINES [KEY=VALUE...]]\n", stderr);
+        return 2;
+    }
+    NoSettings settings;
+    ConsoleOperator op;
+    MainWindow window(settings, &op);
+    window.resize(1280, 720);
+    window.show();
+    QApplication::processEvents();
+    for (int at = 3; at < argc; ++at) {
+        take_setting(argv[at], window.survey().parameters, window.survey().display_settings);
+    }
+    LongestWait wait(&window);
+    for (int turn = 0; turn < 3; ++turn) measure_load(window, argv[1], wait);
+    measure_replay(window, argv[1], argc > 2 ? std::atoll(argv[2]) : 500000, wait);
+    return 0;
+}

@@ -1,0 +1,75 @@
+#include "display/profile_window.h"
+
+#include "test_track.h"
+
+#include <gtest/gtest.h>
+
+namespace tarvo {
+
+namespace {
+
+TestTrack track_of(const std::vector<double>& values) // 10 m from record to record
+{
+    TestTrack track;
+    for (const double value : values) track.add(0, 0, value);
+    return track;
+}
+
+std::vector<double> curve_values(const TestTrack& track, const DistanceRange& range, int most_points)
+{
+    ProfileCurve curve;
+    profile_curve(track.scene().track, track.values.data(), track.count(), range, most_points, curve);
+    for (double& value : curve.value) value = std::isnan(value) ? kNull : value;
+    return curve.value;
+}
+
+} // namespace
+
+TEST(ProfileCurve, HoldsTheStretchAndOneRecordToEitherSide)
+{
+    const TestTrack track = track_of({1, 2, 3, kNull, 5, 6});
+    struct Case {
+        const char* label;
+        DistanceRange range;
+        int most_points;
+        std::vector<double> values;
+    };
+    const Case cases[] = {{"whole", {0, 50}, 100, {1, 2, 3, kNull, 5, 6}},
+                          {"between two records", {21, 29}, 100, {3, kNull}},
+                          {"ends on records", {10, 20}, 100, {1, 2, 3, kNull}},
+                          {"before the track", {-90, -80}, 100, {1}},
+                          {"behind it", {70, 80}, 100, {6}},
+                          {"groups of three by least and greatest", {0, 50}, 4, {1, 3, 5, 6}},
+                          {"empty range", {25, 25}, 100, {3, kNull}}};
+    for (const Case& c : cases) EXPECT_EQ(curve_values(track, c.range, c.most_points), c.values) << c.label;
+    EXPECT_TRUE(curve_values(track_of({}), {0, 50}, 100).empty());
+}
+
+TEST(ProfileCurve, ThinningKeepsEveryPeakInItsPlace)
+{
+    std::vector<double> values(1000, 1.0);
+    values[500] = 99;
+    values[501] = -99;
+    const TestTrack track = track_of(values);
+    ProfileCurve curve;
+    profile_curve(track.scene().track, track.values.data(), track.count(), {0, 1e6}, 50, curve);
+    EXPECT_LE(curve.value.size(), 50U);
+    const auto peak = std::find(curve.value.begin(), curve.value.end(), 99.0);
+    ASSERT_NE(peak, curve.value.end());
+    EXPECT_EQ(curve.distance[static_cast<std::size_t>(peak - curve.value.begin())], 5000);
+    EXPECT_EQ(*(peak + 1), -99) << "in the order of the track";
+    EXPECT_EQ(middle_value(curve), 0);
+}
+
+TEST(ProfileCurve, MiddleRecordLetsTheNewestComeToTheEnd)
+{
+    const TestTrack track = track_of(std::vector<double>(11, 1.0)); // 0 to 100 m
+    const TrackTable table = track.scene().track;
+    EXPECT_EQ(record_behind_newest(table, 40.0F), 10) << "the first record beyond 80 m";
+    EXPECT_EQ(record_behind_newest(table, 1000.0F), 1);
+    EXPECT_EQ(record_behind_newest(TrackTable(), 40.0F), 0);
+    EXPECT_EQ(distance_range_about(table, 3, 40.0F), (DistanceRange{0, 40}));
+    EXPECT_EQ(distance_range_about(table, 12, 40.0F), DistanceRange());
+}
+
+} // namespace tarvo
