@@ -131,8 +131,8 @@ void MainWindow::show_finished_run()
 {
     const std::int32_t records = survey().processing.store.RecordCount;
     if (records > 0) view_.make_current(is_load_ ? (records + 1) / 2 : records, Recentre::no);
-    for (QAction* const action : store_actions_) action->setEnabled(records > 0);
-    show_survey();
+    header_->show_survey(survey());
+    view_.announce(); // the core has drawn the track
     show_column_hint();
     const bool can_be_cured = !survey().parameters.CarryClosingSample && !survey().data_file_name.empty();
     hints_->show_hint(QStringLiteral("averages"), to_qt(averaging_hint(survey().processing)),

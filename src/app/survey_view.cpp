@@ -135,15 +135,20 @@ void SurveyView::redraw_picks()
     emit values_changed();
 }
 
+void SurveyView::announce()
+{
+    emit track_changed();
+    emit current_record_changed();
+    emit values_changed();
+}
+
 void SurveyView::refresh()
 {
     TrackImage& image = survey_.track_image;
     image.full_view.buffer_valid = false;
     image.zoomed_view.buffer_valid = false;
     if (!image.followed.is_shown) update_image_display(image, scene(), Redraw::requested, op_);
-    emit track_changed();
-    emit current_record_changed();
-    emit values_changed();
+    announce();
 }
 
 void SurveyView::show_newest()

@@ -53,6 +53,8 @@ public:
     // The picks, in all panels.
     void redraw_picks();
 
+    // Lets every panel show what the survey now holds; the track has been drawn.
+    void announce();
     // Redraws everything after the survey, its settings or its values have changed.
     void refresh();
     // The picture as it stands now, while a run goes on.
