@@ -64,7 +64,7 @@ std::string runtime_folder()
 {
     const char* const given = std::getenv("XDG_RUNTIME_DIR");
     if (given != nullptr && given[0] == '/' && access(given, W_OK | X_OK) == 0) return given;
-    const std::string folder = (std::filesystem::temp_directory_path() / "tarvo-").string() + std::to_string(geteuid());
+    std::string folder = (std::filesystem::temp_directory_path() / "tarvo-").string() + std::to_string(geteuid());
     make_private_folder(folder);
     return folder;
 }
