@@ -68,7 +68,7 @@ void show_about_box(QWidget* window)
 
 void show_shortcuts_page(QWidget* window)
 {
-    constexpr std::array<std::array<const char*, 2>, 17> kShortcuts = {
+    constexpr std::array<std::array<const char*, 2>, 23> kShortcuts = {
         {{"Ctrl+O", "Open a data file"},
          {"F5", "Load the file"},
          {"F6", "Replay the file"},
@@ -82,6 +82,12 @@ void show_shortcuts_page(QWidget* window)
          {"Click", "Make the nearest point current"},
          {"Ctrl+Wheel on graphs", "Zoom the values"},
          {"Double click on graphs", "Back to the current point"},
+         {"M", "Mark a pick at the current point"},
+         {"Double click on the track", "Mark a pick there"},
+         {"Left, Right", "Move the current pick by a sample, with Shift by ten"},
+         {"Del", "Delete the current pick"},
+         {"Ctrl+Z", "Undo the last change of a pick"},
+         {"Ctrl+L", "Pick list"},
          {"Ctrl+F", "Fit the colour range to the view"},
          {"F1", "This page"},
          {"F11", "Full screen"},

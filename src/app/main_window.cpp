@@ -3,6 +3,7 @@
 #include "app/dial_panel.h"
 #include "app/header_box.h"
 #include "app/hint_bar.h"
+#include "app/pick_list_form.h"
 #include "app/run_bar.h"
 #include "app/texts.h"
 #include "app/track_panel.h"
@@ -36,6 +37,8 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     make_file_menu();
     make_survey_menu();
     make_run_menu();
+    make_pick_menu();
+    make_track_menu();
     make_view_menu();
     make_help_menu();
     read_layout();
@@ -50,7 +53,10 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     show_survey();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow()
+{
+    delete pick_list_; // before what it shows
+}
 
 void MainWindow::open_file(const std::string& file_name, const std::optional<std::string>& header_line)
 {
@@ -168,6 +174,7 @@ void MainWindow::keep_settings()
 {
     write_processing_parameters(survey().parameters, settings_);
     write_display_settings(survey().display_settings, settings_);
+    write_pick_settings(monitor_.pick_work.settings, settings_);
 }
 
 // A run is ended first; the window closes when it is over.

@@ -25,6 +25,8 @@ class ColourBarPanel;
 class DialPanel;
 class HeaderBox;
 class HintBar;
+class PickListForm;
+class PickPanel;
 class LivePanel;
 class ProfileGraphs;
 class RunBar;
@@ -88,6 +90,11 @@ private:
     void make_panels();
     void make_file_menu();
     void make_survey_menu();
+    void make_pick_panel();
+    void make_pick_menu();
+    void make_track_menu();
+    QAction* add_move_action(QMenu& menu, const char* name, const QString& text, const QString& shortcut, int samples);
+    void show_pick_list();
     void make_run_menu();
     void make_view_menu();
     void make_help_menu();
@@ -130,6 +137,17 @@ private:
     ProfileGraphs* graphs_ = nullptr;
     QSplitter* columns_ = nullptr;
     QSplitter* side_ = nullptr;
+    PickPanel* picks_ = nullptr;
+    PickListForm* pick_list_ = nullptr; // while it is open
+    QMenu* track_menu_ = nullptr;
+    std::int32_t menu_record_ = 0; // where the track's menu was opened
+    QAction* add_anomaly_ = nullptr;
+    QAction* mark_anomaly_ = nullptr;
+    QAction* display_pick_list_ = nullptr;
+    QAction* undo_pick_ = nullptr;
+    QAction* delete_pick_ = nullptr;
+    std::vector<QAction*> move_actions_;
+    bool can_move_pick_ = false;
     QLabel* pointed_ = nullptr;
     QLabel* sender_text_ = nullptr; // a live survey's
     QMenu* recent_files_ = nullptr;

@@ -7,6 +7,7 @@
 #include "app/hint_bar.h"
 #include "app/live_panel.h"
 #include "app/main_window.h"
+#include "app/pick_panel.h"
 #include "app/profile_graphs.h"
 #include "app/run_bar.h"
 #include "app/survey_export.h"
@@ -98,6 +99,8 @@ void MainWindow::make_panels()
     layout->addWidget(hints_);
     layout->addWidget(columns_, 1);
     setCentralWidget(central);
+    make_pick_panel();
+    layout->addWidget(picks_);
 
     pointed_ = new QLabel;
     pointed_->setObjectName(QStringLiteral("Label_pointed"));

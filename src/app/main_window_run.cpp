@@ -5,6 +5,7 @@
 #include "app/header_box.h"
 #include "app/hint_bar.h"
 #include "app/main_window.h"
+#include "app/pick_panel.h"
 #include "app/profile_graphs.h"
 #include "app/run_bar.h"
 #include "app/texts.h"
@@ -41,6 +42,11 @@ void MainWindow::show_controls(const RunControls& controls)
     for (QAction* const action : store_actions_) action->setEnabled(controls.file_controls_enabled && has_samples);
     for (QAction* const action : run_actions_) action->setEnabled(state.file_run_active());
 
+    display_pick_list_->setEnabled(controls.pick_list_enabled);
+    picks_->set_moving_locked(!controls.moving_anomalies_enabled);
+    for (QAction* const action : move_actions_) {
+        action->setEnabled(can_move_pick_ && controls.moving_anomalies_enabled);
+    }
     view_.set_running(state.any_run_active());
     if (!state.any_run_active()) {
         frame_timer_.stop();

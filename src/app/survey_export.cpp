@@ -1,5 +1,6 @@
 #include "app/survey_export.h"
 
+#include "picks/pick_export.h"
 #include "processing/sample_export.h"
 #include "text/file_names.h"
 #include "text/replace_file.h"
@@ -76,6 +77,23 @@ void export_track_file(const SurveyState& survey, Operator& op)
         {"Export the track image", "PNG files|*.png|All files (*.*)|*.*", offered_name(survey, "_track.png"), "png"});
     if (!file_name) return;
     write_product("track image", op, [&] { write_png_file(*file_name, survey.track_image.picture); });
+}
+
+void export_picks_csv(const SurveyState& survey, Operator& op)
+{
+    const std::optional<std::string> file_name = op.choose_file_to_create(
+        {"Export the picks", "CSV files|*.csv|All files (*.*)|*.*", offered_name(survey, "_picks.csv"), "csv"});
+    if (!file_name) return;
+    write_product("picks", op, [&] { replace_file(*file_name, pick_csv_text(survey.picks)); });
+}
+
+void export_picks_geojson(const SurveyState& survey, Operator& op)
+{
+    const std::optional<std::string> file_name =
+        op.choose_file_to_create({"Export the picks", "GeoJSON files|*.geojson|All files (*.*)|*.*",
+                                  offered_name(survey, "_picks.geojson"), "geojson"});
+    if (!file_name) return;
+    write_product("picks", op, [&] { replace_file(*file_name, pick_geojson_text(survey.picks)); });
 }
 
 } // namespace tarvo

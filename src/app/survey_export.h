@@ -12,5 +12,7 @@ namespace tarvo {
 void export_samples_file(const SurveyState& survey, Operator& op, QWidget* window);
 void export_lines_file(const SurveyState& survey, Operator& op, QWidget* window);
 void export_track_file(const SurveyState& survey, Operator& op);
+void export_picks_csv(const SurveyState& survey, Operator& op);
+void export_picks_geojson(const SurveyState& survey, Operator& op);
 
 } // namespace tarvo

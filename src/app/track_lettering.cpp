@@ -2,12 +2,16 @@
 
 #include "app/texts.h"
 #include "display/colour_scale.h"
+#include "display/label_layout.h"
 #include "display/range_fit.h"
 #include "text/numbers.h"
 
 #include <QCoreApplication>
 #include <QLinearGradient>
 #include <QPainter>
+
+#include <cmath>
+#include <vector>
 
 namespace tarvo {
 
@@ -64,17 +68,28 @@ void draw_legend(QPainter& painter, const QRect& area, double range)
     draw_outlined(painter, labels.translated(kBarWidth + 6, -18), flags, QStringLiteral("nT/m"), Qt::white);
 }
 
-void draw_pick_names(QPainter& painter, double pixel_ratio, const SurveyState& survey)
+// Where picks are crowded, the names that would cover others are left out; the current one's is always there.
+void draw_pick_names(QPainter& painter, const QRect& area, double pixel_ratio, const SurveyState& survey)
 {
-    constexpr int kRingRadius = 5;
+    constexpr int kLongestName = 160; // pixels
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int ring_radius = static_cast<int>(std::ceil(5 / pixel_ratio));
+    std::vector<QString> names;
+    std::vector<LabelWish> wishes;
     for (const PickLabel& label : survey.track_image.pick_labels) {
         const auto pick = static_cast<std::size_t>(label.pick);
         if (pick >= survey.picks.pick_names.size()) continue;
-        const QPoint place(static_cast<int>(label.x / pixel_ratio) + kRingRadius + 3,
-                           static_cast<int>(label.y / pixel_ratio) - 10);
-        const bool is_current = label.pick == survey.current_pick;
-        draw_outlined(painter, QRect(place, QSize(200, 20)), Qt::AlignLeft | Qt::AlignVCenter,
-                      to_qt(survey.picks.pick_names[pick]), is_current ? QColor(255, 96, 96) : QColor(Qt::white));
+        names.push_back(metrics.elidedText(to_qt(survey.picks.pick_names[pick]), Qt::ElideRight, kLongestName));
+        wishes.push_back({static_cast<int>(label.x / pixel_ratio), static_cast<int>(label.y / pixel_ratio),
+                          metrics.horizontalAdvance(names.back()) + 2, metrics.height(),
+                          label.pick == survey.current_pick});
+    }
+    const auto places = arrange_labels(wishes, area.width(), area.height(), ring_radius);
+    for (std::size_t at = 0; at < wishes.size(); ++at) {
+        if (!places[at]) continue;
+        const QRect box(places[at]->left, places[at]->top, places[at]->width, places[at]->height);
+        draw_outlined(painter, box, Qt::AlignCenter, names[at],
+                      wishes[at].comes_first ? QColor(255, 96, 96) : QColor(Qt::white));
     }
 }
 
@@ -96,7 +111,7 @@ void draw_track_lettering(QPainter& painter, const QRect& area, double pixel_rat
         return;
     }
     const PixelTransform transform = active_transform(survey.track_image);
-    draw_pick_names(painter, pixel_ratio, survey);
+    draw_pick_names(painter, area, pixel_ratio, survey);
     draw_scale_bar(painter, area, pixel_ratio / (transform.scale * transform.zoom));
     draw_legend(painter, area, survey.display_settings.gradient_max_range);
 }

@@ -5,6 +5,7 @@
 #include "intake/survey_readings.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -17,6 +18,7 @@ namespace tarvo {
 namespace {
 
 constexpr int kPointingReach = 20; // device pixels around the pointer
+constexpr int kPickReach = 7;      // a ring and a little
 
 // The core's pixels where they are.
 QImage image_over(const Picture& picture)
@@ -35,7 +37,7 @@ TrackWidget::TrackWidget(SurveyView& view, QWidget* parent) : QWidget(parent), v
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setToolTip(tr("The track in plan view, coloured by gradient. Wheel: zoom, drag: move the enlarged view, "
-                  "click: make the nearest point current."));
+                  "click: make the nearest point or pick current, double click: mark a pick."));
     setToolTipDuration(4000);
     setAccessibleName(tr("Track"));
     connect(&view_, &SurveyView::track_changed, this, qOverload<>(&QWidget::update));
@@ -115,8 +117,26 @@ void TrackWidget::mouseReleaseEvent(QMouseEvent* event)
     if (event->button() != Qt::LeftButton || !pressed_at_) return;
     pressed_at_.reset();
     if (dragging_) return;
+    const QPoint pixel = device_pixel(event->position());
+    const std::int32_t pick = pick_at_pixel(view_.survey().track_image.pick_labels, pixel.x(), pixel.y(), kPickReach);
+    clicked_a_pick_ = pick > 0;
+    if (clicked_a_pick_) {
+        emit pick_clicked(pick);
+        return;
+    }
     const std::int32_t record = pointed_at(event->pos()).record;
     if (record > 0) view_.make_current(record, Recentre::no);
+}
+
+void TrackWidget::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const std::int32_t record = pointed_at(event->pos()).record;
+    if (event->button() == Qt::LeftButton && record > 0 && !clicked_a_pick_) emit double_clicked(record);
+}
+
+void TrackWidget::contextMenuEvent(QContextMenuEvent* event)
+{
+    emit menu_wanted(pointed_at(event->pos()).record, event->globalPos());
 }
 
 void TrackWidget::leaveEvent(QEvent*)

@@ -29,6 +29,9 @@ public:
 
 signals:
     void pointed(const QString& text); // for the status bar; empty when the pointer has left
+    void pick_clicked(std::int32_t pick);
+    void double_clicked(std::int32_t record);
+    void menu_wanted(std::int32_t record, const QPoint& screen_position);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -37,6 +40,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -47,6 +52,7 @@ private:
     std::optional<QPoint> pressed_at_; // device pixels; while the left button is down
     QPoint dragged_to_;
     bool dragging_ = false;
+    bool clicked_a_pick_ = false; // with the last click: a second one marks no new pick there
 };
 
 } // namespace tarvo

@@ -4,6 +4,7 @@
 #include "text/numbers.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tarvo {
 
@@ -92,6 +93,19 @@ std::vector<PickLabel> draw_located_picks(Picture& picture, const PixelTransform
     }
     if (current) draw_ring(picture, current->x, current->y, kPickRadius, kRed);
     return labels;
+}
+
+std::int32_t pick_at_pixel(std::span<const PickLabel> labels, int x, int y, int reach)
+{
+    std::int32_t nearest = -1;
+    double nearest_distance = reach;
+    for (const PickLabel& label : labels) {
+        const double distance = std::hypot(label.x - x, label.y - y);
+        if (distance > nearest_distance) continue;
+        nearest_distance = distance;
+        nearest = label.pick;
+    }
+    return nearest;
 }
 
 } // namespace tarvo

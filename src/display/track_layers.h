@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace tarvo {
@@ -39,5 +40,8 @@ struct PickLabel {
 // Draws the picks that are on the track as white rings of radius 5, the current one red and last. Returns the picks
 // that lie inside of the picture, in the order of the list.
 std::vector<PickLabel> draw_located_picks(Picture& picture, const PixelTransform& transform, const TrackScene& scene);
+
+// The pick whose ring is nearest to a pixel, at most `reach` pixels off; -1: none.
+std::int32_t pick_at_pixel(std::span<const PickLabel> labels, int x, int y, int reach);
 
 } // namespace tarvo

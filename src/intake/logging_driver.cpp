@@ -304,7 +304,7 @@ void LoggingDriver::stop_data_logging()
     display_.show_counters(shown);
     controls_.start_caption = "Start replay";
     controls_.pause_caption = "Pause replay";
-    controls_.pick_list_enabled = survey_.processing.store.RecordCount >= 1 && survey_.picks.number_of_picks >= 1;
+    controls_.pick_list_enabled = has_pick_list(survey_);
     show_controls();
 }
 

@@ -20,6 +20,11 @@ TrackScene track_scene(const SurveyState& survey)
     return scene;
 }
 
+bool has_pick_list(const SurveyState& survey)
+{
+    return survey.processing.store.RecordCount >= 1 && survey.picks.number_of_picks >= 1;
+}
+
 IndexedTrack indexed_track(const SurveyState& survey)
 {
     return {track_table(survey.processing.store), survey.track_index};

@@ -45,6 +45,9 @@ struct SurveyState {
 // What the track image draws from, as it stands now.
 TrackScene track_scene(const SurveyState& survey);
 
+// The pick list can be looked at: a sample is stored and a pick exists.
+bool has_pick_list(const SurveyState& survey);
+
 // What picks are laid on and moved along, as it stands now.
 IndexedTrack indexed_track(const SurveyState& survey);
 

@@ -21,6 +21,16 @@ struct Monitor {
     SurveyState survey;
     PickWorkflow pick_work;
     LoggingDriver driver;
+
+    // The sample that is marked without pointing: the newest one while a run goes on; in its pauses and without a run
+    // the current one, if there is any. 0: none.
+    std::int32_t sample_to_mark() const
+    {
+        const LoggingDriver::State& run = driver.state();
+        const std::int32_t current = survey.track_image.current_record;
+        const bool is_newest = run.any_run_active() && (!run.run_paused || current == 0);
+        return is_newest ? survey.processing.store.RecordCount : current;
+    }
 };
 
 } // namespace tarvo

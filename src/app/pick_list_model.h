@@ -1,0 +1,37 @@
+#pragma once
+
+#include "picks/pick_texts.h"
+
+#include <QAbstractTableModel>
+
+#include <vector>
+
+namespace tarvo {
+
+// The rows of Grid_anomaly_picks in the order in which they are shown. The list itself is never sorted.
+class PickListModel : public QAbstractTableModel {
+public:
+    PickListModel(const PickList& picks, const std::int32_t& current_pick, Operator& op, QObject* parent = nullptr);
+
+    void show_list(); // the whole grid anew
+
+    std::int32_t pick_of_row(int row) const;  // 0: no such row
+    int row_of_pick(std::int32_t pick) const; // -1: not shown
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    void sort(int column, Qt::SortOrder order) override; // column -1: the order of the list
+
+private:
+    const PickList& picks_;
+    const std::int32_t& current_pick_;
+    Operator& op_;
+    std::vector<PickRow> grid_;       // element 0: the header; then by pick
+    std::vector<std::int32_t> order_; // pick of every row
+    int sorted_column_ = -1;
+    Qt::SortOrder sort_order_ = Qt::AscendingOrder;
+};
+
+} // namespace tarvo

@@ -1,0 +1,205 @@
+#include "window_fixture.h"
+
+#include "app/new_pick_form.h"
+#include "app/pick_list_form.h"
+#include "picks/pick_file.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTimer>
+
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tarvo {
+
+namespace {
+
+// A loaded survey whose picks are worked on. After every step the file is the list.
+class PickWindowTest : public WindowTest {
+protected:
+    std::string file;
+
+    void SetUp() override
+    {
+        WindowTest::SetUp();
+        file = write_survey(folder, "a", 3000);
+        window.open_file(file);
+        click("Command_start_logging_1");
+        QApplication::processEvents();
+    }
+
+    PickList& picks() { return window.survey().picks; }
+    QAction& action(const char* name) { return control<QAction>(name); }
+
+    // A shortcut belongs to the active window, which a closed dialog leaves to nobody on a desktop without a manager.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        QTest::keyClick(window.windowHandle(), key, modifiers);
+    }
+    // Saves what the new pick dialog offers, or what is typed over it.
+    void in_the_dialog(std::function<void(NewPickForm&)> act)
+    {
+        at_turn([this] { return window.findChild<NewPickForm*>() != nullptr; },
+                [this, act] { act(*window.findChild<NewPickForm*>()); });
+    }
+    void mark(std::int32_t record, const QString& name = {})
+    {
+        window.view().make_current(record, Recentre::no);
+        in_the_dialog([name](NewPickForm& form) {
+            if (!name.isEmpty()) QTest::keyClicks(form.findChild<QLineEdit*>("Text_anomaly_name"), name);
+            QTest::keyClick(&form, Qt::Key_Return);
+        });
+        press(Qt::Key_M);
+        EXPECT_EQ(window.findChild<NewPickForm*>(), nullptr) << "saved and closed";
+    }
+    // "Anomaly 1@30 ..." of the list; the same was read back from the disk.
+    std::string list()
+    {
+        PickList on_disk;
+        FakeOperator reader;
+        EXPECT_EQ(read_pick_file(folder.path("a_pick.dat"), on_disk, reader).status, 0);
+        EXPECT_EQ(on_disk.number_of_picks, picks().number_of_picks);
+        std::string text;
+        for (std::int32_t pick = 1; pick <= std::min(on_disk.number_of_picks, picks().number_of_picks); ++pick) {
+            const Pick shown = pick_at(picks(), pick);
+            const Pick stored = pick_at(on_disk, pick);
+            EXPECT_EQ(stored.name, shown.name);
+            EXPECT_EQ(stored.type, shown.type);
+            for (std::size_t at = 1; at <= 3; ++at) EXPECT_NEAR(stored.location[at], shown.location[at], 0.051);
+            text += (pick > 1 ? " | " : "") + shown.name + "@" + std::to_string(shown.sample_index);
+        }
+        return text;
+    }
+};
+
+} // namespace
+
+TEST_F(PickWindowTest, EveryStepIsInTheFile)
+{
+    EXPECT_FALSE(action("menu_display_pick_list").isEnabled());
+    mark(30);
+    mark(60);
+    mark(90, "Wreck");
+    EXPECT_EQ(list(), "Anomaly 1@30 | Anomaly 2@60 | Wreck 3@90");
+    EXPECT_EQ(control<QLabel>("Label_current_pick").text(), "Current pick (3 of 3)");
+    EXPECT_TRUE(action("menu_display_pick_list").isEnabled());
+
+    auto& shift = control<QScrollBar>("HScroll_shift_anomaly");
+    shift.triggerAction(QAbstractSlider::SliderPageStepAdd);
+    EXPECT_EQ(list(), "Anomaly 1@30 | Anomaly 2@60 | Wreck 3@100");
+    EXPECT_EQ(shift.value(), 0) << "ready for the next move";
+    control<QWidget>("Picture_data_track").setFocus();
+    press(Qt::Key_Left);
+    EXPECT_EQ(list(), "Anomaly 1@30 | Anomaly 2@60 | Wreck 3@99");
+
+    auto& combo = control<QComboBox>("Combo_current_pick");
+    combo.setCurrentIndex(0);
+    emit combo.activated(0);
+    EXPECT_EQ(window.survey().current_pick, 1);
+    EXPECT_EQ(window.survey().track_image.current_record, 30) << "shown in the middle";
+    op.answer = false;
+    click("Command_delete_selected_anomaly");
+    EXPECT_EQ(op.questions.back(), "Delete the anomaly Anomaly 1?");
+    EXPECT_EQ(list(), "Anomaly 1@30 | Anomaly 2@60 | Wreck 3@99");
+    op.answer = true;
+    click("Command_delete_selected_anomaly");
+    EXPECT_EQ(list(), "Anomaly 2@60 | Wreck 3@99");
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(list(), "Anomaly 1@30 | Anomaly 2@60 | Wreck 3@99");
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(list(), "Anomaly 1@30 | Anomaly 2@60 | Wreck 3@100") << "the last move";
+}
+
+TEST_F(PickWindowTest, TheListSortsEditsAndJumpsWithoutChangingItsOrder)
+{
+    mark(30, "Wreck");
+    mark(60, "Anchor");
+    mark(90, "Chain");
+    action("menu_display_pick_list").trigger();
+    auto* const form = window.findChild<PickListForm*>();
+    ASSERT_NE(form, nullptr);
+    auto& grid = *form->findChild<QTableView*>("Grid_anomaly_picks");
+    const auto names = [&grid] {
+        QStringList shown;
+        for (int row = 0; row < grid.model()->rowCount(); ++row) shown += grid.model()->index(row, 0).data().toString();
+        return shown.join(QLatin1Char(' ')).toStdString();
+    };
+    EXPECT_EQ(names(), "Wreck Anchor Chain");
+    grid.sortByColumn(0, Qt::AscendingOrder);
+    EXPECT_EQ(names(), "Anchor Chain Wreck");
+    EXPECT_EQ(list(), "Wreck 1@30 | Anchor 2@60 | Chain 3@90");
+
+    grid.selectRow(1);
+    auto& name = *form->findChild<QLineEdit*>("Text_anomaly_name");
+    EXPECT_EQ(name.text(), "Chain");
+    name.setText("Zinc");
+    QTest::mouseClick(form->findChild<QPushButton*>("Command_save_edit"), Qt::LeftButton);
+    EXPECT_EQ(op.messages.back(), "The edits have been saved");
+    EXPECT_EQ(list(), "Wreck 1@30 | Anchor 2@60 | Zinc 3@90");
+    EXPECT_EQ(names(), "Anchor Wreck Zinc");
+    EXPECT_EQ(name.text(), "Zinc") << "still the selected pick";
+
+    emit grid.doubleClicked(grid.model()->index(0, 0));
+    EXPECT_EQ(window.survey().current_pick, 2);
+    EXPECT_EQ(window.survey().track_image.current_record, 60);
+    grid.selectRow(0);
+    QTest::mouseClick(form->findChild<QPushButton*>("Command_delete_selected_pick"), Qt::LeftButton);
+    EXPECT_EQ(list(), "Wreck 1@30 | Zinc 3@90");
+    EXPECT_EQ(names(), "Wreck Zinc");
+    EXPECT_FALSE(name.isEnabled()) << "nothing is selected";
+    form->close();
+}
+
+TEST_F(PickWindowTest, PointingMarksAndChooses)
+{
+    auto& track = control<QWidget>("Picture_data_track");
+    const auto pixel_of = [this](std::int32_t record) {
+        const SampleStore& store = window.survey().processing.store;
+        const PixelTransform transform = active_transform(window.survey().track_image);
+        return QPoint(pixel_x(transform, store.channel(kEast, record)),
+                      pixel_y(transform, store.channel(kNorth, record)));
+    };
+    in_the_dialog([](NewPickForm& form) { QTest::keyClick(&form, Qt::Key_Return); });
+    QTest::mouseDClick(&track, Qt::LeftButton, {}, pixel_of(250));
+    EXPECT_EQ(list(), "Anomaly 1@250");
+    in_the_dialog([](NewPickForm& form) { QTest::keyClick(&form, Qt::Key_Escape); });
+    QTest::mouseDClick(&track, Qt::LeftButton, {}, pixel_of(100));
+    EXPECT_EQ(list(), "Anomaly 1@250") << "closed without saving";
+    mark(120);
+    EXPECT_EQ(window.survey().current_pick, 2);
+    QTest::mouseClick(&track, Qt::LeftButton, {}, pixel_of(250));
+    EXPECT_EQ(window.survey().current_pick, 1) << "its ring was clicked";
+}
+
+TEST_F(PickWindowTest, AKilledProgramHasEverythingOnItsSamplesWhenItStartsAgain)
+{
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) { // one thread works on the core alone, and is killed at once after its last step
+        window.monitor().pick_work.settings.ShowNewPickDialog = false;
+        for (const std::int32_t record : {40, 80, 120, 160}) {
+            window.monitor().pick_work.mnuAddAnomaly(indexed_track(window.survey()).track, record);
+        }
+        window.monitor().pick_work.HScroll_shift_anomaly(indexed_track(window.survey()).track, -7);
+        window.monitor().pick_work.choose_pick(2);
+        window.monitor().pick_work.Command_delete_selected_anomaly(indexed_track(window.survey()));
+        kill(getpid(), SIGKILL);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    window.open_file(file);
+    click("Command_start_logging_1");
+    EXPECT_EQ(list(), "Anomaly 1@40 | Anomaly 3@120 | Anomaly 4@153");
+}
+
+} // namespace tarvo
