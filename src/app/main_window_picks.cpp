@@ -124,6 +124,8 @@ void MainWindow::show_pick_list()
 
 void MainWindow::show_pick_controls(const PickControls& controls)
 {
+    // A button that goes dead would hand the keyboard to the next text box, which takes M and Ctrl+Z for itself.
+    if (!controls.actions_enabled && picks_->isAncestorOf(focusWidget())) track_->track().setFocus();
     picks_->show_controls(controls);
     undo_pick_->setText(to_qt(controls.undo_caption));
     undo_pick_->setEnabled(controls.undo_enabled);

@@ -111,7 +111,9 @@ TEST_F(PickWindowTest, EveryStepIsInTheFile)
     EXPECT_EQ(op.questions.back(), "Delete the anomaly Anomaly 1?");
     EXPECT_EQ(list(), "Anomaly 1@30 | Anomaly 2@60 | Wreck 3@99");
     op.answer = true;
+    control<QPushButton>("Command_delete_selected_anomaly").setFocus();
     click("Command_delete_selected_anomaly");
+    EXPECT_EQ(window.focusWidget(), &control<QWidget>("Picture_data_track")) << "no text box takes the next keys";
     EXPECT_EQ(list(), "Anomaly 2@60 | Wreck 3@99");
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(list(), "Anomaly 1@30 | Anomaly 2@60 | Wreck 3@99");
