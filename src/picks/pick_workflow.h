@@ -71,7 +71,7 @@ public:
 
     PickListControls list_controls() const;
     std::int32_t edited_pick() const { return edited_pick_; } // of the selected row; 0: none
-    PickTexts select_pick_row(std::int32_t pick); // remembers the fields for the edit; 0: no row
+    PickTexts select_pick_row(std::int32_t pick);             // remembers the fields for the edit; 0: no row
     PickTexts Command_save_edit(const PickTexts& texts);
     PickTexts Command_cancel_edit() const { return remembered_; }
     void Command_delete_selected_pick(const IndexedTrack& ground);
