@@ -198,7 +198,6 @@ std::string LiveRequests::end_definitions()
 
 void LiveRequests::start_pipe_data_logging()
 {
-    survey_.data_file_name.clear();
     rate_ = LineRate();
     last_line_.reset();
     driver_.start_pipe_data_logging();

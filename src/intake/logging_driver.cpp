@@ -326,6 +326,11 @@ void LoggingDriver::terminate_data_logging()
 
 void LoggingDriver::start_pipe_data_logging()
 {
+    // The picks of a file are not those of a live survey, and must not be written over by them.
+    if (!survey_.data_file_name.empty()) {
+        survey_.data_file_name.clear();
+        pick_work_.open_picks_of({}, indexed_track(survey_));
+    }
     initialise_data_logging();
     state_.pipe_logging_active = true;
     live_fault_shown_ = false;

@@ -97,6 +97,27 @@ TEST_F(DriverTest, PicksLeaveTheTrackWithARunAndAreLaidOnItAtTheEnd)
     EXPECT_EQ(track_scene(survey).picks.records.size(), 2U);
 }
 
+TEST_F(DriverTest, ALiveRunLeavesThePicksOfAFileBehind)
+{
+    press(StartButton::load_or_pause);
+    pick_work.open_picks_of(survey.data_file_name, indexed_track(survey));
+    pick_work.settings.ShowNewPickDialog = false;
+    pick_work.mnuAddAnomaly(indexed_track(survey).track, 4);
+    const std::string stored = folder.read("line_pick.dat");
+    driver.start_pipe_data_logging();
+    EXPECT_TRUE(survey.data_file_name.empty());
+    EXPECT_TRUE(survey.picks.pick_file_name.empty());
+    EXPECT_EQ(survey.picks.number_of_picks, 0);
+    driver.process_input_data("1,2,0,5,48000");
+    driver.process_input_data("2,4,0,5,48000");
+    op.chosen_file = folder.path("live_pick.dat");
+    pick_work.mnuAddAnomaly(indexed_track(survey).track, 1);
+    EXPECT_EQ(folder.read("line_pick.dat"), stored);
+    EXPECT_EQ(survey.picks.pick_file_name, folder.path("live_pick.dat"));
+    driver.start_pipe_data_logging(); // the same live survey begins anew
+    EXPECT_EQ(survey.picks.number_of_picks, 1);
+}
+
 TEST_F(DriverTest, AReplayShowsEverySampleAndWaitsBetweenLines)
 {
     display.at_line = [&](std::int64_t line) {
