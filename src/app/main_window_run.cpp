@@ -54,7 +54,9 @@ void MainWindow::show_controls(const RunControls& controls)
     }
     is_load_ = state.load_running;
     is_file_run_ = state.file_run_active();
-    if (!frame_timer_.isActive()) frame_timer_.start(is_load_ ? kLoadFrameInterval : kFrameInterval);
+    if (frame_timer_.isActive()) return;
+    frame_timer_.start(is_load_ ? kLoadFrameInterval : kFrameInterval);
+    pumped_.invalidate(); // the first lines let the buttons' new captions show
 }
 
 void MainWindow::show_counters(const RunCounters& counters)
