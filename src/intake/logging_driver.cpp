@@ -2,6 +2,7 @@
 
 #include "definitions/definitions_file.h"
 #include "picks/track_index.h"
+#include "text/file_names.h"
 #include "text/tokens.h"
 
 #include <algorithm>
@@ -19,12 +20,6 @@ int delay_of_speed(int position)
 {
     const double slowness = kFullSpeed - std::clamp(position, 0, kFullSpeed);
     return static_cast<int>(std::nearbyint(slowness * slowness / 10.0));
-}
-
-bool is_there(const std::string& file_name)
-{
-    std::error_code ignored;
-    return std::filesystem::exists(file_name, ignored);
 }
 
 // Length in bytes; 0 for what has none, such as a pipe.

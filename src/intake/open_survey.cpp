@@ -1,18 +1,11 @@
 #include "intake/open_survey.h"
 
 #include "definitions/definitions_file.h"
-
-#include <filesystem>
+#include "text/file_names.h"
 
 namespace tarvo {
 
 namespace {
-
-bool is_there(const std::string& file_name)
-{
-    std::error_code ignored;
-    return std::filesystem::exists(file_name, ignored);
-}
 
 void forget_survey(SurveyState& survey, Operator& op)
 {

@@ -2,19 +2,12 @@
 
 #include "definitions/definitions_file.h"
 #include "intake/definitions_guess.h"
+#include "text/file_names.h"
 #include "text/numbers.h"
-
-#include <filesystem>
 
 namespace tarvo {
 
 namespace {
-
-bool is_there(const std::string& file_name)
-{
-    std::error_code ignored;
-    return !file_name.empty() && std::filesystem::exists(file_name, ignored);
-}
 
 // As the definitions file holds them: without the positions that a header gives, component names in upper case.
 bool are_same(const SurveyDefinitions& one, const SurveyDefinitions& other)

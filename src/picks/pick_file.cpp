@@ -1,6 +1,7 @@
 #include "picks/pick_file.h"
 
 #include "picks/pick_times.h"
+#include "text/file_names.h"
 #include "text/line_reader.h"
 #include "text/numbers.h"
 #include "text/replace_file.h"
@@ -105,12 +106,6 @@ void keep_aside(const std::string& path)
     std::string name = first_name;
     for (int number = 2; fs::exists(name); ++number) name = first_name + std::to_string(number);
     copy_file_whole(path, name);
-}
-
-bool is_there(const std::string& path)
-{
-    std::error_code ignored;
-    return fs::exists(path, ignored);
 }
 
 } // namespace

@@ -11,4 +11,7 @@ std::string_view without_extension(std::string_view file_name);
 // The name after the last folder separator ("/" or "\").
 std::string_view last_part(std::string_view file_name);
 
+// Whether a file, a folder or anything else has this name; one that cannot be reached has not.
+bool is_there(const std::string& file_name);
+
 } // namespace tarvo

@@ -32,7 +32,7 @@ struct DriverTest : testing::Test {
         }
         survey.data_file_name = folder.write("line.csv", text);
         SurveyDefinitions definitions;
-        for (const FieldSlotIndex slot : {kTime, kEast, kNorth, kDepth}) {
+        for (const std::size_t slot : std::initializer_list<std::size_t>{kTime, kEast, kNorth, kDepth}) {
             definitions.fields[slot].name = kDefaultFieldNames[slot];
         }
         definitions.sensors[1].component_columns[1] = "M1";
