@@ -140,6 +140,7 @@ void MainWindow::show_finished_run()
     const std::int32_t records = survey().processing.store.RecordCount;
     if (records > 0) view_.make_current(is_load_ ? (records + 1) / 2 : records, Recentre::no);
     header_->show_survey(survey());
+    run_bar_->show_totals(survey().processing.lines_read, records);
     view_.announce(); // the core has drawn the track
     show_column_hint();
     const bool can_be_cured = !survey().parameters.CarryClosingSample && !survey().data_file_name.empty();

@@ -113,6 +113,13 @@ void RunBar::show_counters(const RunCounters& counters)
     progress_->setFormat(is_going ? QStringLiteral("%p%   ") + to_qt(rate_.text()) : QString());
 }
 
+// The counters are those of a run and stand at 0 behind it.
+void RunBar::show_totals(std::int64_t lines_read, std::int32_t samples_stored)
+{
+    progress_->setFormat(
+        tr("%1 lines read, %2 samples stored").arg(count_text(lines_read), count_text(samples_stored)));
+}
+
 void RunBar::reset_speed()
 {
     speed_->setValue(speed_->maximum());

@@ -27,6 +27,7 @@ public:
 
     void show_controls(const RunControls& controls);
     void show_counters(const RunCounters& counters);
+    void show_totals(std::int64_t lines_read, std::int32_t samples_stored); // of a finished run
     void reset_speed();
 
 signals:

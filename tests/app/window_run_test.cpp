@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QProgressBar>
 #include <QSlider>
 #include <QUrl>
 
@@ -28,6 +29,8 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
     click(kLoad);
     CoreLoad core(file);
     EXPECT_EQ(samples_text(window.survey()), samples_text(core.monitor.survey));
+    EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(),
+              QStringLiteral("5,000 lines read, 455 samples stored"));
 
     TrackImage& image = core.monitor.survey.track_image;
     const TrackImage& shown = window.survey().track_image;
