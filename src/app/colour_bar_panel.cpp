@@ -18,7 +18,7 @@ ColourBar::ColourBar(int sensor, QWidget* parent) : QWidget(parent)
     setObjectName(QStringLiteral("Picture_TG_colour_bar_%1").arg(sensor));
     setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    setToolTip(tr("Gradient of sensor %1 along the track; a click makes a point current").arg(sensor));
+    setToolTip(tr("Gradient of sensor %1 along the track; a click makes a point or a pick current").arg(sensor));
 }
 
 QSize ColourBar::pixel_size() const
@@ -38,20 +38,31 @@ void ColourBar::paintEvent(QPaintEvent*)
                  static_cast<qsizetype>(picture.width()) * 4, QImage::Format_RGB32);
     image.setDevicePixelRatio(devicePixelRatioF());
     painter.drawImage(0, 0, image);
-    if (!has_cursor) return;
-    painter.setPen(Qt::white); // in step with the graphs' cursor
-    painter.drawLine(width() / 2, 0, width() / 2, height());
+    if (has_cursor) {
+        painter.setPen(Qt::white); // in step with the graphs' cursor
+        painter.drawLine(width() / 2, 0, width() / 2, height());
+    }
+    static const PickLineColours kOverColours = {Qt::white, QColor(255, 96, 96), Qt::black};
+    draw_pick_lines(painter, rect(), picks, kOverColours);
+    if (has_names) draw_pick_line_names(painter, rect(), picks, kOverColours);
 }
 
 void ColourBar::mousePressEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton && width() > 0) emit clicked(event->position().x() / width());
+    if (event->button() != Qt::LeftButton || width() < 1) return;
+    const double x = event->position().x();
+    if (const std::int32_t pick = pick_at_x(picks, x); pick > 0) {
+        emit pick_clicked(pick);
+    } else {
+        emit clicked(x / width());
+    }
 }
 
 ColourBarPanel::ColourBarPanel(SurveyView& view, QWidget* parent)
     : QWidget(parent), view_(view), lines_(new QVBoxLayout(this))
 {
     setObjectName(QStringLiteral("Frame_colour_bars"));
+    setFocusPolicy(Qt::ClickFocus); // for the pick keys
     lines_->setContentsMargins(0, 2, 0, 2);
     lines_->setSpacing(2);
     connect(&view_, &SurveyView::values_changed, this, &ColourBarPanel::refresh);
@@ -93,6 +104,7 @@ void ColourBarPanel::fit_sensors(int count)
         line->addWidget(row.bar, 1);
         lines_->addWidget(row.line);
         connect(row.bar, &ColourBar::clicked, this, &ColourBarPanel::choose_point);
+        connect(row.bar, &ColourBar::pick_clicked, this, &ColourBarPanel::pick_clicked);
         connect(row.shown, &QCheckBox::toggled, this, [this] {
             refresh();
             emit shown_sensors_changed();
@@ -134,18 +146,26 @@ void ColourBarPanel::draw_bars()
         for (Picture& bar : bars) clear(bar);
     }
     for (std::size_t sensor = 1; sensor <= rows_.size(); ++sensor) {
-        rows_[sensor - 1].bar->picture = std::move(bars[sensor]);
-        rows_[sensor - 1].bar->has_cursor = middle > 0 && !view_.is_running();
-        rows_[sensor - 1].bar->update();
+        ColourBar& bar = *rows_[sensor - 1].bar;
+        bar.picture = std::move(bars[sensor]);
+        bar.has_cursor = middle > 0 && !view_.is_running();
+        bar.picks = pick_lines(survey, shown_stretch(), 0, bar.width());
+        bar.has_names = sensor == 1; // the lines of all bars stand below each other
+        bar.update();
     }
+}
+
+DistanceRange ColourBarPanel::shown_stretch() const
+{
+    const SurveyState& survey = view_.survey();
+    return distance_range_about(track_table(survey.processing.store), view_.middle_record(),
+                                survey.display_settings.track_axis_length);
 }
 
 void ColourBarPanel::choose_point(double share)
 {
-    const SurveyState& survey = view_.survey();
-    const TrackTable track = track_table(survey.processing.store);
-    const DistanceRange range =
-        distance_range_about(track, view_.middle_record(), survey.display_settings.track_axis_length);
+    const TrackTable track = track_table(view_.survey().processing.store);
+    const DistanceRange range = shown_stretch();
     if (!(range.length() > 0)) return;
     const double distance = range.from + share * range.length();
     view_.make_current(calculate_track_index_from_distance(track, distance, 1, view_.op()), Recentre::yes);

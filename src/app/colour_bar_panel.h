@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/pick_lines.h"
 #include "app/survey_view.h"
 #include "display/picture.h"
 
@@ -21,12 +22,15 @@ public:
 
     Picture picture;         // device pixels, the core's
     bool has_cursor = false; // the middle is the current point
+    std::vector<PickLine> picks;
+    bool has_names = false; // of the picks
     QSize pixel_size() const;
 
     QSize sizeHint() const override { return {360, 20}; }
 
 signals:
     void clicked(double share); // of the bar's width, from the left
+    void pick_clicked(std::int32_t pick);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -46,6 +50,7 @@ public:
 
 signals:
     void shown_sensors_changed();
+    void pick_clicked(std::int32_t pick);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -58,6 +63,7 @@ private:
     };
     void fit_sensors(int count);
     void draw_bars();
+    DistanceRange shown_stretch() const;
     void choose_point(double share);
 
     SurveyView& view_;

@@ -95,6 +95,7 @@ private:
     void make_track_menu();
     QAction* add_move_action(QMenu& menu, const char* name, const QString& text, const QString& shortcut, int samples);
     void show_pick_list();
+    void move_pick(int samples);
     void make_run_menu();
     void make_view_menu();
     void make_help_menu();

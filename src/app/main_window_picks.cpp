@@ -1,5 +1,6 @@
 // The window as the display of the pick work, and the controls that drive it.
 
+#include "app/colour_bar_panel.h"
 #include "app/main_window.h"
 #include "app/new_pick_form.h"
 #include "app/pick_list_form.h"
@@ -25,10 +26,12 @@ void MainWindow::make_pick_panel()
     connect(picks_, &PickPanel::delete_pressed, this,
             [this] { monitor_.pick_work.Command_delete_selected_anomaly(indexed_track(survey())); });
     connect(picks_, &PickPanel::pick_chosen, this, [&work](std::int32_t pick) { work.choose_pick(pick); });
-    connect(picks_, &PickPanel::shifted, this,
-            [this](int samples) { monitor_.pick_work.HScroll_shift_anomaly(indexed_track(survey()).track, samples); });
+    connect(picks_, &PickPanel::shifted, this, &MainWindow::move_pick);
     TrackWidget& track = track_->track();
-    connect(&track, &TrackWidget::pick_clicked, this, [&work](std::int32_t pick) { work.choose_pick(pick); });
+    const auto choose_pick = [&work](std::int32_t pick) { work.choose_pick(pick); };
+    connect(&track, &TrackWidget::pick_clicked, this, choose_pick);
+    connect(bars_, &ColourBarPanel::pick_clicked, this, choose_pick);
+    connect(graphs_, &ProfileGraphs::pick_clicked, this, choose_pick);
     connect(&track, &TrackWidget::double_clicked, this,
             [this](std::int32_t record) { monitor_.pick_work.mnuAddAnomaly(indexed_track(survey()).track, record); });
     connect(&track, &TrackWidget::menu_wanted, this, [this](std::int32_t record, const QPoint& screen_position) {
@@ -61,7 +64,8 @@ void MainWindow::make_pick_menu()
                         -kLargeShiftStep),
         add_move_action(menu, "menu_move_far_on", tr("Move ten on"), QStringLiteral("Shift+Right"), kLargeShiftStep)};
     // Where these keys have no use of their own.
-    for (QWidget* const widget : std::initializer_list<QWidget*>{&track_->track(), graphs_, &picks_->pick_choice()}) {
+    for (QWidget* const widget :
+         std::initializer_list<QWidget*>{&track_->track(), bars_, graphs_, &picks_->pick_choice()}) {
         widget->addAction(delete_pick_);
         widget->addActions({move_actions_.begin(), move_actions_.end()});
     }
@@ -92,11 +96,22 @@ void MainWindow::make_pick_menu()
 QAction* MainWindow::add_move_action(QMenu& menu, const char* name, const QString& text, const QString& shortcut,
                                      int samples)
 {
-    QAction* const action = add_action(menu, name, text, shortcut, [this, samples] {
-        monitor_.pick_work.HScroll_shift_anomaly(indexed_track(survey()).track, samples);
-    });
+    QAction* const action = add_action(menu, name, text, shortcut, [this, samples] { move_pick(samples); });
     action->setShortcutContext(Qt::WidgetShortcut);
     return action;
+}
+
+// Graphs and bars stay where they are, so that the pick is seen to move over them, until it would leave them.
+void MainWindow::move_pick(int samples)
+{
+    const TrackTable track = indexed_track(survey()).track;
+    monitor_.pick_work.HScroll_shift_anomaly(track, samples);
+    if (!is_pick(survey().picks, survey().current_pick)) return;
+    const std::int32_t record = survey().picks.pick_sample_index[static_cast<std::size_t>(survey().current_pick)];
+    const DistanceRange shown =
+        distance_range_about(track, view_.middle_record(), survey().display_settings.track_axis_length);
+    const bool is_in_view = record > 0 && track.distance[record] >= shown.from && track.distance[record] <= shown.to;
+    if (record > 0 && !is_in_view) view_.make_current(record, Recentre::yes);
 }
 
 void MainWindow::make_track_menu()

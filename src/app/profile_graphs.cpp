@@ -1,5 +1,6 @@
 #include "app/profile_graphs.h"
 
+#include "app/pick_lines.h"
 #include "app/sensor_colours.h"
 #include "app/texts.h"
 #include "text/numbers.h"
@@ -39,15 +40,53 @@ void set_step(QCPAxis& axis, double step)
 
 } // namespace
 
+// The picks over one of the plots.
+class PickLinesItem : public QCPAbstractItem {
+public:
+    PickLinesItem(QCustomPlot* plot, QCPAxisRect* rect, const SurveyState& survey, bool has_names)
+        : QCPAbstractItem(plot), rect_(*rect), survey_(survey), has_names_(has_names)
+    {
+        setClipAxisRect(rect);
+        setAntialiased(false); // lines of one pixel
+    }
+
+    PickLineColours colours;
+
+    std::vector<PickLine> lines() const
+    {
+        const QCPRange range = rect_.axis(QCPAxis::atBottom)->range();
+        return pick_lines(survey_, {range.lower, range.upper}, rect_.left(), rect_.width());
+    }
+
+    // A click is judged by the widget, as over the colour bars.
+    double selectTest(const QPointF&, bool, QVariant*) const override { return -1; }
+
+protected:
+    void draw(QCPPainter* painter) override
+    {
+        const std::vector<PickLine> shown = lines();
+        draw_pick_lines(*painter, rect_.rect(), shown, colours);
+        if (has_names_) draw_pick_line_names(*painter, rect_.rect().adjusted(0, 1, 0, 0), shown, colours);
+    }
+
+private:
+    const QCPAxisRect& rect_;
+    const SurveyState& survey_;
+    bool has_names_;
+};
+
 ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
     : QWidget(parent), view_(view), plot_(new QCustomPlot), length_(new QComboBox)
 {
     setObjectName(QStringLiteral("Frame_profiles"));
     plot_->setObjectName(QStringLiteral("Graph_profiles"));
-    plot_->setToolTip(tr("Profiles along the track. Wheel: zoom along the track, Ctrl and wheel: zoom the values, "
-                         "drag: move, click: make a point current, double click: back to the current point."));
+    plot_->setToolTip(
+        tr("Profiles along the track. Wheel: zoom along the track, Ctrl and wheel: zoom the values, "
+           "drag: move, click: make a point or a pick current, double click: back to the current point."));
     plot_->setToolTipDuration(5000);
     plot_->setMinimumHeight(150);
+    plot_->setFocusPolicy(Qt::NoFocus); // a click gives the keyboard to this widget, which has the pick keys
+    setFocusPolicy(Qt::ClickFocus);
     make_plots();
 
     length_->setObjectName(QStringLiteral("Combo_display_axis_length"));
@@ -120,6 +159,7 @@ void ProfileGraphs::make_plots()
             end->setTypeX(QCPItemPosition::ptPlotCoords);
             end->setTypeY(QCPItemPosition::ptAxisRectRatio);
         }
+        plot.picks = new PickLinesItem(plot_, plot.rect, view_.survey(), which == kGradient);
     }
     // The plots' heights: the field needs the most.
     plot_->plotLayout()->setRowStretchFactors({1.0, 1.2, 1.1});
@@ -145,6 +185,7 @@ void ProfileGraphs::apply_palette()
             axis->setLabelFont(font());
         }
         plot.cursor->setPen(QPen(text, 0, Qt::DashLine));
+        plot.picks->colours = {text, QColor(224, 32, 32), palette().color(QPalette::Base)};
     }
 }
 
@@ -367,6 +408,10 @@ void ProfileGraphs::release(QMouseEvent* event)
     if (event->button() != Qt::LeftButton || !pressed_) return;
     pressed_ = false;
     if (dragged_) return;
+    if (const std::int32_t pick = pick_at_x(plots_[kGradient].picks->lines(), event->position().x()); pick > 0) {
+        emit pick_clicked(pick);
+        return;
+    }
     const TrackTable track = track_table(view_.survey().processing.store);
     const std::int32_t record =
         calculate_track_index_from_distance(track, distance_at(event->position()), 1, view_.op());

@@ -18,6 +18,8 @@ class QWheelEvent;
 
 namespace tarvo {
 
+class PickLinesItem;
+
 // The profiles along the track about the current point: gradient, total field and depth or elevation, one above the
 // other over one distance axis. Only what is in view is handed to the plot.
 class ProfileGraphs : public QWidget {
@@ -32,6 +34,9 @@ public:
     void refresh();          // ranges and curves
     void show_whole_range(); // zoom and pan back to the current point
 
+signals:
+    void pick_clicked(std::int32_t pick);
+
 protected:
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -41,6 +46,7 @@ private:
     struct Plot {
         QCPAxisRect* rect = nullptr;
         QCPItemStraightLine* cursor = nullptr;
+        PickLinesItem* picks = nullptr;
         std::vector<QCPGraph*> graphs;
         double height_factor = 1; // of the range of values; below 1: enlarged
     };

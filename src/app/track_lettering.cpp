@@ -1,5 +1,6 @@
 #include "app/track_lettering.h"
 
+#include "app/pick_lines.h"
 #include "app/texts.h"
 #include "display/colour_scale.h"
 #include "display/label_layout.h"
@@ -18,17 +19,6 @@ namespace tarvo {
 namespace {
 
 constexpr int kMargin = 10;
-
-// Readable over any colour of the track.
-void draw_outlined(QPainter& painter, const QRect& area, int flags, const QString& text, const QColor& colour)
-{
-    painter.setPen(Qt::black);
-    for (const QPoint& shift : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1)}) {
-        painter.drawText(area.translated(shift), flags, text);
-    }
-    painter.setPen(colour);
-    painter.drawText(area, flags, text);
-}
 
 QString length_text(double metres)
 {
@@ -71,7 +61,6 @@ void draw_legend(QPainter& painter, const QRect& area, double range)
 // Where picks are crowded, the names that would cover others are left out; the current one's is always there.
 void draw_pick_names(QPainter& painter, const QRect& area, double pixel_ratio, const SurveyState& survey)
 {
-    constexpr int kLongestName = 160; // pixels
     const QFontMetrics metrics = painter.fontMetrics();
     const int ring_radius = static_cast<int>(std::ceil(5 / pixel_ratio));
     std::vector<QString> names;
@@ -79,7 +68,7 @@ void draw_pick_names(QPainter& painter, const QRect& area, double pixel_ratio, c
     for (const PickLabel& label : survey.track_image.pick_labels) {
         const auto pick = static_cast<std::size_t>(label.pick);
         if (pick >= survey.picks.pick_names.size()) continue;
-        names.push_back(metrics.elidedText(to_qt(survey.picks.pick_names[pick]), Qt::ElideRight, kLongestName));
+        names.push_back(metrics.elidedText(to_qt(survey.picks.pick_names[pick]), Qt::ElideRight, kLongestPickName));
         wishes.push_back({static_cast<int>(label.x / pixel_ratio), static_cast<int>(label.y / pixel_ratio),
                           metrics.horizontalAdvance(names.back()) + 2, metrics.height(),
                           label.pick == survey.current_pick});

@@ -90,6 +90,19 @@ void profile_curve(const TrackTable& track, const double* values, std::int32_t v
     }
 }
 
+std::vector<ProfilePick> picks_in_stretch(const TrackTable& track, const PickMarks& picks, const DistanceRange& range)
+{
+    std::vector<ProfilePick> found;
+    for (std::size_t element = 1; element < picks.records.size(); ++element) {
+        const std::int32_t record = picks.records[element];
+        if (record < 1 || record > track.count) continue;
+        const double distance = track.distance[record];
+        if (distance < range.from || distance > range.to) continue;
+        found.push_back({static_cast<std::int32_t>(element), distance});
+    }
+    return found;
+}
+
 double middle_value(const ProfileCurve& curve)
 {
     double least = std::numeric_limits<double>::infinity();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "display/track_scene.h"
 #include "processing/track_table.h"
 
 #include <cstdint>
@@ -35,6 +36,17 @@ struct ProfileCurve {
 // greatest value, so that no peak is lost.
 void profile_curve(const TrackTable& track, const double* values, std::int32_t value_count, const DistanceRange& range,
                    int most_points, ProfileCurve& curve);
+
+// A pick that lies in a stretch.
+struct ProfilePick {
+    std::int32_t pick = 0;
+    double distance = 0; // along the track, metres
+
+    bool operator==(const ProfilePick&) const = default;
+};
+
+// The picks on the track whose samples lie in a stretch, its ends included, in the order of the list.
+std::vector<ProfilePick> picks_in_stretch(const TrackTable& track, const PickMarks& picks, const DistanceRange& range);
 
 // The middle of the least and the greatest value of a curve; 0 for a curve without values.
 double middle_value(const ProfileCurve& curve);

@@ -2,6 +2,7 @@
 
 #include "app/new_pick_form.h"
 #include "app/pick_list_form.h"
+#include "app/sensor_colours.h"
 #include "picks/pick_file.h"
 
 #include <QAction>
@@ -180,6 +181,60 @@ TEST_F(PickWindowTest, PointingMarksAndChooses)
     EXPECT_EQ(window.survey().current_pick, 2);
     QTest::mouseClick(&track, Qt::LeftButton, {}, pixel_of(250));
     EXPECT_EQ(window.survey().current_pick, 1) << "its ring was clicked";
+}
+
+TEST_F(PickWindowTest, LinesInGraphsAndBarsShowChooseAndMovePicks)
+{
+    mark(30, "Wreck");
+    mark(60);
+    mark(250);
+    window.view().make_current(45, Recentre::no);
+    QApplication::processEvents();
+    auto& graph = control<QWidget>("Graph_profiles");
+    auto& bar = control<QWidget>("Picture_TG_colour_bar_1");
+    const auto share_of = [this](std::int32_t record) { // of the stretch about the current point
+        const RecordValues& distance = window.survey().processing.store.distance;
+        const double from = distance[window.survey().track_image.current_record];
+        const double length = static_cast<double>(window.survey().display_settings.track_axis_length);
+        return (distance[record] - from) / length + 0.5;
+    };
+    const auto x_in_graph = [&](std::int32_t record) {
+        return static_cast<int>(
+            std::lround(kAxisMargin + share_of(record) * (graph.width() - kAxisMargin - kEndMargin)));
+    };
+    const auto x_in_bar = [&](std::int32_t record) {
+        return static_cast<int>(std::lround(share_of(record) * bar.width()));
+    };
+    const auto has_current_line = [](QWidget& widget, int x, QRgb colour) {
+        QApplication::processEvents();
+        const QImage shown = widget.grab().toImage();
+        return shown.pixel(x, shown.height() - 3 - (widget.height() > 100 ? 60 : 0)) == colour;
+    };
+    const auto current_is_at = [&](std::int32_t record) {
+        return has_current_line(graph, x_in_graph(record), 0xFFE02020) &&
+               has_current_line(bar, x_in_bar(record), 0xFFFF6060);
+    };
+    EXPECT_FALSE(current_is_at(30));
+    QTest::mouseClick(&graph, Qt::LeftButton, {}, {x_in_graph(30) + 2, 40});
+    EXPECT_EQ(window.survey().current_pick, 1);
+    EXPECT_EQ(window.survey().track_image.current_record, 30) << "in the middle";
+    EXPECT_TRUE(current_is_at(30));
+    EXPECT_FALSE(current_is_at(60));
+
+    press(Qt::Key_Right); // the click gave the graphs the keyboard
+    EXPECT_EQ(list(), "Wreck 1@31 | Wreck 2@60 | Wreck 3@250");
+    EXPECT_EQ(window.survey().track_image.current_record, 30) << "the curves stay";
+    EXPECT_TRUE(current_is_at(31));
+
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {x_in_bar(60), 5});
+    EXPECT_EQ(window.survey().current_pick, 2);
+    EXPECT_TRUE(current_is_at(60));
+    for (int step = 0; step < 17; ++step) press(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(list(), "Wreck 1@31 | Wreck 2@230 | Wreck 3@250");
+    EXPECT_TRUE(current_is_at(230)) << "the view goes along with a pick that would leave it";
+    window.view().make_current(60, Recentre::no);
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {x_in_bar(60), 5});
+    EXPECT_EQ(window.survey().current_pick, 2) << "no pick is there any more";
 }
 
 TEST_F(PickWindowTest, AKilledProgramHasEverythingOnItsSamplesWhenItStartsAgain)

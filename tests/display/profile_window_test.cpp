@@ -61,6 +61,19 @@ TEST(ProfileCurve, ThinningKeepsEveryPeakInItsPlace)
     EXPECT_EQ(middle_value(curve), 0);
 }
 
+TEST(ProfilePicks, AreThoseOfTheStretchThatLieOnTheTrack)
+{
+    const TestTrack track = track_of({1, 2, 3, 4, 5}); // at 0, 10 .. 40 m
+    const std::vector<std::int32_t> records = {99, 5, -1, 2, 0, 6, 3, 1};
+    const auto picks_in = [&](const DistanceRange& range) {
+        return picks_in_stretch(track.scene().track, {records, 3}, range);
+    };
+    EXPECT_EQ(picks_in({10, 40}), (std::vector<ProfilePick>{{1, 40}, {3, 10}, {6, 20}}));
+    EXPECT_EQ(picks_in({-5, 9.9}), (std::vector<ProfilePick>{{7, 0}}));
+    EXPECT_TRUE(picks_in({41, 50}).empty());
+    EXPECT_TRUE(picks_in_stretch(track.scene().track, {}, {0, 40}).empty());
+}
+
 TEST(ProfileCurve, MiddleRecordLetsTheNewestComeToTheEnd)
 {
     const TestTrack track = track_of(std::vector<double>(11, 1.0)); // 0 to 100 m
