@@ -115,8 +115,9 @@ ProcessingRun random_survey(std::uint32_t seed, int components)
     int number = 1;
     for (int sample = 0; sample < 700; ++sample) {
         if (random() % 90 == 0) ++number;
-        std::string line = std::to_string(sample) + "," + (standing ? "5" : std::to_string(sample * 2 + random() % 2)) +
-                           ",0," + std::to_string(number);
+        std::string line = std::to_string(sample) + "," +
+                           (standing ? "5" : std::to_string(sample * 2 + static_cast<int>(random() % 2))) + ",0," +
+                           std::to_string(number);
         for (int value = 0; value < 2 * components; ++value) {
             line += random() % 40 == 0   ? ",*"
                     : random() % 90 == 0 ? ",2e10"
