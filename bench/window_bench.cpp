@@ -120,11 +120,11 @@ void measure_replay(MainWindow& window, const std::string& file, std::int64_t li
 {
     wait.restart();
     const double shown = replay_lines_per_second(window, file, lines);
-    const double longest = wait.milliseconds_used();
+    const double longest = wait.milliseconds();
     window.findChild<QAction*>(QStringLiteral("menu_show_DisplayGraphs"))->setChecked(false);
     const double hidden = replay_lines_per_second(window, file, lines);
-    std::printf("replay: graphs shown %.0f lines/s, hidden %.0f lines/s (%.2f), longest wait %.1f ms of work\n", shown,
-                hidden, shown / hidden, longest);
+    std::printf("replay: graphs shown %.0f lines/s, hidden %.0f lines/s (%.2f), longest wait of an event %.1f ms\n",
+                shown, hidden, shown / hidden, longest);
 }
 
 } // namespace

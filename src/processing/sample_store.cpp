@@ -3,6 +3,9 @@
 #include "text/numbers.h"
 
 #include <algorithm>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 namespace tarvo {
 
@@ -24,6 +27,19 @@ void for_each_record_array(SampleStore& store, Operation operation)
     operation(store.record_time);
 }
 
+// Giving hundreds of megabytes back takes the system a tenth of a second, in which the user interface would stand
+// still.
+void release_in_background(SampleStore store)
+{
+    constexpr std::size_t kWorthAThread = std::size_t{64} << 20;
+    if (store_bytes(store) < kWorthAThread) return;
+    try {
+        std::thread([released = std::move(store)] {}).detach();
+    } catch (const std::system_error&) { // no thread to be had: it was released here
+        return;
+    }
+}
+
 } // namespace
 
 double SampleStore::channel(int slot, std::int32_t record) const
@@ -38,7 +54,7 @@ const RecordValues& SampleStore::gradient_input(int sensor) const
 
 void reset_sample_store(SampleStore& store, const SurveyDefinitions& definitions, const FieldLocations& locations)
 {
-    store = SampleStore();
+    release_in_background(std::exchange(store, SampleStore()));
     store.components_per_sensor = definitions.components_per_sensor;
     store.track_follows_sensor =
         definitions.read_sensor_location == 1 && !(locations.has(kEast) && locations.has(kNorth));
