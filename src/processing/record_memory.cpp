@@ -1,5 +1,6 @@
 #include "processing/record_memory.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -29,8 +30,13 @@ void* mapped(void* block, std::size_t bytes, std::size_t wanted)
     return pages == MAP_FAILED ? nullptr : pages;
 }
 
+// Bit by bit: while pages are freed, no other thread of the program gets or moves any.
 void unmap(void* block, std::size_t bytes)
 {
+    constexpr std::size_t kBit = std::size_t{1} << 20;
+    for (std::size_t freed = 0; freed < bytes; freed += kBit) {
+        madvise(static_cast<char*>(block) + freed, std::min(kBit, bytes - freed), MADV_DONTNEED);
+    }
     munmap(block, bytes);
 }
 

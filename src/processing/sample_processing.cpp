@@ -228,7 +228,9 @@ int close_full_bin(SampleProcessing& run)
 void start_processing(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,
                       const ProcessingParameters& parameters)
 {
+    SampleStore store = std::move(run.store); // reset below, which gives its memory back in good time
     run = SampleProcessing();
+    run.store = std::move(store);
     run.plan = make_processing_plan(definitions, locations, parameters);
     run.fields = FieldReader(run.plan.wanted_fields);
     const auto sensor_channels = static_cast<std::size_t>(locations.sensor_channel_count()) + 1;
