@@ -3,12 +3,15 @@
 #include "app/pick_lines.h"
 #include "app/sensor_colours.h"
 #include "app/texts.h"
+#include "display/axis_ticks.h"
 #include "text/numbers.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSignalBlocker>
+#include <QToolButton>
 
 #include <qcustomplot.h>
 
@@ -21,16 +24,8 @@ namespace {
 
 constexpr int kAxisLengths[] = {25, 50, 100, 200, 500, 1000, 2000, 5000};
 constexpr int kBottomMargin = 34;
-
-// A tick step that leaves the labels room whatever the operator has zoomed to.
-double readable_step(double wanted, double range)
-{
-    constexpr double kMostTicks = 9;
-    double step = wanted > 0 ? wanted : range / 4;
-    for (int turn = 0; range / step > kMostTicks; ++turn) step *= turn % 3 == 1 ? 2.5 : 2.0;
-    while (range / step < 2) step /= 2;
-    return step;
-}
+constexpr double kSmallestFactor = 1e-3; // of an axis
+constexpr double kLargestFactor = 1e3;
 
 void set_step(QCPAxis& axis, double step)
 {
@@ -95,8 +90,21 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
     length_->setEditable(true);
     length_->setInsertPolicy(QComboBox::NoInsert);
     length_->setMinimumContentsLength(5);
-    connect(length_, &QComboBox::textActivated, &view_,
-            [this](const QString& text) { view_.change_display_setting("TrackAxisLength", text); });
+    const auto take_length = [this] {
+        length_->lineEdit()->setModified(false); // a refused text gives way to the length that holds
+        view_.change_display_setting("TrackAxisLength", length_->currentText());
+        refresh();
+    };
+    connect(length_, &QComboBox::textActivated, this, take_length);
+    connect(length_->lineEdit(), &QLineEdit::editingFinished, this, [this, take_length] { // a length of one's own
+        if (length_->lineEdit()->isModified()) take_length();
+    });
+
+    auto* const fit = new QToolButton;
+    fit->setObjectName(QStringLiteral("Command_fit_heights"));
+    fit->setText(tr("Fit heights"));
+    fit->setToolTip(tr("Fits the heights of the graphs to the curves in view; a double click on them goes back"));
+    connect(fit, &QToolButton::clicked, this, &ProfileGraphs::fit_heights);
 
     auto* const label = new QLabel(tr("Profiles over"));
     auto* const unit = new QLabel(tr("m"));
@@ -106,6 +114,7 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
     tools->addWidget(length_);
     tools->addWidget(unit);
     tools->addStretch(1);
+    tools->addWidget(fit);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -161,6 +170,7 @@ void ProfileGraphs::make_plots()
         }
         plot.picks = new PickLinesItem(plot_, plot.rect, view_.survey(), which == kGradient);
     }
+    plots_[kGradient].from_zero = true;
     // The plots' heights: the field needs the most.
     plot_->plotLayout()->setRowStretchFactors({1.0, 1.2, 1.1});
     apply_palette();
@@ -224,11 +234,12 @@ void ProfileGraphs::refresh()
     }
     if (!isVisible()) return;
     const DistanceRange range = view_range();
+    const double distance_step = readable_tick_step(settings.track_axis_tick_spacing, range.length());
     for (Plot& plot : plots_) {
         QCPAxis& distance = *plot.rect->axis(QCPAxis::atBottom);
         distance.setRange(range.from, range.to);
-        set_step(distance, readable_step(settings.track_axis_tick_spacing, range.length()));
-        distance.setNumberPrecision(range.length() < 5 ? 1 : 0);
+        set_step(distance, distance_step);
+        distance.setNumberPrecision(decimals_of_step(distance_step));
     }
     fill_sensor_plot(plots_[kGradient], kGradient);
     fill_sensor_plot(plots_[kField], kField);
@@ -290,7 +301,7 @@ void ProfileGraphs::fill_sensor_plot(Plot& plot, PlotIndex which)
     }
     if (which == kGradient) {
         const double range = settings.gradient_max_range;
-        set_value_range(plot, range / 2, range, settings.gradient_tick_spacing);
+        set_value_range(plot, 0, range, settings.gradient_tick_spacing);
     } else {
         set_value_range(plot, (least + greatest) / 2, settings.tmi_max_range, settings.tmi_tick_spacing);
     }
@@ -320,11 +331,14 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
 void ProfileGraphs::set_value_range(Plot& plot, double middle, double range, double tick_step)
 {
     QCPAxis& axis = *plot.rect->axis(QCPAxis::atLeft);
+    plot.range = range;
+    plot.middle = middle;
     const double shown = range * plot.height_factor;
-    const double step = readable_step(tick_step, shown);
-    axis.setRange(middle - shown / 2, middle + shown / 2);
+    const double step = readable_tick_step(tick_step, shown);
+    const double bottom = plot.from_zero ? 0 : middle - shown / 2;
+    axis.setRange(bottom, bottom + shown);
     set_step(axis, step);
-    axis.setNumberPrecision(step < 0.1 ? 2 : step < 1 ? 1 : 0);
+    axis.setNumberPrecision(decimals_of_step(step));
 }
 
 void ProfileGraphs::place_cursors()
@@ -338,6 +352,31 @@ void ProfileGraphs::place_cursors()
         plot.cursor->point1->setCoords(distance, 0);
         plot.cursor->point2->setCoords(distance, 1);
     }
+}
+
+// Of the axis, so that no curve in view leaves the plot; 0 without curves.
+double ProfileGraphs::height_needed(const Plot& plot)
+{
+    const QCPRange stretch = plot.rect->axis(QCPAxis::atBottom)->range();
+    double reach = 0; // from the middle, or from 0 on
+    for (QCPGraph* const graph : plot.graphs) {
+        bool found = false;
+        const QCPRange values = graph->getValueRange(found, QCP::sdBoth, stretch);
+        if (!found || !graph->visible()) continue;
+        reach = std::max(reach, plot.from_zero ? values.upper
+                                               : std::max(values.upper - plot.middle, plot.middle - values.lower));
+    }
+    constexpr double kAir = 1.1;
+    return kAir * (plot.from_zero ? reach : 2 * reach);
+}
+
+void ProfileGraphs::fit_heights()
+{
+    for (Plot& plot : plots_) {
+        const double needed = height_needed(plot);
+        if (needed > 0) plot.height_factor = std::clamp(needed / plot.range, kSmallestFactor, kLargestFactor);
+    }
+    refresh();
 }
 
 void ProfileGraphs::show_whole_range()
@@ -364,8 +403,6 @@ double ProfileGraphs::distance_at(const QPointF& position) const
 void ProfileGraphs::turn_wheel(QWheelEvent* event)
 {
     constexpr double kStepsPerDoubling = 360;
-    constexpr double kSmallestFactor = 1e-3;
-    constexpr double kLargestFactor = 1e3;
     const double factor = std::exp2(-event->angleDelta().y() / kStepsPerDoubling);
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
         if (Plot* const plot = plot_at(event->position())) {

@@ -33,6 +33,7 @@ public:
 
     void refresh();          // ranges and curves
     void show_whole_range(); // zoom and pan back to the current point
+    void fit_heights();      // to the curves in view
 
 signals:
     void pick_clicked(std::int32_t pick);
@@ -49,6 +50,9 @@ private:
         PickLinesItem* picks = nullptr;
         std::vector<QCPGraph*> graphs;
         double height_factor = 1; // of the range of values; below 1: enlarged
+        double range = 1;         // of values, before that factor
+        double middle = 0;
+        bool from_zero = false; // its values start at 0, which stays at the bottom
     };
     enum PlotIndex : std::size_t { kGradient, kField, kVertical };
 
@@ -59,6 +63,7 @@ private:
     void fill_vertical_plot(Plot& plot);
     void set_curve(QCPGraph& graph, const double* values, std::int32_t count);
     void set_value_range(Plot& plot, double middle, double range, double tick_step);
+    static double height_needed(const Plot& plot);
     void place_cursors();
 
     DistanceRange view_range() const;

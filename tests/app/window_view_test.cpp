@@ -1,3 +1,4 @@
+#include "app/sensor_colours.h"
 #include "window_fixture.h"
 
 #include <QAction>
@@ -84,6 +85,40 @@ TEST_F(LoadedWindowTest, ZoomIsTypedChosenAndLeft)
     control<QAction>("menu_whole_track").trigger();
     EXPECT_EQ(image().zoomed_view.zoom, 1.0F);
     EXPECT_TRUE(control<QAbstractButton>("Option_whole_track").isVisible());
+}
+
+TEST_F(LoadedWindowTest, GraphsTakeATypedLengthAndFitTheirHeights)
+{
+    auto& length = *control<QComboBox>("Combo_display_axis_length").lineEdit();
+    const auto type = [&](const QString& text) {
+        length.setFocus();
+        length.selectAll();
+        QTest::keyClicks(&length, text);
+        QTest::keyClick(&length, Qt::Key_Return);
+    };
+    type(QStringLiteral("35"));
+    EXPECT_EQ(window.survey().display_settings.track_axis_length, 35);
+    EXPECT_TRUE(eventually([this] { return settings.values["TrackAxisLength"] == "35"; }));
+    type(QStringLiteral("none"));
+    EXPECT_EQ(window.survey().display_settings.track_axis_length, 35);
+    EXPECT_EQ(length.text(), QStringLiteral("35")) << "what holds is shown again";
+
+    const auto rows_of_curves = [this] {
+        QApplication::processEvents();
+        const QImage shown = control<QWidget>("Graph_profiles").grab().toImage();
+        int rows = 0;
+        for (int y = 0; y < shown.height(); ++y) {
+            bool any = false;
+            for (int x = 0; x < shown.width(); ++x) any |= shown.pixel(x, y) == sensor_colour(1).rgb();
+            rows += any ? 1 : 0;
+        }
+        return rows;
+    };
+    const int before = rows_of_curves();
+    click("Command_fit_heights");
+    EXPECT_GT(rows_of_curves(), 2 * before);
+    QTest::mouseDClick(&control<QWidget>("Graph_profiles"), Qt::LeftButton, {}, {200, 100});
+    EXPECT_EQ(rows_of_curves(), before);
 }
 
 TEST_F(LoadedWindowTest, PlayMovesAlongTheTrackToItsEnd)
