@@ -105,6 +105,30 @@ TEST_F(LiveWindow, ShowsAndRecordsWhatIsForwarded)
     EXPECT_EQ(recorded, loaded);
 }
 
+TEST_F(LiveWindow, RealSurveysAreTheSameLiveAsFromTheirFiles)
+{
+    namespace fs = std::filesystem;
+    std::error_code missing;
+    std::vector<std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(TARVO_REAL_SURVEYS, missing)) {
+        const std::string extension = entry.path().extension().string();
+        if (extension == ".csv" || extension == ".dat") files.push_back(entry.path().string());
+    }
+    if (files.empty()) GTEST_SKIP() << "no real surveys here";
+    make_runtime_folder();
+    press();
+    for (const std::string& file : files) {
+        options.data_file = file;
+        forwarded = false;
+        forward();
+        EXPECT_TRUE(while_served([this] { return forwarded.load(); })) << file;
+        forwarder.join();
+        const std::string loaded = samples_text(CoreLoad(file).monitor.survey);
+        EXPECT_GT(loaded.size(), 10000U) << file;
+        EXPECT_EQ(samples_text(window.survey()), loaded) << file;
+    }
+}
+
 TEST_F(LiveWindow, LinesGoOnUnderADialogAndTheButtonEndsThem)
 {
     make_runtime_folder();
