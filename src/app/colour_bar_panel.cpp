@@ -42,7 +42,7 @@ void ColourBar::paintEvent(QPaintEvent*)
         painter.setPen(Qt::white); // in step with the graphs' cursor
         painter.drawLine(width() / 2, 0, width() / 2, height());
     }
-    static const PickLineColours kOverColours = {Qt::white, QColor(255, 96, 96), Qt::black};
+    static const PickLineColours kOverColours = {QColor(200, 200, 200), Qt::white, Qt::black};
     draw_pick_lines(painter, rect(), picks, kOverColours);
     if (has_names) draw_pick_line_names(painter, rect(), picks, kOverColours);
 }

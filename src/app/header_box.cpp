@@ -7,11 +7,34 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 
 namespace tarvo {
 
+namespace {
+
+// One line that ends in an ellipsis where there is no room for all of it; the tooltip has it whole.
+class ElidedLabel : public QLabel {
+public:
+    ElidedLabel()
+    {
+        setTextFormat(Qt::PlainText);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.drawText(contentsRect(), Qt::AlignLeft | Qt::AlignVCenter,
+                         fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
+    }
+};
+
+} // namespace
+
 HeaderBox::HeaderBox(QWidget* parent)
-    : QWidget(parent), file_name_(new QLabel), header_line_(new QLineEdit), columns_(new QLabel)
+    : QWidget(parent), file_name_(new QLabel), header_line_(new QLineEdit), columns_(new ElidedLabel)
 {
     file_name_->setObjectName(QStringLiteral("Label_data_file"));
     file_name_->setTextFormat(Qt::PlainText);
@@ -19,8 +42,6 @@ HeaderBox::HeaderBox(QWidget* parent)
     header_line_->setToolTip(tr("The line of the data file that names the columns, counted from 1"));
     header_line_->setMaximumWidth(header_line_->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 12);
     columns_->setObjectName(QStringLiteral("Label_columns"));
-    columns_->setTextFormat(Qt::PlainText);
-    columns_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // may be cut; the tooltip has it whole
 
     auto* const label = new QLabel(tr("&Header line"));
     label->setBuddy(header_line_);

@@ -212,7 +212,7 @@ TEST_F(PickWindowTest, LinesInGraphsAndBarsShowChooseAndMovePicks)
     };
     const auto current_is_at = [&](std::int32_t record) {
         return has_current_line(graph, x_in_graph(record), 0xFFE02020) &&
-               has_current_line(bar, x_in_bar(record), 0xFFFF6060);
+               has_current_line(bar, x_in_bar(record), 0xFFFFFFFF);
     };
     EXPECT_FALSE(current_is_at(30));
     QTest::mouseClick(&graph, Qt::LeftButton, {}, {x_in_graph(30) + 2, 40});
