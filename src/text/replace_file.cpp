@@ -107,8 +107,8 @@ FileReplacement::FileReplacement(const std::string& path) : target_(resolved_lin
     fs::remove(temporary_, ignored);
     file_.reset(std::fopen(temporary_.string().c_str(), "wbx"));
     if (file_ == nullptr) refuse(target_, last_error());
-    constexpr std::size_t kBufferSize = std::size_t{1} << 18;
-    std::setvbuf(file_.get(), nullptr, _IOFBF, kBufferSize);
+    constexpr std::size_t kWrittenAtOnce = std::size_t{1} << 18;
+    std::setvbuf(file_.get(), nullptr, _IOFBF, kWrittenAtOnce);
 }
 
 FileReplacement::~FileReplacement()
