@@ -9,6 +9,7 @@
 #include "definitions/definitions_file.h"
 #include "intake/live_requests.h"
 #include "pipe/pipe_client.h"
+#include "settings_in_memory.h"
 #include "tools/console.h"
 #include "tools/line_source.h"
 #include "tools/process_options.h"
@@ -29,7 +30,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <thread>
 
 namespace {
@@ -126,22 +126,6 @@ double resident_bytes()
     return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
-class MemorySettings : public SettingsStore {
-public:
-    std::map<std::string, std::string> values;
-
-    std::string read(const std::string&, const std::string&, const std::string& key,
-                     const std::string& default_value) const override
-    {
-        const auto found = values.find(key);
-        return found == values.end() ? default_value : found->second;
-    }
-    void write(const std::string&, const std::string&, const std::string& key, const std::string& value) override
-    {
-        values[key] = value;
-    }
-};
-
 // The window's process: shows the survey until the sender has ended, and works its view all the while.
 class ShownSurvey {
 public:
@@ -200,7 +184,7 @@ int show_survey(int argc, char** argv, pid_t sender, const std::string& recordin
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    MemorySettings settings;
+    SettingsInMemory settings;
     settings.values["RecordFolder"] = recordings;
     ConsoleOperator op;
     MainWindow window(settings, &op);

@@ -6,6 +6,7 @@
 
 #include "app/main_window.h"
 #include "app/texts.h"
+#include "settings_in_memory.h"
 #include "tools/console.h"
 #include "tools/process_options.h"
 
@@ -29,17 +30,6 @@ double seconds_used()
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
-
-// A store that forgets.
-class NoSettings : public SettingsStore {
-public:
-    std::string read(const std::string&, const std::string&, const std::string&,
-                     const std::string& default_value) const override
-    {
-        return default_value;
-    }
-    void write(const std::string&, const std::string&, const std::string&, const std::string&) override {}
-};
 
 double core_load(const std::string& file, const ProcessingParameters& parameters)
 {
@@ -137,7 +127,7 @@ int main(int argc, char** argv)
         std::fputs("usage: window_bench FILE.csv [REPLAY_LINES [KEY=VALUE...]]\n", stderr);
         return 2;
     }
-    NoSettings settings;
+    SettingsInMemory settings;
     ConsoleOperator op;
     MainWindow window(settings, &op);
     window.resize(1280, 720);

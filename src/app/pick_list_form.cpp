@@ -33,7 +33,7 @@ PickListForm::PickListForm(Monitor& monitor, Operator& op, QAction* undo, QWidge
     layout->addWidget(make_fields());
     layout->addWidget(file_);
     resize(640, 420);
-    monitor_.pick_work.select_pick_row(0);
+    monitor_.pick_work.select_pick_row(monitor_.survey.current_pick); // opens on it
     display_pick_list();
 }
 

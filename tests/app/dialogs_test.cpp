@@ -3,11 +3,11 @@
 #include "app/processing_form.h"
 #include "app/texts.h"
 #include "fake_operator.h"
+#include "settings_in_memory.h"
 #include "test_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -279,21 +279,8 @@ TEST(ProcessingForm, EveryBoxIsBoundToItsValue)
     EXPECT_EQ(settings, (DisplaySettings{107, 109, 108, 110, 111, 112, 113, 114, 113}));
 }
 
-// A window over a store that keeps nothing, whose dialogs are worked as they come up.
+// A window whose dialogs are worked as they come up.
 struct Window {
-    struct NoStore : SettingsStore {
-        std::string read(const std::string&, const std::string&, const std::string&,
-                         const std::string& default_value) const override
-        {
-            return default_value;
-        }
-        void write(const std::string&, const std::string&, const std::string& key, const std::string& value) override
-        {
-            written[key] = value;
-        }
-        std::map<std::string, std::string> written;
-    };
-
     // Runs `action`, and `work` on the dialog that it opens.
     template <typename Action, typename Work>
     void work_dialog(const Action& action, const Work& work)
@@ -310,7 +297,7 @@ struct Window {
     }
     void trigger(const char* name) { control<QAction>(window, name).trigger(); }
 
-    NoStore store;
+    SettingsInMemory store;
     FakeOperator op;
     MainWindow window{store, &op};
 };
@@ -353,7 +340,7 @@ TEST(MainWindowDialogs, ProcessingChangesTakeEffect)
     change("Text_average_window", "11");
     EXPECT_NE(survey.processing.store.sensors[1].gradients[0][100], smoothed);
     EXPECT_EQ(survey.processing.store.RecordCount, records);
-    EXPECT_EQ(at.store.written["SmoothWindow"], "11");
+    EXPECT_EQ(at.store.values["SmoothWindow"], "11");
     change("Text_sample_rate", "2");
     EXPECT_GT(survey.processing.store.RecordCount, records * 3 / 2);
     EXPECT_EQ(at.op.questions.size(), 1U);

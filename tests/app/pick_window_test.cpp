@@ -131,6 +131,7 @@ TEST_F(PickWindowTest, TheListSortsEditsAndJumpsWithoutChangingItsOrder)
     auto* const form = window.findChild<PickListForm*>();
     ASSERT_NE(form, nullptr);
     auto& grid = *form->findChild<QTableView*>("Grid_anomaly_picks");
+    EXPECT_EQ(grid.currentIndex().row(), 2) << "opens on the current pick";
     const auto names = [&grid] {
         QStringList shown;
         for (int row = 0; row < grid.model()->rowCount(); ++row) shown += grid.model()->index(row, 0).data().toString();

@@ -3,6 +3,7 @@
 #include "app/main_window.h"
 #include "fake_operator.h"
 #include "processing/sample_export.h"
+#include "settings_in_memory.h"
 #include "test_folder.h"
 #include "tools/console.h"
 
@@ -12,27 +13,9 @@
 
 #include <cmath>
 #include <functional>
-#include <map>
 #include <string>
 
 namespace tarvo {
-
-// Settings that live as long as the test.
-class MemorySettings : public SettingsStore {
-public:
-    std::map<std::string, std::string> values;
-
-    std::string read(const std::string&, const std::string&, const std::string& key,
-                     const std::string& default_value) const override
-    {
-        const auto found = values.find(key);
-        return found == values.end() ? default_value : found->second;
-    }
-    void write(const std::string&, const std::string&, const std::string& key, const std::string& value) override
-    {
-        values[key] = value;
-    }
-};
 
 // A survey of a fish on a spiral, ten lines a second, beside its definitions. Returns the data file's name.
 inline std::string write_survey(const TestFolder& folder, const std::string& name, int lines)
@@ -81,7 +64,7 @@ struct CoreLoad {
 class WindowTest : public testing::Test {
 protected:
     TestFolder folder;
-    MemorySettings settings;
+    SettingsInMemory settings;
     FakeOperator op;
     MainWindow window{settings, &op};
 

@@ -1,30 +1,10 @@
 #include "display/display_settings.h"
+#include "settings_in_memory.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
-
 namespace tarvo {
 namespace {
-
-class StoreInMemory : public SettingsStore {
-public:
-    std::string read(const std::string& application, const std::string& section, const std::string& key,
-                     const std::string& default_value) const override
-    {
-        if (application != "Quorvane" || section != "Tarvo") return default_value;
-        const auto place = texts.find(key);
-        return place == texts.end() ? default_value : place->second;
-    }
-    void write(const std::string& application, const std::string& section, const std::string& key,
-               const std::string& value) override
-    {
-        ASSERT_EQ(application + "/" + section, "Quorvane/Tarvo");
-        texts[key] = value;
-    }
-
-    std::map<std::string, std::string> texts;
-};
 
 TEST(DisplaySettings, AreTakenWithinTheirLimits)
 {
@@ -60,10 +40,10 @@ TEST(DisplaySettings, AreTakenWithinTheirLimits)
     for (const Case& c : cases) {
         DisplaySettings settings;
         EXPECT_EQ(set_display_setting(settings, c.key, c.text), c.outcome) << c.key << " " << c.text;
-        StoreInMemory store;
+        SettingsInMemory store;
         write_display_settings(settings, store);
-        EXPECT_EQ(store.texts[c.key], c.stored) << c.key << " " << c.text;
-        EXPECT_EQ(store.texts.size(), 8U);
+        EXPECT_EQ(store.values[c.key], c.stored) << c.key << " " << c.text;
+        EXPECT_EQ(store.values.size(), 8U);
     }
     DisplaySettings settings;
     EXPECT_EQ(set_display_setting(settings, "timingtick", "1"), SettingOutcome::unknown_key);
@@ -71,8 +51,8 @@ TEST(DisplaySettings, AreTakenWithinTheirLimits)
 
 TEST(DisplaySettings, AreReadFromTheStore)
 {
-    StoreInMemory store;
-    store.texts = {{"GradientMaxRange", "40"}, {"TMIMaxRange", "5"}, {"TrackAxisLength", "150"}};
+    SettingsInMemory store;
+    store.values = {{"GradientMaxRange", "40"}, {"TMIMaxRange", "5"}, {"TrackAxisLength", "150"}};
     const DisplaySettings settings = read_display_settings(store);
     EXPECT_EQ(settings.gradient_max_range, 40);
     EXPECT_EQ(settings.reference_gradient_range, 40);
