@@ -170,7 +170,7 @@ void MainWindow::open_new_pick_dialog()
 
 void MainWindow::show_new_pick_marker(const PickLocation& location)
 {
-    view_.show_new_pick_marker({location.x, location.y});
+    view_.show_new_pick_marker({location.x, location.y}, location.sample_index);
 }
 
 void MainWindow::clear_new_pick_marker()

@@ -17,9 +17,8 @@ void SurveyView::resize_track(int width, int height)
 {
     TrackImage& image = survey_.track_image;
     if (width == image.picture.width() && height == image.picture.height()) return;
-    const bool following = image.followed.is_shown;
     resize_track_image(image, scene(), width, height, op_);
-    if (!following) update_image_display(image, scene(), Redraw::as_needed, op_);
+    update_image_display(image, scene(), Redraw::as_needed, op_);
     emit track_changed();
 }
 
@@ -68,12 +67,9 @@ void SurveyView::make_current(std::int32_t record, Recentre recentre)
     emit current_record_changed();
 }
 
-void SurveyView::redraw_colours()
+void SurveyView::show_changed_colours()
 {
-    invalidate_colours(survey_.track_image);
-    if (!survey_.track_image.followed.is_shown) {
-        update_image_display(survey_.track_image, scene(), Redraw::as_needed, op_);
-    }
+    redraw_colours(survey_.track_image, scene(), op_);
     emit track_changed();
     emit values_changed();
     emit ranges_changed();
@@ -82,7 +78,7 @@ void SurveyView::redraw_colours()
 void SurveyView::adjust_range(int index, int value)
 {
     VScroll_TG_change(index, value, survey_.display_settings);
-    redraw_colours();
+    show_changed_colours();
 }
 
 void SurveyView::fit_range()
@@ -90,15 +86,20 @@ void SurveyView::fit_range()
     const std::optional<double> range = fitted_gradient_range(survey_.track_image, scene());
     if (!range) return;
     set_gradient_range(survey_.display_settings, *range);
-    redraw_colours();
+    show_changed_colours();
 }
 
 void SurveyView::change_display_setting(const std::string& key, const QString& text)
 {
     if (set_display_setting(survey_.display_settings, key, to_utf8(text)) != SettingOutcome::taken) return;
-    const std::int32_t record = survey_.track_image.current_record;
-    if (record > 0) make_record_current(survey_.track_image, scene(), record, Recentre::no, op_);
-    redraw_colours();
+    survey_.track_image.section = current_section();
+    show_changed_colours();
+}
+
+SectionLimits SurveyView::current_section()
+{
+    const DisplaySettings& settings = survey_.display_settings;
+    return calculate_section_limits(scene().track, survey_.track_image.current_record, settings.track_axis_length, op_);
 }
 
 void SurveyView::set_running(bool running)
@@ -114,9 +115,9 @@ std::int32_t SurveyView::middle_record() const
     return survey_.track_image.current_record;
 }
 
-void SurveyView::show_new_pick_marker(const GridPlace& place)
+void SurveyView::show_new_pick_marker(const GridPlace& place, std::int32_t record)
 {
-    display_new_pick_location(survey_.track_image, place, kMagenta, 1);
+    display_new_pick_location(survey_.track_image, place, kMagenta, 1, record);
     emit track_changed();
 }
 
@@ -128,9 +129,7 @@ void SurveyView::clear_new_pick_marker()
 
 void SurveyView::redraw_picks()
 {
-    if (!survey_.track_image.followed.is_shown) {
-        update_image_display(survey_.track_image, scene(), Redraw::as_needed, op_);
-    }
+    update_image_display(survey_.track_image, scene(), Redraw::as_needed, op_);
     emit track_changed();
     emit values_changed();
 }
@@ -147,7 +146,8 @@ void SurveyView::refresh()
     TrackImage& image = survey_.track_image;
     image.full_view.buffer_valid = false;
     image.zoomed_view.buffer_valid = false;
-    if (!image.followed.is_shown) update_image_display(image, scene(), Redraw::requested, op_);
+    image.section = current_section();
+    update_image_display(image, scene(), Redraw::requested, op_);
     announce();
 }
 

@@ -47,7 +47,7 @@ public:
     std::int32_t middle_record() const; // of bars and graphs; 0: none
 
     // The ring that offers the place of a new pick.
-    void show_new_pick_marker(const GridPlace& place);
+    void show_new_pick_marker(const GridPlace& place, std::int32_t record);
     void clear_new_pick_marker();
 
     // The picks, in all panels.
@@ -68,7 +68,8 @@ signals:
 
 private:
     TrackScene scene() const { return track_scene(survey_); }
-    void redraw_colours();
+    SectionLimits current_section();
+    void show_changed_colours();
 
     SurveyState& survey_;
     Operator& op_;

@@ -53,12 +53,8 @@ TrackWidget::Pointed TrackWidget::pointed_at(const QPoint& position) const
     const SurveyState& survey = view_.survey();
     if (survey.processing.store.RecordCount < 1) return {};
     const QPoint pixel = device_pixel(position);
-    const PixelTransform transform = active_transform(survey.track_image);
-    Pointed pointed;
-    pointed.place = place_of_pixel(survey.track_image, pixel.x(), pixel.y());
-    pointed.record = nearest_record(track_table(survey.processing.store), pointed.place,
-                                    kPointingReach * devicePixelRatioF() / (transform.scale * transform.zoom));
-    return pointed;
+    return {place_of_pixel(survey.track_image, pixel.x(), pixel.y()),
+            record_at_pixel(survey, {pixel.x(), pixel.y()}, kPointingReach * devicePixelRatioF())};
 }
 
 void TrackWidget::paintEvent(QPaintEvent*)

@@ -2,18 +2,31 @@
 
 #include "display/picture.h"
 #include "display/track_points.h"
+#include "display/track_scene.h"
 
 #include <cstdint>
+#include <optional>
+#include <vector>
 
 namespace tarvo {
 
-// The picture that follows the track: the newest position in its middle, one pixel to the metre.
+// The picture that follows the track: the newest position in its middle, one pixel to the metre. Every step from one
+// sample to the next is rounded to whole pixels, so that what is drawn drifts against the survey grid: where a sample
+// was drawn is kept, not calculated from its position.
 struct FollowedTrack {
     bool is_shown = false;   // the picture holds the track as it was followed so far
     double last_easting = 0; // of the last plotted position
     double last_northing = 0;
     double centre_x = 0; // of the picture, pixels
     double centre_y = 0;
+
+    struct Sample {
+        PixelPlace at;         // in a plane that does not move with the picture; x to the right, y down
+        bool is_drawn = false; // has a position, and had moved by a pixel or is a tick
+    };
+    PixelPlace middle;                // of the picture, in that plane
+    std::int32_t first_record = 1;    // of those kept
+    std::vector<Sample> samples = {}; // since the picture was last cleared
 };
 
 // Scrolls the picture so that a new sample comes to its middle, and draws it there. A sample that has not moved by a
@@ -22,5 +35,18 @@ struct FollowedTrack {
 // else; the first sample of a run (index 1) is drawn over what is there.
 void plot_followed_point(Picture& picture, FollowedTrack& followed, std::int32_t index, double easting, double northing,
                          const PointMark& mark);
+
+// Draws the samples from a record on again, each where the picture shows it.
+void redraw_followed_points(Picture& picture, const FollowedTrack& followed, const TrackScene& scene,
+                            std::int32_t first_record);
+
+// The whole of a picture of another size, or in other colours.
+void redraw_followed_track(Picture& picture, FollowedTrack& followed, const TrackScene& scene);
+
+// Where the picture shows a record, inside or outside of it; nullopt for one that was not drawn.
+std::optional<PixelPlace> followed_pixel(const FollowedTrack& followed, std::int32_t record);
+
+// The record drawn nearest to a pixel, within `reach` pixels of it, the newest of several; 0: none.
+std::int32_t followed_record_at(const FollowedTrack& followed, const PixelPlace& pixel, double reach);
 
 } // namespace tarvo

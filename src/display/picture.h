@@ -39,6 +39,13 @@ private:
     std::vector<Colour> pixels_;
 };
 
+struct PixelPlace {
+    int x = 0;
+    int y = 0;
+
+    bool operator==(const PixelPlace&) const = default;
+};
+
 struct PixelRectangle {
     int x = 0; // left column
     int y = 0; // top row

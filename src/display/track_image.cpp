@@ -51,7 +51,8 @@ void lay_marker(TrackImage& image)
     marker.drawn_at = kNoMarker;
     if (!marker.place.is_known()) return;
     const PixelTransform transform = active_transform(image);
-    const PixelPlace at = {pixel_x(transform, marker.place.easting), pixel_y(transform, marker.place.northing)};
+    PixelPlace at = {pixel_x(transform, marker.place.easting), pixel_y(transform, marker.place.northing)};
+    if (follows_the_track(image)) at = followed_pixel(image.followed, marker.record).value_or(at);
     marker.covered = Picture(kMarkerSide, kMarkerSide);
     copy_block(image.picture, {at.x - kMarkerRadius, at.y - kMarkerRadius, kMarkerSide, kMarkerSide}, marker.covered, 0,
                0);
@@ -130,9 +131,10 @@ void resize_track_image(TrackImage& image, const TrackScene& scene, int width, i
     run_guarded(op, "An error occurred while creating the image buffer: ", [&] {
         lift_overlays(image);
         image.picture = Picture(width, height);
-        image.followed = {};
         image.full_view.buffer_valid = false;
         image.zoomed_view.buffer_valid = false;
+        if (follows_the_track(image)) redraw_followed_track(image.picture, image.followed, scene);
+        lay_overlays(image);
     });
     fit_data_extent(image, scene, op);
 }
@@ -142,6 +144,7 @@ void clear_track_image(TrackImage& image, Operator& op)
     lift_overlays(image);
     clear(image.picture);
     image.followed = {};
+    image.is_held = false;
     image.current_record = 0;
     image.section = {};
     image.location = {};
@@ -173,6 +176,13 @@ void show_whole_track(TrackImage& image, const TrackScene& scene, Operator& op)
     update_image_display(image, scene, Redraw::as_needed, op);
 }
 
+void show_finished_track(TrackImage& image, const TrackScene& scene, Operator& op)
+{
+    image.is_held = false;
+    reset_track_view(image.zoomed_view, image.full_view);
+    show_whole_track(image, scene, op);
+}
+
 void follow_track(TrackImage& image)
 {
     lift_overlays(image);
@@ -180,6 +190,11 @@ void follow_track(TrackImage& image)
     image.map_extent = MapExtent::following;
     image.followed = {};
     image.pick_labels.clear();
+}
+
+bool follows_the_track(const TrackImage& image)
+{
+    return image.map_extent == MapExtent::following && image.followed.is_shown;
 }
 
 void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t index, double easting, double northing)
@@ -197,17 +212,11 @@ void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t i
 void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int32_t first_record)
 {
     lift_overlays(image);
-    const PixelTransform transform = active_transform(image);
-    for (std::int32_t record = std::max(first_record, 1); record <= scene.track.count; ++record) {
-        const PointMark mark = point_mark(scene, record);
-        const double easting = scene.track.easting[record];
-        const double northing = scene.track.northing[record];
-        if (image.map_extent == MapExtent::fixed) {
-            plot_in_fixed_extent(image, mark, easting, northing);
-        } else if (image.followed.is_shown) {
-            fill_square(image.picture, pixel_x(transform, easting), pixel_y(transform, northing), mark.half_size,
-                        mark.colour);
-        }
+    if (follows_the_track(image)) redraw_followed_points(image.picture, image.followed, scene, first_record);
+    for (std::int32_t record = std::max(first_record, 1);
+         record <= scene.track.count && image.map_extent == MapExtent::fixed; ++record) {
+        plot_in_fixed_extent(image, point_mark(scene, record), scene.track.easting[record],
+                             scene.track.northing[record]);
     }
     image.zoomed_view.buffer_valid = false; // its colours are older
     lay_overlays(image);
@@ -215,6 +224,7 @@ void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int3
 
 void update_image_display(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op)
 {
+    if (image.is_held || follows_the_track(image)) return;
     lift_overlays(image);
     const TrackView& view = refreshed_view(image, scene, redraw, op);
     if (scene.track.count > 0) {
@@ -228,11 +238,17 @@ void update_image_display(TrackImage& image, const TrackScene& scene, Redraw red
     if (image.run_pending_events) image.run_pending_events();
 }
 
-void invalidate_colours(TrackImage& image)
+void redraw_colours(TrackImage& image, const TrackScene& scene, Operator& op)
 {
     image.full_view.buffer_valid = false;
     if (!zoomed_view_is_active(image)) image.zoomed_view.buffer_valid = false;
     image.redraw_pending = true;
+    if (follows_the_track(image)) {
+        lift_overlays(image);
+        redraw_followed_track(image.picture, image.followed, scene);
+        lay_overlays(image);
+    }
+    update_image_display(image, scene, Redraw::as_needed, op);
 }
 
 void display_location_crosshair(TrackImage& image, const GridPlace& location)
@@ -243,10 +259,12 @@ void display_location_crosshair(TrackImage& image, const GridPlace& location)
     lay_crosshair(image);
 }
 
-void display_new_pick_location(TrackImage& image, const GridPlace& place, Colour colour, int draw_flag)
+void display_new_pick_location(TrackImage& image, const GridPlace& place, Colour colour, int draw_flag,
+                               std::int32_t record)
 {
     lift_overlays(image);
     image.marker.place = draw_flag > 0 ? place : GridPlace{};
+    image.marker.record = record;
     image.marker.colour = colour;
     lay_overlays(image);
 }
@@ -262,6 +280,7 @@ PixelTransform active_transform(const TrackImage& image)
 
 GridPlace place_of_pixel(const TrackImage& image, int x, int y)
 {
+    if (image.is_held) return {};
     const PixelTransform transform = active_transform(image);
     const double pixels_per_metre = transform.scale * transform.zoom;
     return {transform.x_min + x / pixels_per_metre, transform.y_max - y / pixels_per_metre};

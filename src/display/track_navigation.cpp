@@ -1,5 +1,6 @@
 #include "display/track_navigation.h"
 
+#include "text/busy_flag.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -10,18 +11,6 @@ namespace tarvo {
 namespace {
 
 constexpr double kLargestZoom = 100;
-
-// Set as long as a handler runs.
-class BusyFlag {
-public:
-    explicit BusyFlag(bool& flag) : flag_(flag) { flag_ = true; }
-    BusyFlag(const BusyFlag&) = delete;
-    BusyFlag& operator=(const BusyFlag&) = delete;
-    ~BusyFlag() { flag_ = false; }
-
-private:
-    bool& flag_;
-};
 
 // The current track point's place, where there is a point after it.
 GridPlace current_place(const TrackImage& image, const TrackTable& track)
@@ -37,12 +26,29 @@ void centre_zoomed_view(TrackView& view, const GridPlace& place)
     view.centre_y = place.northing;
 }
 
+// The picture is one of the fitted views.
+bool shows_whole_survey(const TrackImage& image)
+{
+    return image.map_extent == MapExtent::fixed && !image.is_held;
+}
+
 // An empty view rectangle with its centre at (0, 0): the zoom settings then take the middle of the data.
 void leave_centre_open(TrackView& view)
 {
     view.centre_x = view.centre_y = 0;
     view.view_x_min = view.view_x_max = 0;
     view.view_y_min = view.view_y_max = 0;
+}
+
+// An enlarged picture is a part of the whole survey: it no longer follows the track. False while a load holds it.
+bool leave_following(TrackImage& image, const TrackScene& scene, Operator& op)
+{
+    if (image.is_held) return false;
+    if (image.map_extent == MapExtent::fixed) return true;
+    image.map_extent = MapExtent::fixed;
+    image.full_view.buffer_valid = false;
+    fit_data_extent(image, scene, op);
+    return true;
 }
 
 void show_zoomed_view(TrackImage& image, const TrackScene& scene, Operator& op)
@@ -69,7 +75,7 @@ void Combo_zoom_change(TrackImage& image, const TrackScene& scene, std::string_v
     if (image.zoom_is_changing) return;
     const BusyFlag busy(image.zoom_is_changing);
     const std::optional<float> zoom = zoom_of_text(text);
-    if (!zoom) return;
+    if (!zoom || !leave_following(image, scene, op)) return;
     image.zoomed_view.zoom = *zoom;
     show_zoomed_view(image, scene, op);
 }
@@ -84,7 +90,7 @@ void Combo_zoom_click(TrackImage& image, const TrackScene& scene, std::string_vi
         return;
     }
     const std::optional<float> zoom = zoom_of_text(text);
-    if (!zoom) return;
+    if (!zoom || !leave_following(image, scene, op)) return;
     image.zoomed_view.zoom = *zoom;
     const GridPlace place = current_place(image, scene.track);
     if (place.is_known()) {
@@ -119,7 +125,7 @@ std::string zoom_text(float zoom)
 
 void zoom_about_pixel(TrackImage& image, const TrackScene& scene, int x, int y, double factor, Operator& op)
 {
-    if (image.zoom_is_changing || scene.track.count < 1 || image.followed.is_shown) return;
+    if (image.zoom_is_changing || scene.track.count < 1 || !shows_whole_survey(image)) return;
     const BusyFlag busy(image.zoom_is_changing);
     TrackView& view = image.zoomed_view;
     const float zoom = static_cast<float>(std::min(static_cast<double>(view.zoom) * factor, kLargestZoom));
@@ -139,7 +145,7 @@ void zoom_about_pixel(TrackImage& image, const TrackScene& scene, int x, int y, 
 void drag_view(TrackImage& image, const TrackScene& scene, int right, int down, Operator& op)
 {
     TrackView& view = image.zoomed_view;
-    if (!(view.zoom > 1) || image.zoom_is_changing || image.followed.is_shown) return;
+    if (!(view.zoom > 1) || image.zoom_is_changing || !shows_whole_survey(image)) return;
     const BusyFlag busy(image.zoom_is_changing);
     const double pixels_per_metre = image.frame.pixel_scale * static_cast<double>(view.zoom);
     centre_zoomed_view(view, {view.centre_x - right / pixels_per_metre, view.centre_y + down / pixels_per_metre});
@@ -153,7 +159,7 @@ void make_record_current(TrackImage& image, const TrackScene& scene, std::int32_
     image.current_record = record;
     image.section = calculate_section_limits(scene.track, record, scene.settings.track_axis_length, op);
     const GridPlace place = {scene.track.easting[record], scene.track.northing[record]};
-    if (place.is_known()) image.location = place;
+    image.location = place;
     if (recentre == Recentre::yes && place.is_known() && image.zoomed_view.zoom > 1) {
         centre_zoomed_view(image.zoomed_view, place);
         show_zoomed_view(image, scene, op);

@@ -24,6 +24,34 @@ double sample_total_field(const ProcessingPlan& plan, std::size_t sensor, const 
     return plan.components_per_sensor == 1 ? component : std::sqrt(squares);
 }
 
+// Of the records offered, the nearest to a place within a reach, the first of several.
+class NearestSearch {
+public:
+    NearestSearch(const TrackTable& track, const GridPlace& place, double reach)
+        : track_(track), place_(place), least_square_(reach * reach)
+    {
+    }
+
+    void offer(std::int32_t record)
+    {
+        // A null position is so far away that it is never the nearest.
+        const double east = track_.easting[record] - place_.easting;
+        const double north = track_.northing[record] - place_.northing;
+        const double square = east * east + north * north;
+        if (square > least_square_ || (square == least_square_ && nearest_ > 0 && nearest_ < record)) return;
+        nearest_ = record;
+        least_square_ = square;
+    }
+
+    std::int32_t nearest() const { return nearest_; } // 0: none
+
+private:
+    const TrackTable& track_;
+    const GridPlace place_;
+    double least_square_;
+    std::int32_t nearest_ = 0;
+};
+
 std::string grouped_fixed(double value, int decimals)
 {
     return grouped_digits(format_fixed(value, decimals));
@@ -110,7 +138,7 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
     text += "   at " + grouped_fixed(track.distance[record], 1) + " m";
     const std::int32_t line = line_of_record(survey.processing.lines, record);
     const double number = line > 0 ? survey.processing.lines.LineNumbers[line] : kNull;
-    if (is_valid_channel(number)) text += "   line " + format_shortest(number);
+    if (is_valid_channel(number)) text += "   line " + format_fixed(number, 0);
     text += "   " + time_of_day_text(track.time[record]);
     for (int sensor = 1; sensor <= std::min(store.number_of_sensors(), kListedSensors); ++sensor) {
         text += sensor_text(store, sensor, record);
@@ -127,18 +155,28 @@ std::string place_text(const GridPlace& place)
 std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, double reach)
 {
     if (!place.is_known()) return 0;
-    std::int32_t nearest = 0;
-    double least_square = reach * reach;
-    for (std::int32_t record = 1; record <= track.count; ++record) {
-        // A null position is so far away that it is never the nearest.
-        const double east = track.easting[record] - place.easting;
-        const double north = track.northing[record] - place.northing;
-        const double square = east * east + north * north;
-        if (square > least_square || (nearest > 0 && square == least_square)) continue;
-        nearest = record;
-        least_square = square;
-    }
-    return nearest;
+    NearestSearch search(track, place, reach);
+    for (std::int32_t record = 1; record <= track.count; ++record) search.offer(record);
+    return search.nearest();
+}
+
+// All within reach are asked of the index, and the nearest is taken of them: its own nearest search passes over
+// neighbours beyond a dividing line, and beside a track there often is one.
+std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel, double reach)
+{
+    const TrackImage& image = survey.track_image;
+    if (follows_the_track(image)) return followed_record_at(image.followed, pixel, reach);
+    const PixelTransform transform = active_transform(image);
+    const GridPlace place = place_of_pixel(image, pixel.x, pixel.y);
+    const double metres = reach / (transform.scale * transform.zoom);
+    const TrackTable track = track_table(survey.processing.store);
+    if (!place.is_known()) return 0;
+    if (!survey.track_index.is_initialised()) return nearest_record(track, place, metres);
+
+    const FoundPoints near = survey.track_index.find_points_near(place.easting, place.northing, metres);
+    NearestSearch search(track, place, metres);
+    for (std::size_t point = 1; point < near.indices.size(); ++point) search.offer(near.indices[point]);
+    return search.nearest();
 }
 
 std::string averaging_hint(const SampleProcessing& run)

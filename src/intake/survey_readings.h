@@ -36,6 +36,9 @@ std::string place_text(const GridPlace& place);
 // The stored record whose position is nearest to a place, if one lies within `reach` metres of it; 0: none.
 std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, double reach);
 
+// The stored record that the track image shows nearest to a pixel, if one lies within `reach` pixels of it; 0: none.
+std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel, double reach);
+
 // How many lines went into no average, said to the operator with the remedy in mind; empty when none was left out.
 std::string averaging_hint(const SampleProcessing& run);
 

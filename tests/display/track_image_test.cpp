@@ -146,12 +146,59 @@ TEST(FollowingMode, StartsAnewAfterAViewWasShown)
     SilentOperator op;
     TrackImage image = sized_image(scene, op);
     plot_track_point(image, scene, 8, 70, 50);
-    update_image_display(image, scene, Redraw::as_needed, op);
+    show_whole_track(image, scene, op);
     EXPECT_EQ(image.picture, whole_track_picture(scene, kWidth, kHeight, op));
+    image.map_extent = MapExtent::following;
     plot_track_point(image, scene, 9, 80, 50);
     Picture expected(kWidth, kHeight);
     fill_square(expected, 30, 20, 1, point_mark(scene, 9).colour);
     EXPECT_EQ(image.picture, expected);
+}
+
+// Steps of 1.4 m are drawn as steps of one pixel: the picture drifts against the grid by 0.4 pixels a sample.
+TEST(FollowingMode, KeepsWhereItDrewEachSample)
+{
+    TestTrack track;
+    for (int sample = 0; sample < 40; ++sample) {
+        track.add(sample < 25 ? 1.4 * sample : 35, sample < 25 ? 0 : 1.4 * (sample - 25), sample % 7);
+    }
+    TrackScene scene = track.scene();
+    scene.settings.timing_tick = 0;
+    SilentOperator op;
+    const auto followed = [&](int width, int height) {
+        TrackImage image;
+        resize_track_image(image, {}, width, height, op);
+        for (std::int32_t record = 1; record <= track.count(); ++record) {
+            plot_track_point(image, scene, record, scene.track.easting[record], scene.track.northing[record]);
+        }
+        return image;
+    };
+    TrackImage image = followed(120, 90);
+    for (std::int32_t record = 10; record <= track.count(); ++record) {
+        const std::optional<PixelPlace> pixel = followed_pixel(image.followed, record);
+        ASSERT_TRUE(pixel) << record;
+        EXPECT_EQ(followed_record_at(image.followed, *pixel, 3), record);
+    }
+    EXPECT_EQ(followed_record_at(image.followed, {5, 5}, 3), 0);
+
+    for (std::size_t record = 15; record <= 40; ++record) track.values[record] = 9;
+    recolour_track_points(image, scene, 15);
+    EXPECT_EQ(image.picture, followed(120, 90).picture);
+    scene.settings.gradient_max_range = 3;
+    redraw_colours(image, scene, op);
+    EXPECT_EQ(image.picture, followed(120, 90).picture);
+    resize_track_image(image, scene, 150, 101, op);
+    EXPECT_EQ(image.picture, followed(150, 101).picture);
+
+    display_new_pick_location(image, {scene.track.easting[12], scene.track.northing[12]}, kMagenta, 1, 12);
+    EXPECT_EQ(image.marker.drawn_at, followed_pixel(image.followed, 12));
+    display_new_pick_location(image, {}, kMagenta, -1);
+    make_record_current(image, scene, 20, Recentre::yes, op);
+    EXPECT_EQ(image.current_record, 20);
+    EXPECT_EQ(image.picture, followed(150, 101).picture) << "there is no other view to show it in";
+    Combo_zoom_click(image, scene, "200%", 1, op);
+    EXPECT_EQ(image.map_extent, MapExtent::fixed);
+    EXPECT_EQ(image.zoomed_view.centre_x, scene.track.easting[20]);
 }
 
 TEST(Recolouring, PaintsASampleWhereItIsShown)
@@ -240,8 +287,7 @@ TEST(Redraw, RebuildsABufferOnlyWhenItMust)
     update_image_display(image, scene, Redraw::requested, op);
     EXPECT_TRUE(zoomed_is_rebuilt());
     image.zoomed_view.buffer.row(0)[0] = kMagenta;
-    invalidate_colours(image);
-    update_image_display(image, scene, Redraw::as_needed, op);
+    redraw_colours(image, scene, op);
     EXPECT_TRUE(zoomed_is_rebuilt());
 }
 
