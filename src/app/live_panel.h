@@ -50,6 +50,7 @@ public:
     LiveRequests& requests() { return requests_; }
     LiveOperator& op() { return op_; }
     void add_actions(QMenu& file_menu);
+    void press(); // as the operator does
 
 signals:
     void pressed();                                // the listen/close button, before it acts
@@ -61,7 +62,6 @@ private:
     void empty_echo_box() override;
     void show_status_text(const std::string& text) override;
 
-    void press();
     void show_status();
     void show_echo_box();
     void choose_recording_folder();

@@ -3,6 +3,7 @@
 #include "app/dial_panel.h"
 #include "app/header_box.h"
 #include "app/hint_bar.h"
+#include "app/live_panel.h"
 #include "app/pick_list_form.h"
 #include "app/run_bar.h"
 #include "app/texts.h"
@@ -124,6 +125,7 @@ void MainWindow::press_start(StartButton index)
 
 void MainWindow::average_every_line()
 {
+    if (monitor_.driver.is_pipe_open()) return;
     survey().parameters.CarryClosingSample = true;
     keep_settings();
     when_idle([this] { press_start(StartButton::load_or_pause); });
@@ -180,6 +182,7 @@ void MainWindow::keep_settings()
 // A run is ended first; the window closes when it is over.
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    if (live_->requests().is_listening()) live_->press();
     if (!is_idle()) {
         event->ignore();
         when_idle([this] { close(); });

@@ -117,6 +117,7 @@ void MainWindow::make_panels()
             [this](int position) { monitor_.driver.HScroll_speed_change(position); });
     connect(live_, &LivePanel::pressed, this, [this] {
         if (wait_loop_ != nullptr) wait_loop_->quit();
+        if (!monitor_.driver.is_pipe_open()) hints_->clear_hints(); // they are about the file
     });
     connect(live_, &LivePanel::status_text_changed, sender_text_, &QLabel::setText);
     connect(header_, &HeaderBox::header_line_edited, this, &MainWindow::reread_header);

@@ -2,12 +2,16 @@
 #include "app/main_window.h"
 #include "app/qt_settings_store.h"
 #include "app/texts.h"
+#include "tools/exit_status.h"
 #include "tools/process_options.h"
 
 #include <QApplication>
 #include <QTimer>
 
+#include <algorithm>
 #include <iostream>
+#include <span>
+#include <string_view>
 
 namespace {
 
@@ -21,7 +25,7 @@ void start(MainWindow& window, const LaunchOptions& options)
     QApplication::processEvents(); // the finished run is painted
     const bool saved = window.grab().save(to_qt(options.screenshot), "PNG");
     if (!saved) std::cerr << "tarvo: " << options.screenshot << " cannot be written\n";
-    QApplication::exit(saved ? 0 : 1);
+    QApplication::exit(saved ? kDone : kFailed);
 }
 
 int run(QApplication& application, const LaunchOptions& options)
@@ -42,20 +46,25 @@ int run(QApplication& application, const LaunchOptions& options)
 
 int main(int argc, char** argv)
 {
+    const auto arguments = [&] { return std::span<const char* const>(argv + 1, static_cast<std::size_t>(argc - 1)); };
+    const auto is_for_the_toolkit = [](const std::string_view argument) {
+        return argument.starts_with('-') && !argument.starts_with("--");
+    };
     try {
+        // As early as can be: without a display the toolkit ends the program before it can say anything.
+        if (std::none_of(arguments().begin(), arguments().end(), is_for_the_toolkit)) {
+            const LaunchOptions options = read_launch_options(arguments());
+            if (options.help) std::cout << kLaunchUsage;
+            if (options.version) std::cout << "tarvo " TARVO_VERSION "\n";
+            if (options.help || options.version) return kDone;
+        }
         QApplication application(argc, argv); // takes the toolkit's own options out
-        const LaunchOptions options = read_launch_options({argv + 1, static_cast<std::size_t>(argc - 1)});
-        if (options.help) {
-            std::cout << kLaunchUsage;
-            return 0;
-        }
-        if (options.version) {
-            std::cout << "tarvo " TARVO_VERSION "\n";
-            return 0;
-        }
-        return run(application, options);
+        return run(application, read_launch_options(arguments()));
     } catch (const UsageError& fault) {
         std::cerr << "tarvo: " << fault.what() << "\nTry: tarvo --help\n";
-        return 2;
+        return kWrongUsage;
+    } catch (const std::exception& fault) {
+        std::cerr << "tarvo: " << fault.what() << '\n';
+        return kFailed;
     }
 }

@@ -1,5 +1,7 @@
 #include "intake/live_requests.h"
 
+#include "display/guarded_operation.h"
+#include "text/busy_flag.h"
 #include "text/numbers.h"
 
 #include <cassert>
@@ -112,9 +114,12 @@ void LiveRequests::close_pipe()
 std::string LiveRequests::handle_request(std::span<const std::byte> request)
 {
     assert(!handling_);
-    handling_ = true;
-    std::string reply = reply_to(ByteArrayToString(request));
-    handling_ = false;
+    std::string reply = kInvalidRequest;
+    {
+        const BusyFlag busy(handling_);
+        run_guarded(
+            op_, "An error occurred while handling a request: ", [&] { reply = reply_to(ByteArrayToString(request)); });
+    }
     if (std::exchange(button_pressed_, false)) Command_UDP_receive();
     return reply;
 }
@@ -151,7 +156,8 @@ void LiveRequests::process_data_line(std::string_view line)
 {
     const LiveClock::time_point now = clock_();
     rate_.note_line(now);
-    if (!last_line_ && !trimmed(line).empty()) {
+    if (!fields_counted_ && !trimmed(line).empty()) {
+        fields_counted_ = true;
         const std::string warning = field_count_warning(survey_.header_columns, line);
         if (!warning.empty()) op_.show_warning(WarningAbout::data, warning);
     }
@@ -200,6 +206,7 @@ void LiveRequests::start_pipe_data_logging()
 {
     rate_ = LineRate();
     last_line_.reset();
+    fields_counted_ = false;
     driver_.start_pipe_data_logging();
     start_recording();
 }

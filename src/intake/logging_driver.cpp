@@ -1,7 +1,9 @@
 #include "intake/logging_driver.h"
 
 #include "definitions/definitions_file.h"
+#include "display/guarded_operation.h"
 #include "picks/track_index.h"
+#include "text/busy_flag.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
 
@@ -84,10 +86,14 @@ int LoggingDriver::Command_start_logging(StartButton index)
 
 int LoggingDriver::start_run(StartButton index)
 {
-    starting_ = true;
-    stop_data_logging();
-    const int status = start_data_logging();
-    starting_ = false;
+    int status = -1;
+    {
+        const BusyFlag busy(starting_);
+        run_guarded(op_, "An error occurred while starting the run: ", [this, &status] {
+            stop_data_logging();
+            status = start_data_logging();
+        });
+    }
     if (status < 0) {
         stop_data_logging();
         return -1;
@@ -98,6 +104,7 @@ int LoggingDriver::start_run(StartButton index)
     state_.stop_requested = false;
     controls_.start_caption = load ? "Stop Load" : "Stop Replay";
     controls_.pause_caption = load ? "Pause Load" : "Pause Replay";
+    survey_.track_image.is_held = load;
     show_controls();
     if (!load) follow_track(survey_.track_image);
     return process_input_data();
@@ -114,12 +121,9 @@ int LoggingDriver::resume_run()
 
 void LoggingDriver::request_stop()
 {
-    if (state_.file_run_active()) {
-        state_.stop_requested = true;
-        if (state_.run_paused) resume_run();
-    } else if (state_.pipe_logging_active) {
-        finish_pipe_run();
-    }
+    if (!state_.file_run_active()) return;
+    state_.stop_requested = true;
+    if (state_.run_paused) resume_run();
 }
 
 void LoggingDriver::HScroll_speed_change(int position)
@@ -190,16 +194,21 @@ void LoggingDriver::initialise_data_logging()
 
 int LoggingDriver::process_input_data()
 {
-    looping_ = true;
-    int result = 0;
+    int result = read_lines();
+    if (!stream_) return 0; // stopped by an event
+    if (state_.stop_requested && result == 0) result = kEndOfData;
+    return result == 0 ? 0 : finish_run(result);
+}
+
+// kEndOfData, 0 when paused or to be stopped, or -1 after a fault.
+int LoggingDriver::read_lines()
+{
+    const BusyFlag busy(looping_);
     try {
         while (stream_ && !state_.run_paused && !state_.stop_requested) {
             std::string_view line;
             const LineReader::Outcome outcome = stream_->next_line(line);
-            if (outcome == LineReader::Outcome::end) {
-                result = kEndOfData;
-                break;
-            }
+            if (outcome == LineReader::Outcome::end) return kEndOfData;
             if (outcome == LineReader::Outcome::too_long) {
                 refuse_line();
             } else {
@@ -210,12 +219,9 @@ int LoggingDriver::process_input_data()
         }
     } catch (const std::exception& fault) {
         op_.show_message(std::string("An error occurred while processing the input line: ") + fault.what());
-        result = -1;
+        return -1;
     }
-    looping_ = false;
-    if (!stream_) return 0; // stopped by an event
-    if (state_.stop_requested && result == 0) result = kEndOfData;
-    return result == 0 ? 0 : finish_run(result);
+    return 0;
 }
 
 int LoggingDriver::process_input_data(std::string_view line)
@@ -273,11 +279,18 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
 
 int LoggingDriver::finish_run(int result)
 {
-    finishing_ = true;
-    close_open_bin(survey_.processing);
-    stop_data_logging();
-    terminate_data_logging();
-    finishing_ = false;
+    {
+        const BusyFlag busy(finishing_);
+        const int status = run_guarded(op_, "An error occurred while finishing the run: ", [this] {
+            close_open_bin(survey_.processing);
+            stop_data_logging();
+            terminate_data_logging();
+        });
+        if (status < 0) {
+            stop_data_logging();
+            result = status;
+        }
+    }
     show_controls();
     return result;
 }
@@ -290,6 +303,7 @@ void LoggingDriver::stop_data_logging()
     state_.load_running = false;
     state_.run_paused = false;
     state_.stop_requested = false;
+    if (!finishing_) survey_.track_image.is_held = false;
     replay_delay_ = delay_of_speed(kFullSpeed);
     display_.reset_speed_control();
     RunCounters shown;
@@ -314,7 +328,7 @@ void LoggingDriver::terminate_data_logging()
     build_track_index(track_table(run.store), survey_.track_index, let_events_happen);
     let_events_happen();
     pick_work_.load_pick_list_on_form(indexed_track(survey_));
-    show_whole_track(survey_.track_image, track_scene(survey_), op_);
+    show_finished_track(survey_.track_image, track_scene(survey_), op_);
     let_events_happen();
     display_.show_finished_run();
 }

@@ -73,18 +73,18 @@ public:
     void unlock_from_pipe();
     bool is_pipe_open() const { return pipe_open_; }
 
-    // Ends a run of whatever kind as soon as the loop gets to it, or at once when it is paused or live.
+    // Ends a file run as soon as the loop gets to it, or at once when it is paused.
     void request_stop();
 
 private:
     int start_run(StartButton index);
     int resume_run();
+    int read_lines();
     int finish_run(int result);
     int process_line(std::string_view line);
     void refuse_line();
     void warn_of_field_count(std::string_view line);
     void show_newest_sample(std::int32_t records_before);
-    void show_dials();
     bool open_data_file();
     void show_controls();
 
@@ -99,7 +99,7 @@ private:
     int replay_delay_ = 0; // milliseconds
     bool first_line_checked_ = false;
     bool starting_ = false;  // start_run prepares a run further up the call stack
-    bool looping_ = false;   // so does process_input_data its work
+    bool looping_ = false;   // so does read_lines its work
     bool finishing_ = false; // so does the end of a run
     bool pipe_open_ = false;
     bool live_fault_shown_ = false; // of this live run: a fault of every line is not to stack up boxes

@@ -1,5 +1,7 @@
 #include "pipe/pipe_server.h"
 
+#include "text/busy_flag.h"
+
 #include <sys/epoll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -56,7 +58,7 @@ void PipeServer::close_all()
 bool PipeServer::serve(std::chrono::milliseconds time)
 {
     if (serving_) return true;
-    serving_ = true;
+    const BusyFlag busy(serving_);
     const auto deadline = std::chrono::steady_clock::now() + time;
     do {
         wait_for_events();
@@ -65,7 +67,6 @@ bool PipeServer::serve(std::chrono::milliseconds time)
         turns_.pop_front();
         answer_next(next);
     } while (std::chrono::steady_clock::now() < deadline);
-    serving_ = false;
     return !turns_.empty();
 }
 

@@ -1,7 +1,7 @@
 #include "intake/logging_driver.h"
 
 #include "definitions/definitions_file.h"
-
+#include "display/track_navigation.h"
 #include "fake_operator.h"
 #include "fake_pick_display.h"
 #include "fake_run_display.h"
@@ -228,6 +228,52 @@ TEST_F(DriverTest, PressesWhileARunIsFinishedAreIgnored)
     EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
     EXPECT_EQ(display.finished_runs, 1);
     EXPECT_EQ(records(), 100);
+}
+
+TEST_F(DriverTest, AFaultAtTheEndOfARunIsToldAndLeavesItIdle)
+{
+    display.at_finish = [] { throw std::bad_alloc(); };
+    EXPECT_EQ(press(StartButton::load_or_pause), -1);
+    EXPECT_EQ(op.messages, std::vector<std::string>{"An error occurred while finishing the run: std::bad_alloc"});
+    EXPECT_FALSE(driver.is_at_work() || driver.state().any_run_active());
+    EXPECT_EQ(records(), 100) << "nothing is lost";
+    display.at_finish = nullptr;
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+}
+
+TEST_F(DriverTest, NoViewChosenWhileARunGoesOnHidesTheWholeTrackAtItsEnd)
+{
+    resize_track_image(survey.track_image, {}, 300, 200, op);
+    press(StartButton::load_or_pause);
+    const Picture whole = survey.track_image.picture;
+    const Picture black(300, 200);
+    ASSERT_NE(whole, black);
+    TrackImage& image = survey.track_image;
+    const std::function<void()> choices[] = {
+        [&] { zoom_about_pixel(image, track_scene(survey), 10, 10, 3, op); },
+        [&] { Combo_zoom_click(image, track_scene(survey), "200%", 1, op); },
+        [&] { Combo_zoom_change(image, track_scene(survey), "1000%", op); },
+        [&] { make_record_current(image, track_scene(survey), 20, Recentre::yes, op); },
+        [&] { redraw_colours(image, track_scene(survey), op); },
+        [&] { update_image_display(image, track_scene(survey), Redraw::requested, op); },
+    };
+    for (const StartButton button : {StartButton::load_or_pause, StartButton::replay_or_stop}) {
+        for (const auto& choose : choices) {
+            display.at_line = [&](std::int64_t line) {
+                if (line != 50) return;
+                choose();
+                if (button == StartButton::load_or_pause) {
+                    EXPECT_EQ(image.picture, black);
+                }
+            };
+            press(button);
+            image.current_record = 0; // what was chosen lies over the track
+            image.section = {};
+            display_location_crosshair(image, {});
+            update_image_display(image, track_scene(survey), Redraw::requested, op);
+            EXPECT_EQ(image.picture, whole);
+        }
+    }
 }
 
 TEST_F(DriverTest, ASecondRunKeepsNothingOfTheFirst)
