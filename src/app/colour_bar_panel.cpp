@@ -73,7 +73,13 @@ ColourBarPanel::ColourBarPanel(SurveyView& view, QWidget* parent)
 bool ColourBarPanel::is_sensor_shown(int sensor) const
 {
     const auto row = static_cast<std::size_t>(sensor) - 1;
-    return row >= rows_.size() || rows_[row].shown->isChecked();
+    return row >= rows_.size() || !rows_[row].hidden->isChecked();
+}
+
+void ColourBarPanel::set_locked(bool locked)
+{
+    locked_ = locked;
+    for (const Row& row : rows_) row.hidden->setEnabled(!locked);
 }
 
 void ColourBarPanel::fit_sensors(int count)
@@ -87,25 +93,25 @@ void ColourBarPanel::fit_sensors(int count)
         const auto sensor = static_cast<int>(rows_.size()) + 1;
         Row row;
         row.line = new QWidget;
-        row.shown = new QCheckBox(QString::number(sensor));
-        QPixmap line_colour(10, 10); // of the sensor's curves
+        row.hidden = new QCheckBox(tr("Sensor %1").arg(sensor));
+        QPixmap line_colour(6, 12); // of the sensor's curves
         line_colour.fill(sensor_colour(sensor));
-        row.shown->setIcon(line_colour);
-        row.shown->setObjectName(QStringLiteral("Check_sensor_%1").arg(sensor));
-        row.shown->setAccessibleName(tr("Sensor %1").arg(sensor));
-        row.shown->setToolTip(tr("Turn this checkbox on to hide the graph for sensor"));
-        row.shown->setChecked(true);
-        row.shown->setFixedWidth(kAxisMargin);
+        row.hidden->setIcon(line_colour);
+        row.hidden->setIconSize(line_colour.size());
+        row.hidden->setObjectName(QStringLiteral("Check_sensor_%1").arg(sensor));
+        row.hidden->setToolTip(tr("Turn this checkbox on to hide the graph for sensor"));
+        row.hidden->setFixedWidth(kAxisMargin);
+        row.hidden->setEnabled(!locked_);
         row.bar = new ColourBar(sensor);
         auto* const line = new QHBoxLayout(row.line);
         line->setContentsMargins(0, 0, kEndMargin, 0);
         line->setSpacing(0);
-        line->addWidget(row.shown);
+        line->addWidget(row.hidden);
         line->addWidget(row.bar, 1);
         lines_->addWidget(row.line);
         connect(row.bar, &ColourBar::clicked, this, &ColourBarPanel::choose_point);
         connect(row.bar, &ColourBar::pick_clicked, this, &ColourBarPanel::pick_clicked);
-        connect(row.shown, &QCheckBox::toggled, this, [this] {
+        connect(row.hidden, &QCheckBox::toggled, this, [this] {
             refresh();
             emit shown_sensors_changed();
         });
@@ -132,7 +138,7 @@ void ColourBarPanel::draw_bars()
             bar.picture = Picture(size.width(), size.height());
         }
         const bool has_values = store.gradient_records >= store.RecordCount && sensor < store.sensors.size();
-        if (has_values && rows_[sensor - 1].shown->isChecked()) {
+        if (has_values && !rows_[sensor - 1].hidden->isChecked()) {
             values[sensor] = store.sensors[sensor].gradients[0].data();
         }
         bars[sensor] = std::move(bar.picture);

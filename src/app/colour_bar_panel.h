@@ -47,6 +47,7 @@ public:
 
     void refresh();
     bool is_sensor_shown(int sensor) const;
+    void set_locked(bool locked); // the check boxes, by an open pipe
 
 signals:
     void shown_sensors_changed();
@@ -57,13 +58,15 @@ protected:
 
 private:
     struct Row {
-        QCheckBox* shown = nullptr;
+        QCheckBox* hidden = nullptr;
         ColourBar* bar = nullptr;
         QWidget* line = nullptr;
     };
     void fit_sensors(int count);
     void draw_bars();
     DistanceRange shown_stretch() const;
+
+    bool locked_ = false;
     void choose_point(double share);
 
     SurveyView& view_;

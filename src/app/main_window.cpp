@@ -5,6 +5,7 @@
 #include "app/hint_bar.h"
 #include "app/live_panel.h"
 #include "app/pick_list_form.h"
+#include "app/pick_panel.h"
 #include "app/run_bar.h"
 #include "app/texts.h"
 #include "app/track_panel.h"
@@ -29,6 +30,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
     setAcceptDrops(true);
+    boxes_.before_box = [this] { picks_->stop_moving(); };
     boxes_.take_warning = [this](WarningAbout about, const std::string& text) { take_warning(about, text); };
     read_processing_parameters(survey().parameters, settings_);
     survey().display_settings = read_display_settings(settings_);
@@ -70,7 +72,8 @@ void MainWindow::open_file(const std::string& file_name, const std::optional<std
 
 void MainWindow::read_file(const std::string& file_name, const std::optional<std::string>& header_line)
 {
-    hints_->clear_hints();
+    if (!monitor_.pick_work.may_leave_list()) return;
+    clear_hints();
     const SurveyOpening opening = open_survey(survey(), monitor_.pick_work, file_name, header_line, op_);
     if (survey().data_file_name == file_name) note_recent_file(to_qt(file_name));
     clear_monitor_form();
@@ -99,23 +102,32 @@ void MainWindow::show_column_hint()
                           : tr("The definitions name columns that the file does not have: %1").arg(to_qt(missing)));
 }
 
-// The columns have a hint of their own, made from the definitions and the header.
+// Those about columns come one by one and are shown together.
 void MainWindow::take_warning(WarningAbout about, const std::string& text)
 {
-    if (about == WarningAbout::data) hints_->show_hint(QStringLiteral("data"), to_qt(text));
+    if (about == WarningAbout::data) {
+        hints_->show_hint(QStringLiteral("data"), to_qt(text));
+        return;
+    }
+    constexpr qsizetype kMostListed = 12;
+    column_warnings_ += to_qt(text).split(QLatin1Char('\n'));
+    const qsizetype left_out = column_warnings_.size() - kMostListed;
+    if (left_out > 1) return; // shown already
+    hints_->show_hint(QStringLiteral("columns"),
+                      left_out < 1 ? column_warnings_.join(QLatin1String("; "))
+                                   : column_warnings_.mid(0, kMostListed).join(QLatin1String("; ")) + tr("; and more"));
 }
 
-// The columns that a sender names come from no file.
-void MainWindow::take_live_warning(WarningAbout about, const std::string& text)
+void MainWindow::clear_hints()
 {
-    const QString name = about == WarningAbout::columns ? QStringLiteral("columns") : QStringLiteral("data");
-    hints_->show_hint(name, to_qt(text).replace(QLatin1Char('\n'), QLatin1String("; ")));
+    hints_->clear_hints();
+    column_warnings_.clear();
 }
 
 void MainWindow::press_start(StartButton index)
 {
     if (is_idle()) {
-        hints_->clear_hints();
+        clear_hints();
         survey().header_line_text = header_->header_line_text();
     }
     if (wait_loop_ != nullptr) wait_loop_->quit();
@@ -182,10 +194,18 @@ void MainWindow::keep_settings()
 // A run is ended first; the window closes when it is over.
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    if (live_->requests().is_listening()) live_->press();
+    event->ignore();
+    // Not from within this event: a close in a close is passed over.
+    const auto close_later = [this] { QTimer::singleShot(0, this, &QWidget::close); };
+    const bool is_live = live_->requests().is_listening();
+    if (!is_live && !is_idle()) {
+        when_idle(close_later);
+        return;
+    }
+    if (!monitor_.pick_work.may_leave_list()) return;
+    if (is_live) live_->press();
     if (!is_idle()) {
-        event->ignore();
-        when_idle([this] { close(); });
+        when_idle(close_later);
         return;
     }
     if (settings_timer_.isActive()) keep_settings();

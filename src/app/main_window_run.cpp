@@ -37,11 +37,13 @@ void MainWindow::show_controls(const RunControls& controls)
     run_bar_->show_controls(controls);
     header_->set_locked(!controls.file_controls_enabled);
     const bool has_samples = survey().processing.store.RecordCount > 0;
-    for (QAction* const action : file_actions_) action->setEnabled(!monitor_.driver.is_pipe_open());
+    for (QAction* const action : file_actions_) action->setEnabled(controls.file_controls_enabled);
     for (QAction* const action : idle_actions_) action->setEnabled(controls.file_controls_enabled);
     for (QAction* const action : store_actions_) action->setEnabled(controls.file_controls_enabled && has_samples);
     for (QAction* const action : run_actions_) action->setEnabled(state.file_run_active());
 
+    bars_->set_locked(!controls.profile_controls_enabled);
+    graphs_->set_locked(!controls.profile_controls_enabled);
     display_pick_list_->setEnabled(controls.pick_list_enabled);
     picks_->set_moving_locked(!controls.moving_anomalies_enabled);
     for (QAction* const action : move_actions_) {
@@ -50,6 +52,7 @@ void MainWindow::show_controls(const RunControls& controls)
     view_.set_running(state.any_run_active());
     if (!state.any_run_active()) {
         frame_timer_.stop();
+        if (!waiting_actions_.empty()) QTimer::singleShot(0, this, &MainWindow::perform_waiting_actions);
         return;
     }
     is_load_ = state.load_running;
@@ -73,8 +76,7 @@ void MainWindow::clear_monitor_form()
 {
     has_new_samples_ = false;
     has_new_readings_ = false;
-    header_->show_survey(survey());
-    view_.refresh();
+    show_survey();
     show_point_readings();
 }
 
@@ -142,7 +144,6 @@ void MainWindow::show_finished_run()
     header_->show_survey(survey());
     run_bar_->show_totals(survey().processing.lines_read, records);
     view_.announce(); // the core has drawn the track
-    show_column_hint();
     const bool can_be_cured = !survey().parameters.CarryClosingSample && !survey().data_file_name.empty();
     hints_->show_hint(QStringLiteral("averages"), to_qt(averaging_hint(survey().processing)),
                       can_be_cured ? HintBar::Action{tr("Average every line"), [this] { average_every_line(); }}

@@ -83,6 +83,7 @@ QWidget* NewPickForm::make_buttons()
 
 void NewPickForm::show_texts(const PickTexts& texts)
 {
+    shown_ = texts;
     name_->setText(to_qt(texts.name));
     id_->setText(to_qt(texts.id));
     type_->setText(to_qt(texts.type));
@@ -90,7 +91,7 @@ void NewPickForm::show_texts(const PickTexts& texts)
 
 PickTexts NewPickForm::entered_texts() const
 {
-    return {to_utf8(name_->text()), to_utf8(id_->text()), to_utf8(type_->text())};
+    return {edited_text(*name_, shown_.name), edited_text(*id_, shown_.id), edited_text(*type_, shown_.type)};
 }
 
 // A refusal leaves the form open with what was entered.

@@ -21,6 +21,8 @@ private:
     QWidget* make_buttons();
     void show_texts(const PickTexts& texts);
     PickTexts entered_texts() const;
+
+    PickTexts shown_; // before the operator typed
     void save();
 
     PickWorkflow& work_;

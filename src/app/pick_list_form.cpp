@@ -174,8 +174,9 @@ void PickListForm::show_texts(const PickTexts& texts)
 
 void PickListForm::save_edit()
 {
-    show_texts(
-        monitor_.pick_work.Command_save_edit({to_utf8(name_->text()), to_utf8(id_->text()), to_utf8(type_->text())}));
+    const PickTexts shown = monitor_.pick_work.Command_cancel_edit();
+    show_texts(monitor_.pick_work.Command_save_edit(
+        {edited_text(*name_, shown.name), edited_text(*id_, shown.id), edited_text(*type_, shown.type)}));
 }
 
 void PickListForm::cancel_edit()

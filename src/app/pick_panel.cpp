@@ -73,8 +73,8 @@ QWidget* PickPanel::make_moving()
     shift_->setMinimumWidth(160);
     connect(shift_, &QScrollBar::valueChanged, this, [this](int samples) {
         if (samples == 0) return;
-        emit shifted(samples);
         shift_->setValue(0);
+        emit shifted(samples);
     });
     auto* const caption = new QLabel(tr("Mo&ve"));
     caption->setBuddy(shift_);
@@ -99,9 +99,12 @@ void PickPanel::show_controls(const PickControls& controls)
     moving_->setEnabled(can_move_ && !moving_locked_);
 }
 
-void PickPanel::set_marking_enabled(bool enabled)
+void PickPanel::stop_moving()
 {
-    mark_->setEnabled(enabled);
+    const bool has_focus = shift_->hasFocus();
+    shift_->setEnabled(false); // ends what the pressed arrow goes on repeating
+    shift_->setEnabled(true);
+    if (has_focus) shift_->setFocus();
 }
 
 void PickPanel::set_moving_locked(bool locked)

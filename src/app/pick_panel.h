@@ -20,7 +20,7 @@ public:
     explicit PickPanel(QWidget* parent = nullptr);
 
     void show_controls(const PickControls& controls);
-    void set_marking_enabled(bool enabled);
+    void stop_moving();                  // the mouse button may be let go over another window
     void set_moving_locked(bool locked); // by a run
 
     QComboBox& pick_choice() { return *picks_; }

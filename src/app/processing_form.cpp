@@ -130,7 +130,7 @@ QWidget* ProcessingForm::display_group()
     add_box(rows, &Page::Text_section_length, "Text_section_length", tr("Section &length (m)"),
             tr("Length of track that graphs and colour bars show; over 25"));
     add_box(rows, &Page::Text_section_tick_spacing, "Text_section_tick_spacing", tr("Section tick s&pacing (m)"),
-            tr("Spacing of the ticks along the track; 0: none"));
+            tr("Spacing of the ticks along the track; 0: a round one"));
     add_box(rows, &Page::Text_max_elevation_range, "Text_max_elevation_range", tr("&Elevation range (m)"),
             tr("Range of the depth and elevation graph; over 10"));
     add_box(rows, &Page::Text_max_TMI_range, "Text_max_TMI_range", tr("TM&I range (nT)"),

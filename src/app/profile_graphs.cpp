@@ -22,8 +22,10 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kAxisLengths[] = {25, 50, 100, 200, 500, 1000, 2000, 5000};
+constexpr int kAxisLengths[] = {30, 50, 100, 200, 500, 1000, 2000, 5000};
 constexpr int kBottomMargin = 34;
+constexpr int kDistanceTickRoom = 56; // pixels from one tick's number to the next
+constexpr int kValueTickRoom = 16;
 constexpr double kSmallestFactor = 1e-3; // of an axis
 constexpr double kLargestFactor = 1e3;
 
@@ -71,7 +73,7 @@ private:
 };
 
 ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
-    : QWidget(parent), view_(view), plot_(new QCustomPlot), length_(new QComboBox)
+    : QWidget(parent), view_(view), plot_(new QCustomPlot), length_(new QComboBox), fit_(new QToolButton)
 {
     setObjectName(QStringLiteral("Frame_profiles"));
     plot_->setObjectName(QStringLiteral("Graph_profiles"));
@@ -100,11 +102,10 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
         if (length_->lineEdit()->isModified()) take_length();
     });
 
-    auto* const fit = new QToolButton;
-    fit->setObjectName(QStringLiteral("Command_fit_heights"));
-    fit->setText(tr("Fit heights"));
-    fit->setToolTip(tr("Fits the heights of the graphs to the curves in view; a double click on them goes back"));
-    connect(fit, &QToolButton::clicked, this, &ProfileGraphs::fit_heights);
+    fit_->setObjectName(QStringLiteral("Command_fit_heights"));
+    fit_->setText(tr("Fit heights"));
+    fit_->setToolTip(tr("Fits the heights of the graphs to the curves in view; a double click on them goes back"));
+    connect(fit_, &QToolButton::clicked, this, &ProfileGraphs::fit_heights);
 
     auto* const label = new QLabel(tr("Profiles over"));
     auto* const unit = new QLabel(tr("m"));
@@ -114,7 +115,7 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
     tools->addWidget(length_);
     tools->addWidget(unit);
     tools->addStretch(1);
-    tools->addWidget(fit);
+    tools->addWidget(fit_);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -130,7 +131,7 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
     connect(plot_, &QCustomPlot::mousePress, this, &ProfileGraphs::press);
     connect(plot_, &QCustomPlot::mouseMove, this, &ProfileGraphs::move);
     connect(plot_, &QCustomPlot::mouseRelease, this, &ProfileGraphs::release);
-    connect(plot_, &QCustomPlot::mouseDoubleClick, this, &ProfileGraphs::show_whole_range);
+    connect(plot_, &QCustomPlot::mouseDoubleClick, this, &ProfileGraphs::go_back);
 }
 
 void ProfileGraphs::make_plots()
@@ -230,11 +231,12 @@ void ProfileGraphs::refresh()
     const DisplaySettings& settings = view_.survey().display_settings;
     const QSignalBlocker quiet(length_);
     if (!length_->lineEdit()->isModified() || !length_->hasFocus()) {
-        length_->setEditText(to_qt(format_shortest(static_cast<double>(settings.track_axis_length))));
+        length_->setEditText(to_qt(format_shortest(settings.track_axis_length)));
     }
     if (!isVisible()) return;
     const DistanceRange range = view_range();
-    const double distance_step = readable_tick_step(settings.track_axis_tick_spacing, range.length());
+    const double distance_step = readable_tick_step(settings.track_axis_tick_spacing, range.length(),
+                                                    plots_[kGradient].rect->width() / kDistanceTickRoom);
     for (Plot& plot : plots_) {
         QCPAxis& distance = *plot.rect->axis(QCPAxis::atBottom);
         distance.setRange(range.from, range.to);
@@ -334,7 +336,7 @@ void ProfileGraphs::set_value_range(Plot& plot, double middle, double range, dou
     plot.range = range;
     plot.middle = middle;
     const double shown = range * plot.height_factor;
-    const double step = readable_tick_step(tick_step, shown);
+    const double step = readable_tick_step(tick_step, shown, axis.axisRect()->height() / kValueTickRoom);
     const double bottom = plot.from_zero ? 0 : middle - shown / 2;
     axis.setRange(bottom, bottom + shown);
     set_step(axis, step);
@@ -377,6 +379,19 @@ void ProfileGraphs::fit_heights()
         if (needed > 0) plot.height_factor = std::clamp(needed / plot.range, kSmallestFactor, kLargestFactor);
     }
     refresh();
+}
+
+void ProfileGraphs::set_locked(bool locked)
+{
+    length_->setEnabled(!locked);
+    fit_->setEnabled(!locked);
+}
+
+// The first click of a double click has made another point current.
+void ProfileGraphs::go_back()
+{
+    if (record_before_click_ > 0) view_.make_current(record_before_click_, Recentre::yes);
+    show_whole_range();
 }
 
 void ProfileGraphs::show_whole_range()
@@ -444,7 +459,9 @@ void ProfileGraphs::release(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton || !pressed_) return;
     pressed_ = false;
+    record_before_click_ = 0;
     if (dragged_) return;
+    record_before_click_ = view_.survey().track_image.current_record;
     if (const std::int32_t pick = pick_at_x(plots_[kGradient].picks->lines(), event->position().x()); pick > 0) {
         emit pick_clicked(pick);
         return;

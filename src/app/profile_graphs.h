@@ -11,6 +11,7 @@
 class QCPAxisRect;
 class QCPGraph;
 class QCPItemStraightLine;
+class QToolButton;
 class QCustomPlot;
 class QComboBox;
 class QMouseEvent;
@@ -30,6 +31,8 @@ public:
 
     // Which sensors are drawn, asked at every refresh.
     void set_sensor_filter(std::function<bool(int)> is_shown) { is_shown_ = std::move(is_shown); }
+
+    void set_locked(bool locked); // its controls, by an open pipe
 
     void refresh();          // ranges and curves
     void show_whole_range(); // zoom and pan back to the current point
@@ -63,6 +66,7 @@ private:
     void fill_vertical_plot(Plot& plot);
     void set_curve(QCPGraph& graph, const double* values, std::int32_t count);
     void set_value_range(Plot& plot, double middle, double range, double tick_step);
+    void go_back();
     static double height_needed(const Plot& plot);
     void place_cursors();
 
@@ -77,6 +81,7 @@ private:
     SurveyView& view_;
     QCustomPlot* plot_;
     QComboBox* length_;
+    QToolButton* fit_;
     std::array<Plot, 3> plots_;
     std::function<bool(int)> is_shown_;
     ProfileCurve curve_; // kept for its memory
@@ -88,6 +93,7 @@ private:
     bool dragged_ = false;
     double pressed_x_ = 0;
     double last_x_ = 0;
+    std::int32_t record_before_click_ = 0; // the current one
 };
 
 } // namespace tarvo

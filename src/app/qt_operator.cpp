@@ -29,6 +29,7 @@ void QtOperator::show_message(const std::string& text)
     QMessageBox box(QMessageBox::Information, QStringLiteral("Tarvo"), to_qt(text), QMessageBox::Ok,
                     window_in_front(window_));
     box.setTextFormat(Qt::PlainText); // a file name is no markup
+    if (before_box) before_box();
     box.exec();
 }
 
@@ -46,6 +47,7 @@ bool QtOperator::ask_yes_no(const std::string& question)
     QMessageBox box(QMessageBox::Question, QStringLiteral("Tarvo"), to_qt(question), QMessageBox::Yes | QMessageBox::No,
                     window_in_front(window_));
     box.setTextFormat(Qt::PlainText);
+    if (before_box) before_box();
     return box.exec() == QMessageBox::Yes;
 }
 

@@ -22,6 +22,9 @@ public:
     std::optional<std::string> choose_file_to_open(const FileQuestion& question) override;
     std::optional<std::string> choose_file_to_create(const FileQuestion& question) override;
 
+    // Called before a box opens, which takes the mouse away from whatever is held down.
+    std::function<void()> before_box;
+
     // Where warnings go instead of a box; none: a box after all.
     std::function<void(WarningAbout, const std::string&)> take_warning;
 

@@ -37,7 +37,7 @@ RunBar::RunBar(QWidget* parent) : QWidget(parent), speed_(new QSlider(Qt::Horizo
     progress_->setObjectName(QStringLiteral("ProgressBar_data_load"));
     progress_->setRange(0, kProgressSteps);
     progress_->setFormat(QString());
-    progress_->setMinimumWidth(200);
+    progress_->setMinimumWidth(150);
     progress_->setToolTip(tr("How much of the file has been read, how fast, and how long the rest will take"));
 
     auto* const row = new QHBoxLayout(this);
@@ -54,6 +54,10 @@ RunBar::RunBar(QWidget* parent) : QWidget(parent), speed_(new QSlider(Qt::Horizo
     samples_ = add_counter(*row, QStringLiteral("Text_num_data"), tr("samples"), tr("Averaged samples stored"));
     rejected_ =
         add_counter(*row, QStringLiteral("Text_num_reject"), tr("rejected"), tr("Data lines that could not be used"));
+    not_averaged_ =
+        add_counter(*row, QStringLiteral("Text_num_not_averaged"), tr("not averaged"),
+                    tr("Lines not averaged: valid ones that closed a bin and went into none, see Corrections "
+                       "in the processing parameters"));
     line_ = add_counter(*row, QStringLiteral("Text_current_line"), tr("survey line"), tr("The current survey line"));
     reset_speed();
     show_counters({});
@@ -100,8 +104,9 @@ void RunBar::show_counters(const RunCounters& counters)
     lines_read_->setText(count_text(counters.lines_read));
     samples_->setText(count_text(counters.samples_stored));
     rejected_->setText(count_text(counters.lines_rejected));
+    not_averaged_->setText(count_text(counters.lines_not_averaged));
     const bool has_line = is_valid_channel(counters.current_line_number);
-    line_->setText(has_line ? to_qt(format_shortest(counters.current_line_number)) : QStringLiteral("\u2013"));
+    line_->setText(has_line ? to_qt(format_fixed(counters.current_line_number, 0)) : QStringLiteral("\u2013"));
 
     const double share = counters.file_length > 0 ? static_cast<double>(counters.characters_consumed) /
                                                         static_cast<double>(counters.file_length)

@@ -44,6 +44,7 @@ private:
     QLabel* lines_read_;
     QLabel* samples_;
     QLabel* rejected_;
+    QLabel* not_averaged_;
     QLabel* line_;
     RunRate rate_;
     QElapsedTimer clock_;

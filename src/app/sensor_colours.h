@@ -14,7 +14,7 @@ inline QColor sensor_colour(int sensor)
     return QColor::fromRgb(kColours[static_cast<std::size_t>(sensor - 1) % kColours.size()]);
 }
 
-inline constexpr int kAxisMargin = 74; // pixels left of bars and graphs, so that both lie under each other
+inline constexpr int kAxisMargin = 96; // pixels left of bars and graphs, so that both lie under each other
 inline constexpr int kEndMargin = 14;  // right of them
 
 } // namespace tarvo

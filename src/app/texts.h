@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLineEdit>
 #include <QString>
 
 #include <string>
@@ -16,6 +17,13 @@ inline QString to_qt(std::string_view text)
 inline std::string to_utf8(const QString& text)
 {
     return text.toStdString();
+}
+
+// What a field holds that showed a text: as it was to the byte, whatever the toolkit makes of bytes that are no UTF-8,
+// unless the operator has changed it.
+inline std::string edited_text(const QLineEdit& field, const std::string& shown)
+{
+    return field.text() == to_qt(shown) ? shown : to_utf8(field.text());
 }
 
 } // namespace tarvo

@@ -3,8 +3,6 @@
 #include "text/numbers.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -64,12 +62,9 @@ void take_axis_length(DisplaySettings& settings, double value)
 {
     settings.track_axis_length = static_cast<float>(value);
 }
-// The shortest text that reads back to the same 32-bit float.
 std::string axis_length_text(const DisplaySettings& settings)
 {
-    std::array<char, 64> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), settings.track_axis_length).ptr;
-    return {text.data(), end};
+    return format_shortest(settings.track_axis_length);
 }
 
 void take_gradient_range(DisplaySettings& settings, double value)

@@ -236,6 +236,7 @@ void LiveRequests::start_recording()
     if (recording_folder_.empty()) return;
     try {
         recording_.start(recording_folder_, portable_survey(survey_.header_columns, survey_.survey_definitions));
+        survey_.picks.offered_file_name = pick_file_name_for(recording_.data_file_name());
     } catch (const std::exception& fault) {
         op_.show_message(std::string("An error occurred while starting the recording: ") + fault.what());
     }

@@ -45,6 +45,8 @@ CurrentSample dial_readings(const SampleProcessing& run)
         double& value = readings.SensorValues[channel];
         if (!is_valid_sensor(value)) value = run.sample.SensorValues[channel];
     }
+    double& heading = readings.ChannelValues[kHeading];
+    if (run.plan.circular_heading) heading = within_circle(heading);
     return readings;
 }
 
@@ -281,15 +283,13 @@ int LoggingDriver::finish_run(int result)
 {
     {
         const BusyFlag busy(finishing_);
-        const int status = run_guarded(op_, "An error occurred while finishing the run: ", [this] {
-            close_open_bin(survey_.processing);
-            stop_data_logging();
-            terminate_data_logging();
-        });
-        if (status < 0) {
-            stop_data_logging();
-            result = status;
-        }
+        const auto perform = [&](auto step) {
+            if (run_guarded(op_, "An error occurred while finishing the run: ", step) < 0) result = -1;
+        };
+        // Each by itself: where memory has run out for the last bin, the samples before it are shown all the same.
+        perform([this] { close_open_bin(survey_.processing); });
+        perform([this] { stop_data_logging(); });
+        perform([this] { terminate_data_logging(); });
     }
     show_controls();
     return result;

@@ -2,9 +2,6 @@
 
 #include "text/numbers.h"
 
-#include <array>
-#include <charconv>
-
 namespace tarvo {
 
 namespace {
@@ -69,10 +66,7 @@ std::string shown_text(const Box& box, const Values& values)
 std::string exact_text(const Box& box, const Values& values)
 {
     const double value = box.value(values);
-    if (box.number != Number::single) return format_shortest(value);
-    std::array<char, 64> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), static_cast<float>(value)).ptr;
-    return {text.data(), end};
+    return box.number == Number::single ? format_shortest(static_cast<float>(value)) : format_shortest(value);
 }
 
 ProcessingPage page_of(const Values& values, std::string (*text_of)(const Box&, const Values&))

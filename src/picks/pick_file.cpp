@@ -142,6 +142,7 @@ PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& 
 
 int write_pick_file(PickList& picks, Operator& op)
 {
+    picks.is_unsaved = picks.number_of_picks > 0;
     if (picks.pick_file_name.empty() || picks.number_of_picks == 0) return -1;
     try {
         const std::string text = pick_file_text(picks);
@@ -149,6 +150,7 @@ int write_pick_file(PickList& picks, Operator& op)
         if (is_unreadable && is_there(picks.pick_file_name)) keep_aside(picks.pick_file_name);
         picks.unreadable_file.clear();
         replace_file(picks.pick_file_name, text);
+        picks.is_unsaved = false;
         return 0;
     } catch (const std::exception& fault) { // the wording is fixed, spelling included
         op.show_message(std::string("An error occurred while saving the aomaly file: ") + fault.what());

@@ -20,7 +20,9 @@ struct PickList {
     std::vector<double> pick_times;                    // days since 1899-12-30
     std::vector<std::array<double, 4>> pick_locations; // 1 easting, 2 northing, 3 distance along the track, metres
     std::string pick_file_name;                        // full path; empty: none yet
+    std::string offered_file_name = "survey_pick.dat"; // for a list without a file
     std::string unreadable_file;                       // path of a pick file that is there and could not be read
+    bool is_unsaved = false;                           // holds changes that its file does not
 };
 
 inline constexpr std::int32_t kSparePicks = 32;

@@ -79,6 +79,7 @@ void PickWorkflow::take_picks_off_track()
         picks_.pick_sample_index[static_cast<std::size_t>(pick)] = -1;
     }
     for (Change& change : changes_) change.before.sample_index = -1;
+    new_pick_location_.sample_index = -1; // a new pick dialog may be open over it
     display_.show_pick_controls(controls());
 }
 
@@ -170,7 +171,10 @@ void PickWorkflow::Command_delete_selected_pick(const IndexedTrack& ground)
 void PickWorkflow::delete_pick(std::int32_t pick, const IndexedTrack& ground)
 {
     if (!is_pick(picks_, pick)) return;
-    if (!op_.ask_yes_no("Delete the anomaly " + pick_at(picks_, pick).name + "?")) return;
+    const Pick asked_for = pick_at(picks_, pick);
+    if (!op_.ask_yes_no("Delete the anomaly " + asked_for.name + "?")) return;
+    // Under the question a live run may have begun, and with it another list.
+    if (!is_pick(picks_, pick) || pick_at(picks_, pick).name != asked_for.name) return;
 
     remember(ChangeKind::deletion, pick);
     remove_pick(picks_, pick);
@@ -273,8 +277,18 @@ PickTexts PickWorkflow::Command_save_edit(const PickTexts& texts)
     return select_pick_row(edited_pick_);
 }
 
+bool PickWorkflow::may_leave_list() const
+{
+    if (!picks_.is_unsaved || picks_.number_of_picks == 0) return true;
+    const bool has_file = !picks_.pick_file_name.empty();
+    return op_.ask_yes_no("The last changes of the pick list are " +
+                          (has_file ? "not in its file, " + picks_.pick_file_name : "in no file yet") +
+                          ". Go on and lose them?");
+}
+
 void PickWorkflow::menu_read_list(const IndexedTrack& ground)
 {
+    if (!may_leave_list()) return;
     const std::optional<std::string> chosen = op_.choose_file_to_open(pick_file_question(picks_.pick_file_name));
     if (!chosen) return;
     picks_.pick_file_name = *chosen;
@@ -306,13 +320,14 @@ void PickWorkflow::forget_list()
     current_pick_ = -1;
     select_pick_row(0);
     changes_.clear();
+    picks_.is_unsaved = false;
 }
 
 // A live survey has no data file to name the pick file by, so the operator is asked.
 int PickWorkflow::write_to_a_named_file()
 {
     if (picks_.pick_file_name.empty() && picks_.number_of_picks > 0) {
-        picks_.pick_file_name = op_.choose_file_to_create(pick_file_question("survey_pick.dat")).value_or("");
+        picks_.pick_file_name = op_.choose_file_to_create(pick_file_question(picks_.offered_file_name)).value_or("");
     }
     return write_pick_file(picks_, op_);
 }

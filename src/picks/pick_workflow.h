@@ -78,6 +78,9 @@ public:
     void menu_read_list(const IndexedTrack& ground);
     void menu_write_list();
 
+    // To be asked before the list is given up: false when it is not in its file and the operator wants to keep it.
+    bool may_leave_list() const;
+
 private:
     struct Change {
         ChangeKind kind = ChangeKind::move;

@@ -106,13 +106,6 @@ double heading_near_first(double heading, AveragingBin& bin)
     return bin.first_heading + std::remainder(heading - bin.first_heading, 360.0);
 }
 
-double within_circle(double heading)
-{
-    if (!is_valid_channel(heading)) return heading;
-    const double turned = std::fmod(heading, 360.0);
-    return turned < 0 ? turned + 360.0 : turned;
-}
-
 double mean(double sum, std::int64_t count)
 {
     return count < 1 ? kNull : finite_or_null(sum / static_cast<double>(count));
@@ -224,6 +217,13 @@ int close_full_bin(SampleProcessing& run)
 }
 
 } // namespace
+
+double within_circle(double heading)
+{
+    if (!is_valid_channel(heading)) return heading;
+    const double turned = std::fmod(heading, 360.0);
+    return turned < 0 ? turned + 360.0 : turned;
+}
 
 void start_processing(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,
                       const ProcessingParameters& parameters)

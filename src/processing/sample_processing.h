@@ -124,4 +124,7 @@ int store_averaged_sample(SampleProcessing& run);
 // The open bin as means in the arrays of a sample, a value that counts less than two samples as kNull.
 int decimate_accumulated_data_values(const AveragingBin& bin, CurrentSample& sample);
 
+// A heading brought into 0..360 degrees; a null stays one.
+double within_circle(double heading);
+
 } // namespace tarvo

@@ -169,6 +169,13 @@ std::string format_shortest(double value)
     return {text, end};
 }
 
+std::string format_shortest(float value)
+{
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, value).ptr;
+    return {text, end};
+}
+
 std::string grouped_digits(std::string_view number)
 {
     const std::size_t first_digit = number.starts_with('-') ? 1 : 0;

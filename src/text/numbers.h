@@ -47,8 +47,9 @@ std::int32_t rounded_to_int32(double value);
 // The decimals of fixed-point numbers: the exact value rounded, never "-0".
 std::string format_fixed(double value, int decimals);
 
-// The shortest text that reads back to the same 64-bit float.
+// The shortest text that reads back to the same 64-bit or 32-bit float.
 std::string format_shortest(double value);
+std::string format_shortest(float value);
 
 // The digits before the point in groups of three, for people: "1234567.8" gives "1,234,567.8".
 std::string grouped_digits(std::string_view number);
