@@ -2,6 +2,7 @@
 
 #include "definitions/operator.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,11 +17,13 @@ public:
     std::vector<FileQuestion> file_questions;
     bool answer = true;
     std::optional<std::string> chosen_file;
+    std::function<void()> under_question; // happens while one is open
 
     void show_message(const std::string& text) override { messages.push_back(text); }
     bool ask_yes_no(const std::string& question) override
     {
         questions.push_back(question);
+        if (under_question) under_question();
         return answer;
     }
     std::optional<std::string> choose_file_to_open(const FileQuestion& question) override

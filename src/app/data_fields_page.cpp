@@ -77,7 +77,7 @@ QLayout* DataFieldsPage::factor_rows()
     elevation_scale_ = new QLineEdit;
     elevation_scale_->setObjectName(QStringLiteral("Text_elevation_scale"));
     elevation_scale_->setToolTip(tr("Factor that turns depths and elevations into metres"));
-    depth_sign_ = new QCheckBox(tr("&Flip the depth sign"));
+    depth_sign_ = new QCheckBox(tr("Fli&p the depth sign"));
     depth_sign_->setObjectName(QStringLiteral("Check_fish_depth_sign"));
     depth_sign_->setToolTip(tr("Depths, and a DEM read from a column, change their sign"));
     connect(coordinate_scale_, &QLineEdit::textChanged, this, &DataFieldsPage::edited);
@@ -86,7 +86,7 @@ QLayout* DataFieldsPage::factor_rows()
 
     auto* const rows = new QFormLayout;
     rows->addRow(tr("&Coordinate scale"), coordinate_scale_);
-    rows->addRow(tr("&Elevation scale"), elevation_scale_);
+    rows->addRow(tr("Elevation sca&le"), elevation_scale_);
     rows->addRow(depth_sign_);
     return rows;
 }
@@ -106,7 +106,7 @@ QLayout* DataFieldsPage::sensor_rows()
     location_->setObjectName(QStringLiteral("Combo_sensor_location_determination"));
     location_->addItems({tr("From the fish and lever arms"), tr("Read from columns")});
     location_->setToolTip(tr("Where the position of each sensor comes from"));
-    auto* const define = new QPushButton(tr("Define &sensors..."));
+    auto* const define = new QPushButton(tr("Def&ine sensors..."));
     define->setObjectName(QStringLiteral("Command_define_sensors"));
     define->setToolTip(tr("Go to the sensors' columns, signs and lever arms"));
     define->setAutoDefault(false);
@@ -118,7 +118,7 @@ QLayout* DataFieldsPage::sensor_rows()
     auto* const rows = new QFormLayout;
     rows->addRow(tr("&Number of sensors"), sensors_);
     rows->addRow(tr("Co&mponents of each"), components_);
-    rows->addRow(tr("Sensor &positions"), location_);
+    rows->addRow(tr("Sensor posi&tions"), location_);
     rows->addRow(define);
     return rows;
 }
@@ -132,7 +132,7 @@ DefinitionsPage DataFieldsPage::page() const
     page.Text_data_scale = to_utf8(coordinate_scale_->text());
     page.Text_elevation_scale = to_utf8(elevation_scale_->text());
     page.Check_fish_depth_sign = depth_sign_->isChecked();
-    page.Text_num_mag = to_utf8(sensors_->text());
+    page.Text_num_mag = std::to_string(sensors_->value());
     page.Text_num_sensors = to_utf8(components_->currentData().toString());
     page.Combo_sensor_location_determination = location_->currentIndex();
     return page;

@@ -95,8 +95,9 @@ QWidget* DefinitionsForm::preview_box()
     guess->setObjectName(QStringLiteral("Command_guess"));
     guess->setToolTip(tr("Propose columns and sensors anew from the names in the header line"));
     guess->setAutoDefault(false);
-    recognised_only_ = new QCheckBox(tr("Rec&ognised columns only"));
+    recognised_only_ = new QCheckBox(tr("Recogni&sed columns only"));
     recognised_only_->setObjectName(QStringLiteral("Check_recognised_only"));
+    recognised_only_->setToolTip(tr("Leave out the columns that no quantity and no sensor uses"));
     auto* const top = new QHBoxLayout;
     top->addWidget(header_label);
     top->addWidget(header_line_);
@@ -148,8 +149,8 @@ QLayout* DefinitionsForm::button_row()
     QPushButton* const save = add_button("Command_save_changes", tr("Sa&ve changes"),
                                          tr("Check and accept the definitions, and go on editing"));
     QPushButton* const undo =
-        add_button("Command_cancel_changes", tr("Cancel c&hanges"), tr("Put back what is in force, and go on editing"));
-    QPushButton* const done = add_button("Command_Done", tr("Don&e"),
+        add_button("Command_cancel_changes", tr("C&ancel changes"), tr("Put back what is in force, and go on editing"));
+    QPushButton* const done = add_button("Command_Done", tr("D&one"),
                                          tr("Check and accept the definitions, write them beside the data file"));
     QPushButton* const cancel = add_button("Command_cancel", tr("Cancel"), tr("Close without taking the changes"));
     done->setDefault(true);

@@ -43,7 +43,7 @@ HeaderBox::HeaderBox(QWidget* parent)
     header_line_->setMaximumWidth(header_line_->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 12);
     columns_->setObjectName(QStringLiteral("Label_columns"));
 
-    auto* const label = new QLabel(tr("&Header line"));
+    auto* const label = new QLabel(tr("Header l&ine"));
     label->setBuddy(header_line_);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(4, 2, 4, 0);

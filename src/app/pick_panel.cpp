@@ -76,7 +76,7 @@ QWidget* PickPanel::make_moving()
         shift_->setValue(0);
         emit shifted(samples);
     });
-    auto* const caption = new QLabel(tr("Mo&ve"));
+    auto* const caption = new QLabel(tr("&Move"));
     caption->setBuddy(shift_);
     auto* const row = new QHBoxLayout(moving_);
     row->setContentsMargins(0, 0, 0, 0);

@@ -87,7 +87,7 @@ QWidget* ProcessingForm::sample_group()
             tr("By how many samples the live display scrolls at a time"));
     add_box(rows, &Page::Text_sample_rate, "Text_sample_rate", tr("Sample &rate (1/s)"),
             tr("Stored samples per second. A change reloads the data file."));
-    add_box(rows, &Page::Text_line_break_distance, "Text_line_break_distance", tr("Line break &distance (m)"),
+    add_box(rows, &Page::Text_line_break_distance, "Text_line_break_distance", tr("Line &break distance (m)"),
             tr("A jump of this length starts a new survey line; 0: off. A change reloads the data file."));
     add_box(rows, &Page::Text_line_break_time, "Text_line_break_time", tr("Line break &time (s)"),
             tr("A gap of this length starts a new survey line; 0: off. A change reloads the data file."));
@@ -116,7 +116,7 @@ QWidget* ProcessingForm::corrections_group()
         tr("No data line is left out of the averages, also when the data's own rate is as low as the stored rate"));
     add_switch(rows, &Page::Check_circular_heading, "Check_circular_heading", tr("Average headings on the &circle"),
                tr("359 and 1 degrees average to north, not to south"));
-    add_switch(rows, &Page::Check_compass_heading, "Check_compass_heading", tr("Headings are &bearings from north"),
+    add_switch(rows, &Page::Check_compass_heading, "Check_compass_heading", tr("Headings are bearings &from north"),
                tr("Headings count clockwise from north, as a compass reads; else anticlockwise from east"));
     return group;
 }
@@ -137,7 +137,7 @@ QWidget* ProcessingForm::display_group()
             tr("Range of the TMI graphs; over 10"));
     add_box(rows, &Page::Text_TMI_tick_spacing, "Text_TMI_tick_spacing", tr("TMI tic&k spacing (nT)"),
             tr("Spacing of the ticks of the TMI graphs"));
-    add_box(rows, &Page::Text_max_TG_range, "Text_max_TG_range", tr("Gradient rang&e (nT/m)"),
+    add_box(rows, &Page::Text_max_TG_range, "Text_max_TG_range", tr("Gradient range (nT/m)"),
             tr("The gradient that takes the last colour of the scale; at least 1"));
     add_box(rows, &Page::Text_TG_tick_spacing, "Text_TG_tick_spacing", tr("Gradient tick spacing (nT/m)"),
             tr("Spacing of the ticks of the gradient graphs"));

@@ -44,7 +44,7 @@ RunBar::RunBar(QWidget* parent) : QWidget(parent), speed_(new QSlider(Qt::Horizo
     row->setContentsMargins(4, 2, 4, 2);
     row->addWidget(start_[0]);
     row->addWidget(start_[1]);
-    auto* const speed_label = new QLabel(tr("&Speed"));
+    auto* const speed_label = new QLabel(tr("Sp&eed"));
     speed_label->setBuddy(speed_);
     row->addWidget(speed_label);
     row->addWidget(speed_);

@@ -130,7 +130,7 @@ QWidget* SensorsPage::sensor_rows(QStringListModel* names)
         connect(coordinates_[j], &QComboBox::currentTextChanged, this, &SensorsPage::page_edited);
         connect(positions_[j], &QLineEdit::textChanged, this, &SensorsPage::page_edited);
     }
-    auto* const done = new QPushButton(tr("Sensor d&one"));
+    auto* const done = new QPushButton(tr("Sensor done"));
     done->setObjectName(QStringLiteral("Command_done_sensor"));
     done->setToolTip(tr("Check this sensor and go to the next one"));
     done->setAutoDefault(false);

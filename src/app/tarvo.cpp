@@ -20,7 +20,10 @@ using namespace tarvo;
 void start(MainWindow& window, const LaunchOptions& options)
 {
     if (!options.data_file.empty()) window.open_file(options.data_file, options.header_line);
-    if (options.start && !window.survey().data_file_name.empty()) window.press_start(*options.start);
+    // The definitions dialog of a file without definitions may have begun the run already.
+    const bool has_begun =
+        window.monitor().driver.state().any_run_active() || window.survey().processing.store.RecordCount > 0;
+    if (options.start && !has_begun && !window.survey().data_file_name.empty()) window.press_start(*options.start);
     if (options.screenshot.empty()) return;
     QApplication::processEvents(); // the finished run is painted
     const bool saved = window.grab().save(to_qt(options.screenshot), "PNG");

@@ -57,8 +57,9 @@ const char* fault_of(const SensorPage& page, const SurveyDefinitions& working)
 {
     if (working.read_sensor_location == 0) {
         if (!is_numeric(page.Text_TMI_xyz_position[1])) return "The sensor offset is not valid";
-        if (!is_numeric(page.Text_TMI_xyz_position[2])) return "The sensor arm length is not valid";
-        if (!is_numeric(page.Text_TMI_xyz_position[3])) return "The sensor arm rotation is not valid";
+        // A number may have its unit behind it here: "1200 mm".
+        if (trimmed(page.Text_TMI_xyz_position[2]).empty()) return "The sensor arm length is not valid";
+        if (trimmed(page.Text_TMI_xyz_position[3]).empty()) return "The sensor arm rotation is not valid";
     } else {
         if (is_unused_box(page.Text_TMI_xyz[1])) return "The X sensor coordinate is not valid";
         if (is_unused_box(page.Text_TMI_xyz[2])) return "The Y sensor coordinate is not valid";
@@ -134,8 +135,7 @@ void take_sensor_page(const SensorPage& page, SurveyDefinitions& working, int se
     if (working.read_sensor_location == 1) return;
     constexpr int kElements[] = {0, SensorDefinition::kOffset, SensorDefinition::kLength, SensorDefinition::kRotation};
     for (std::size_t box = 1; box <= 3; ++box) {
-        const std::optional<double> value = numeric_value(page.Text_TMI_xyz_position[box]);
-        if (value) taken.lever_arm[static_cast<std::size_t>(kElements[box])] = *value;
+        taken.lever_arm[static_cast<std::size_t>(kElements[box])] = leading_number(page.Text_TMI_xyz_position[box]);
     }
 }
 

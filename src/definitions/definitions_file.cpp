@@ -208,14 +208,20 @@ std::string format_exact(double value, int decimals)
     return numeric_value(fixed) == value ? fixed : format_shortest(value);
 }
 
+// A line about one item. A comma would end it, unless the line stands in quotes.
+std::string item_line(const std::string& text)
+{
+    return text.find(',') == std::string::npos ? text : '"' + text + '"';
+}
+
 std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, const SurveyDefinitions& definitions,
                         NumberFormat format)
 {
     std::string text = "\r\nSensor Number " + std::to_string(number) + "\r\n";
     if (definitions.read_sensor_location == 1) {
-        text += "Sensor X Coordinate: " + sensor.coordinate_columns[1] + "\r\n";
-        text += "Sensor Y Coordinate: " + sensor.coordinate_columns[2] + "\r\n";
-        text += "Sensor Z Coordinate: " + sensor.coordinate_columns[3] + "\r\n";
+        text += item_line("Sensor X Coordinate: " + sensor.coordinate_columns[1]) + "\r\n";
+        text += item_line("Sensor Y Coordinate: " + sensor.coordinate_columns[2]) + "\r\n";
+        text += item_line("Sensor Z Coordinate: " + sensor.coordinate_columns[3]) + "\r\n";
     } else {
         text += "Sensor Along Track Offset from Fish Location (mm): " +
                 format(sensor.lever_arm[SensorDefinition::kOffset], 3) + "\r\n";
@@ -224,9 +230,10 @@ std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, con
     }
     for (std::size_t component = 1; component <= static_cast<std::size_t>(definitions.components_per_sensor);
          ++component) {
-        text += "Sensor Component " + std::to_string(component);
-        text += sensor.flip_sign[component] == 1 ? " (flip sign): " : ": ";
-        text += sensor.component_columns[component] + "\r\n";
+        const char* const sign = sensor.flip_sign[component] == 1 ? " (flip sign): " : ": ";
+        text +=
+            item_line("Sensor Component " + std::to_string(component) + sign + sensor.component_columns[component]) +
+            "\r\n";
     }
     return text;
 }
@@ -239,7 +246,7 @@ std::string definitions_text(const SurveyDefinitions& definitions, int header_li
         const std::string& name = definitions.fields[slot].name;
         if (is_unused_name(name)) continue;
         ++field_count;
-        fields += "\r\n" + std::to_string(slot) + ": " + name + "\r\n";
+        fields += "\r\n" + item_line(std::to_string(slot) + ": " + name) + "\r\n";
     }
 
     std::string text = "Tarvo Program Parameters V3.0\r\n\r\n";

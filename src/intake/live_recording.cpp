@@ -1,6 +1,7 @@
 #include "intake/live_recording.h"
 
 #include "definitions/definitions_file.h"
+#include "text/file_names.h"
 #include "text/replace_file.h"
 
 #include <cerrno>
@@ -62,6 +63,7 @@ NewFile create_data_file(const std::string& folder)
     const std::string base = "live_" + date_and_time();
     for (int copy = 1;; ++copy) {
         fs::path path = fs::path(folder) / (base + (copy == 1 ? "" : "_" + std::to_string(copy)) + ".csv");
+        if (is_there(definitions_file_name_for(path.string()))) continue;
         OpenFile file(std::fopen(path.string().c_str(), "wbx"));
         if (file) return {path, std::move(file)};
         if (errno != EEXIST) throw std::system_error(errno, std::generic_category(), "cannot write " + path.string());
@@ -171,7 +173,13 @@ void LiveRecording::start(const std::string& folder, const PortableSurvey& surve
     finish();
     NewFile created = create_data_file(folder);
     data_file_name_ = created.path.string();
-    replace_file(definitions_file_name_for(data_file_name_), exact_definitions_text(survey.definitions, 1));
+    try {
+        replace_file(definitions_file_name_for(data_file_name_), exact_definitions_text(survey.definitions, 1));
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(created.path, ignored);
+        throw;
+    }
     writer_ = std::make_unique<Writer>(data_file_name_, std::move(created.file));
     append(header_line_of(survey.columns));
 }

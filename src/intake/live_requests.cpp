@@ -52,7 +52,7 @@ int whole_code(double number)
 
 bool LiveStatus::is_overdue() const
 {
-    return state == State::live && last_line_age && *last_line_age >= kOverdueAge;
+    return state == State::live && last_line_age.value_or(run_age) >= kOverdueAge;
 }
 
 std::string live_status_text(const LiveStatus& status)
@@ -205,6 +205,7 @@ std::string LiveRequests::end_definitions()
 void LiveRequests::start_pipe_data_logging()
 {
     rate_ = LineRate();
+    run_begin_ = clock_();
     last_line_.reset();
     fields_counted_ = false;
     driver_.start_pipe_data_logging();
@@ -251,6 +252,7 @@ LiveStatus LiveRequests::status()
     if (!is_live()) return status;
     status.state = LiveStatus::State::live;
     status.lines_per_second = rate_.lines_per_second(now);
+    status.run_age = std::chrono::duration<double>(now - run_begin_).count();
     if (last_line_) status.last_line_age = std::chrono::duration<double>(now - *last_line_).count();
     status.lines_rejected = survey_.processing.lines_rejected;
     return status;

@@ -49,6 +49,7 @@ struct LiveStatus {
     int clients = 0;
     double lines_per_second = 0;
     std::optional<double> last_line_age; // seconds; none before the first line of a run
+    double run_age = 0;                  // seconds
     std::int64_t lines_rejected = 0;
 
     bool is_overdue() const; // the sender has fallen silent
@@ -110,6 +111,7 @@ private:
     std::string recording_folder_;
     std::string status_text_;
     LineRate rate_;
+    LiveClock::time_point run_begin_;
     std::optional<LiveClock::time_point> last_line_; // when it came
     bool fields_counted_ = false;                    // of the run's first line that is not blank
     bool listening_ = false;

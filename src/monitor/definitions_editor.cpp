@@ -4,6 +4,7 @@
 #include "intake/definitions_guess.h"
 #include "text/file_names.h"
 #include "text/numbers.h"
+#include "text/replace_file.h"
 
 namespace tarvo {
 
@@ -43,6 +44,19 @@ int check_all_sensors(SurveyDefinitions& working, Operator& op)
     return 0;
 }
 
+int write_accepted(const std::string& file_name, DefinitionsEditor& editor, Operator& op)
+{
+    try {
+        if (editor.file_is_unreadable) keep_copy_aside(file_name);
+    } catch (const std::exception& fault) {
+        op.show_message(std::string("An error occurred while writing the Data Field Definitions : ") + fault.what());
+        return -1;
+    }
+    const int status = write_definitions(file_name, editor.working, editor.header_line_number, op);
+    if (status == 0) editor.file_is_unreadable = false;
+    return status;
+}
+
 } // namespace
 
 std::string definitions_file_of(const SurveyState& survey)
@@ -65,8 +79,10 @@ DefinitionsEditor open_definitions_editor(const SurveyState& survey, Operator& o
     if (!is_there(survey.data_file_name)) return editor;
 
     editor.first_lines = read_first_lines(survey.data_file_name);
-    if (is_there(editor.file_name) &&
-        read_definitions(editor.file_name, editor.working, editor.header_line_number, op).status == 0) {
+    editor.file_is_unreadable =
+        is_there(editor.file_name) &&
+        read_definitions(editor.file_name, editor.working, editor.header_line_number, op).status < 0;
+    if (is_there(editor.file_name) && !editor.file_is_unreadable) {
         editor.origin = DefinitionsEditor::Origin::file;
         editor.header_line_number = header_line_in_force(survey, editor.header_line_number);
         return editor;
@@ -106,8 +122,9 @@ DefinitionsAcceptance accept_definitions(DefinitionsEditor& editor, const Defini
     const std::string file_name = definitions_file_of(survey);
     acceptance.changed =
         editor.header_line_number != survey.header_line_number || !are_same(editor.working, survey.survey_definitions);
-    const bool to_be_written = !file_name.empty() && (acceptance.changed || !is_there(file_name));
-    if (to_be_written && write_definitions(file_name, editor.working, editor.header_line_number, op) < 0) {
+    const bool to_be_written =
+        !file_name.empty() && (acceptance.changed || editor.file_is_unreadable || !is_there(file_name));
+    if (to_be_written && write_accepted(file_name, editor, op) < 0) {
         acceptance.changed = false;
         return acceptance;
     }

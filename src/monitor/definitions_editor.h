@@ -18,6 +18,7 @@ struct DefinitionsEditor {
     Origin origin = Origin::current;
     std::string file_name;                // the definitions file read or written; else the one that acceptance writes
     std::vector<std::string> first_lines; // of the data file
+    bool file_is_unreadable = false;      // the data file's own; a copy is kept before it is replaced
 };
 
 // The file beside the data file, or the one that was chosen for it; empty without a data file.

@@ -7,13 +7,9 @@
 #include "text/replace_file.h"
 
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 namespace tarvo {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -87,27 +83,6 @@ std::string pick_line(const Pick& pick)
            format_fixed(pick.location[3], 1) + ',' + std::to_string(pick.type) + ',' + name;
 }
 
-void copy_file_whole(const std::string& from, const std::string& to)
-{
-    std::ifstream source(from, std::ios::binary);
-    if (!source) throw std::runtime_error("cannot read " + from);
-    FileReplacement copy(to);
-    std::string block(std::size_t{1} << 16, '\0');
-    while (source.read(block.data(), static_cast<std::streamsize>(block.size())), source.gcount() > 0) {
-        copy.write(std::string_view(block).substr(0, static_cast<std::size_t>(source.gcount())));
-    }
-    if (source.bad()) throw std::runtime_error("cannot read " + from);
-    copy.commit();
-}
-
-void keep_aside(const std::string& path)
-{
-    const std::string first_name = path + ".unreadable";
-    std::string name = first_name;
-    for (int number = 2; fs::exists(name); ++number) name = first_name + std::to_string(number);
-    copy_file_whole(path, name);
-}
-
 } // namespace
 
 PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& op)
@@ -147,7 +122,7 @@ int write_pick_file(PickList& picks, Operator& op)
     try {
         const std::string text = pick_file_text(picks);
         const bool is_unreadable = picks.pick_file_name == picks.unreadable_file;
-        if (is_unreadable && is_there(picks.pick_file_name)) keep_aside(picks.pick_file_name);
+        if (is_unreadable && is_there(picks.pick_file_name)) keep_copy_aside(picks.pick_file_name);
         picks.unreadable_file.clear();
         replace_file(picks.pick_file_name, text);
         picks.is_unsaved = false;

@@ -1,6 +1,8 @@
 #include "text/replace_file.h"
 
 #include <cerrno>
+#include <fstream>
+#include <stdexcept>
 #include <system_error>
 
 #if __has_include(<unistd.h>)
@@ -145,6 +147,22 @@ void replace_file(const std::string& path, std::string_view bytes)
     FileReplacement replacement(path);
     replacement.write(bytes);
     replacement.commit();
+}
+
+void keep_copy_aside(const std::string& path)
+{
+    const std::string first_name = path + ".unreadable";
+    std::string name = first_name;
+    for (int number = 2; fs::exists(name); ++number) name = first_name + std::to_string(number);
+    std::ifstream source(path, std::ios::binary);
+    if (!source) throw std::runtime_error("cannot read " + path);
+    FileReplacement copy(name);
+    std::string block(std::size_t{1} << 16, '\0');
+    while (source.read(block.data(), static_cast<std::streamsize>(block.size())), source.gcount() > 0) {
+        copy.write(std::string_view(block).substr(0, static_cast<std::size_t>(source.gcount())));
+    }
+    if (source.bad()) throw std::runtime_error("cannot read " + path);
+    copy.commit();
 }
 
 } // namespace tarvo

@@ -37,4 +37,8 @@ private:
 // The same in one call.
 void replace_file(const std::string& path, std::string_view bytes);
 
+// Keeps a copy of a file that could not be read and is about to be replaced: beside it, as NAME.unreadable
+// (NAME.unreadable2 and so on when there is one already).
+void keep_copy_aside(const std::string& path);
+
 } // namespace tarvo

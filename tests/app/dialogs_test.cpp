@@ -8,17 +8,22 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableView>
 #include <QTableWidget>
+#include <QTabWidget>
 #include <QTimer>
+
+#include <map>
 
 namespace tarvo {
 namespace {
@@ -145,11 +150,11 @@ TEST(DefinitionsForm, ASensorPageIsCheckedBeforeAnotherIsShown)
     const DefinitionsForm form(at.survey, at.op);
     auto& grid = control<QTableWidget>(form, "Grid_sensors");
     auto& length = control<QLineEdit>(form, "Text_TMI_xyz_position_2");
-    length.setText(QStringLiteral("long"));
+    length.setText(QStringLiteral(" "));
     grid.setCurrentCell(1, 0);
     EXPECT_EQ(at.op.messages, std::vector<std::string>{"The sensor arm length is not valid"});
     EXPECT_EQ(grid.currentRow(), 0);
-    EXPECT_EQ(length.text(), QLatin1String("long"));
+    EXPECT_EQ(length.text(), QLatin1String(" "));
 
     length.setText(QStringLiteral("750"));
     control<QCheckBox>(form, "Check_flip_sign_1").setChecked(true);
@@ -301,6 +306,57 @@ struct Window {
     FakeOperator op;
     MainWindow window{store, &op};
 };
+
+// What Alt and each letter lead to, of all that can be seen in a window.
+std::map<QString, QStringList> alt_keys(const QWidget& shown)
+{
+    std::map<QString, QStringList> keys;
+    const auto add = [&keys](const QString& text) {
+        const QKeySequence key = QKeySequence::mnemonic(text);
+        if (!key.isEmpty()) keys[key.toString()] += text;
+    };
+    for (const auto* bar : shown.findChildren<QMenuBar*>()) {
+        for (const QAction* action : bar->actions()) add(action->text());
+    }
+    for (const auto* button : shown.findChildren<QAbstractButton*>()) {
+        if (button->isVisible()) add(button->text());
+    }
+    for (const auto* label : shown.findChildren<QLabel*>()) {
+        if (label->isVisible() && label->buddy() != nullptr) add(label->text());
+    }
+    for (const auto* tabs : shown.findChildren<QTabBar*>()) {
+        for (int tab = 0; tab < tabs->count(); ++tab) add(tabs->tabText(tab));
+    }
+    return keys;
+}
+
+TEST(MainWindowDialogs, NoAltKeyLeadsToTwoPlaces)
+{
+    Window at;
+    at.window.show();
+    at.window.open_file(TARVO_EXAMPLES "/bay.csv");
+    at.window.press_start(StartButton::load_or_pause);
+    const auto check = [](const QWidget& shown) {
+        for (const auto& [key, texts] : alt_keys(shown)) {
+            EXPECT_EQ(texts.size(), 1) << key.toStdString() << ": " << texts.join(" / ").toStdString();
+        }
+    };
+    check(at.window);
+    at.work_dialog([&] { at.trigger("menu_processing_parameters"); },
+                   [&](QWidget& dialog) {
+                       check(dialog);
+                       dialog.close();
+                   });
+    at.work_dialog([&] { at.trigger("menu_definitions"); },
+                   [&](QWidget& dialog) {
+                       auto* const tabs = dialog.findChild<QTabWidget*>();
+                       for (int tab = 0; tab < tabs->count(); ++tab) {
+                           tabs->setCurrentIndex(tab);
+                           check(dialog);
+                       }
+                       dialog.close();
+                   });
+}
 
 TEST(MainWindowDialogs, AFileWithoutDefinitionsGetsToItsTrack)
 {

@@ -129,6 +129,22 @@ TEST_F(LiveWindow, RealSurveysAreTheSameLiveAsFromTheirFiles)
     }
 }
 
+TEST_F(LiveWindow, HintsOfAFileDoNotOutliveIt)
+{
+    make_runtime_folder();
+    window.open_file(options.data_file);
+    click("Command_start_logging_1");
+    ASSERT_NE(window.findChild<QAbstractButton*>("Command_hint_averages"), nullptr);
+    press();
+    EXPECT_TRUE(control<QWidget>("Frame_hints").isHidden()) << "its button would end the live run";
+    options.rate = 2000;
+    forward();
+    ASSERT_TRUE(while_served([this] { return lines_read() > 100; }));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tarvo"));
+    window.when_idle([] {}); // waits, and ends nothing
+    EXPECT_TRUE(run().pipe_logging_active);
+}
+
 TEST_F(LiveWindow, LinesGoOnUnderADialogAndTheButtonEndsThem)
 {
     make_runtime_folder();
@@ -149,6 +165,10 @@ TEST_F(LiveWindow, LinesGoOnUnderADialogAndTheButtonEndsThem)
     EXPECT_FALSE(run().pipe_logging_active);
     press(); // the forwarder comes back by itself, for a new run
     ASSERT_TRUE(while_served([this] { return shows_live(); }));
+    EXPECT_FALSE(control<QWidget>("Check_sensor_1").isEnabled());
+    window.close();
+    EXPECT_FALSE(run().pipe_logging_active);
+    EXPECT_EQ(status(), QStringLiteral("Not listening"));
 }
 
 TEST_F(LiveWindow, APipeThatIsInUseIsTold)

@@ -294,6 +294,42 @@ TEST_F(PickWork, ShowsTheListInAnyOrderWithoutTouchingIt)
     EXPECT_EQ(list(), "beta 10@3, Alpha 9@1, beta 9.5@2");
 }
 
+TEST_F(PickWork, AnotherListUnderTheQuestionIsNotDeletedFrom)
+{
+    mark(3, {"Target", "1", "0"});
+    mark(5, {"Target", "2", "0"});
+    op.under_question = [this] { work.open_picks_of({}, ground); };
+    work.Command_delete_selected_anomaly(ground);
+    EXPECT_EQ(picks.number_of_picks, 0);
+    EXPECT_EQ(current_pick, -1);
+}
+
+TEST_F(PickWork, ChangesThatAreInNoFileAreNotDroppedWithoutAQuestion)
+{
+    mark(3, {"Target", "1", "0"});
+    EXPECT_TRUE(work.may_leave_list());
+    EXPECT_TRUE(op.questions.empty()) << "the file has it";
+    picks.pick_file_name = folder.path("not/there/line7_pick.dat");
+    work.HScroll_shift_anomaly(track.table(), 1);
+    op.answer = false;
+    EXPECT_FALSE(work.may_leave_list());
+    EXPECT_EQ(op.questions, std::vector<std::string>{"The last changes of the pick list are not in its file, " +
+                                                     picks.pick_file_name + ". Go on and lose them?"});
+    op.chosen_file = folder.path("line7_pick.dat");
+    work.menu_read_list(ground);
+    EXPECT_EQ(picks.pick_sample_index[1], 4) << "still the list that was changed";
+    op.answer = true;
+    work.menu_read_list(ground);
+    EXPECT_EQ(picks.pick_sample_index[1], 3);
+    EXPECT_TRUE(work.may_leave_list());
+
+    work.open_picks_of({}, ground);
+    op.chosen_file.reset();
+    mark(4, {"Target", "1", "0"});
+    op.answer = false;
+    EXPECT_FALSE(work.may_leave_list()) << "in no file yet";
+}
+
 TEST_F(PickWork, KeepsTheListWhenTheFileCannotBeWritten)
 {
     mark(3, {"Target", "1", "1"});
