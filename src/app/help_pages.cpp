@@ -68,8 +68,10 @@ void show_about_box(QWidget* window)
 
 void show_shortcuts_page(QWidget* window)
 {
-    constexpr std::array<std::array<const char*, 2>, 23> kShortcuts = {
+    constexpr std::array<std::array<const char*, 2>, 26> kShortcuts = {
         {{"Ctrl+O", "Open a data file"},
+         {"Ctrl+D", "Survey definitions"},
+         {"Ctrl+T", "Processing parameters"},
          {"F5", "Load the file"},
          {"F6", "Replay the file"},
          {"Space", "Pause or resume the run"},
@@ -80,6 +82,7 @@ void show_shortcuts_page(QWidget* window)
          {"Ctrl+0", "Show the whole track"},
          {"Drag", "Move the enlarged track"},
          {"Click", "Make the nearest point current"},
+         {"Wheel on graphs", "Zoom along the track"},
          {"Ctrl+Wheel on graphs", "Zoom the values"},
          {"Double click on graphs", "Back to the current point"},
          {"M", "Mark a pick at the current point"},

@@ -1,5 +1,6 @@
 #include "app/live_panel.h"
 
+#include "app/column_box.h"
 #include "app/texts.h"
 
 #include <QAction>
@@ -164,7 +165,9 @@ void LivePanel::show_status()
 {
     const LiveStatus status = requests_.status();
     status_->setText(to_qt(live_status_text(status)));
-    status_->setStyleSheet(status.is_overdue() ? QStringLiteral("color: #c00000; font-weight: bold") : QString());
+    status_->setStyleSheet(status.is_overdue()
+                               ? QStringLiteral("color: %1; font-weight: bold").arg(warning_colour(*this).name())
+                               : QString());
     const LiveRecording& recording = requests_.recording();
     const QString file = to_qt(recording.data_file_name());
     recording_->setText(recording.is_active() ? tr("Recording %1").arg(QFileInfo(file).fileName()) : QString());

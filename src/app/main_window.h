@@ -46,7 +46,6 @@ public:
     SurveyView& view() { return view_; }
     Operator& op() { return op_; }
     SettingsStore& settings() { return settings_; }
-    HintBar& hints() { return *hints_; }
 
     // Chooses a data file: what is beside it is read at once, a run that goes on is stopped cleanly first.
     // header_line: instead of the number that the definitions give; none: theirs.

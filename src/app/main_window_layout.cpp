@@ -164,7 +164,7 @@ void MainWindow::make_file_menu()
     store_actions_.push_back(add_action(exports, "menu_export_samples", tr("&Samples as CSV..."), {},
                                         [this] { export_samples_file(survey(), op_, this); }));
     store_actions_.push_back(add_action(exports, "menu_export_lines", tr("Survey &lines as CSV..."), {},
-                                        [this] { export_lines_file(survey(), op_, this); }));
+                                        [this] { export_lines_file(survey(), op_); }));
     store_actions_.push_back(add_action(exports, "menu_export_track", tr("&Track image as PNG..."), {},
                                         [this] { export_track_file(survey(), op_); }));
     menu.addSeparator();

@@ -80,7 +80,8 @@ void PickListForm::make_grid()
     grid_->verticalHeader()->setDefaultSectionSize(grid_->fontMetrics().height() + 6);
     grid_->sortByColumn(-1, Qt::AscendingOrder);
     grid_->setSortingEnabled(true);
-    connect(grid_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &PickListForm::select_row);
+    // Not the current row: the grid takes one with the keyboard, and nobody has chosen it.
+    connect(grid_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &PickListForm::select_row);
     connect(&model_, &QAbstractItemModel::modelReset, this, &PickListForm::show_selection);
     connect(grid_, &QTableView::doubleClicked, this,
             [this](const QModelIndex& index) { monitor_.pick_work.choose_pick(model_.pick_of_row(index.row())); });
@@ -146,7 +147,8 @@ void PickListForm::show_current_pick()
 
 void PickListForm::select_row()
 {
-    show_texts(monitor_.pick_work.select_pick_row(model_.pick_of_row(grid_->currentIndex().row())));
+    const QModelIndexList rows = grid_->selectionModel()->selectedRows();
+    show_texts(monitor_.pick_work.select_pick_row(rows.isEmpty() ? 0 : model_.pick_of_row(rows.constFirst().row())));
 }
 
 // After the grid was made anew: the pick that is being edited is selected again, wherever its row is now.

@@ -84,7 +84,7 @@ QWidget* ProcessingForm::sample_group()
     auto* const group = new QGroupBox(tr("Samples and survey lines"));
     auto* const rows = new QFormLayout(group);
     add_box(rows, &Page::Text_logging_scroll_step, "Text_logging_scroll_step", tr("Logging &scroll step"),
-            tr("By how many samples the live display scrolls at a time"));
+            tr("By how many positions \"Play along the track\" goes on at a time"));
     add_box(rows, &Page::Text_sample_rate, "Text_sample_rate", tr("Sample &rate (1/s)"),
             tr("Stored samples per second. A change reloads the data file."));
     add_box(rows, &Page::Text_line_break_distance, "Text_line_break_distance", tr("Line &break distance (m)"),

@@ -59,7 +59,7 @@ void export_samples_file(const SurveyState& survey, Operator& op, QWidget* windo
     });
 }
 
-void export_lines_file(const SurveyState& survey, Operator& op, QWidget*)
+void export_lines_file(const SurveyState& survey, Operator& op)
 {
     const std::optional<std::string> file_name = op.choose_file_to_create(
         {"Export the survey lines", "CSV files|*.csv|All files (*.*)|*.*", offered_name(survey, "_lines.csv"), "csv"});

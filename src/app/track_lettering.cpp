@@ -87,7 +87,8 @@ QString invitation(const SurveyState& survey)
     if (survey.data_file_name.empty()) {
         return QCoreApplication::translate("Track", "Open a survey data file, or drop one here");
     }
-    return QCoreApplication::translate("Track", "Press \"Start load\" to see the track, or \"Start replay\"");
+    return QCoreApplication::translate(
+        "Track", "Run > Start load (F5) shows the track, Run > Start replay (F6) how it was made");
 }
 
 } // namespace

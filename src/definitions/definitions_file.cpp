@@ -230,10 +230,9 @@ std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, con
     }
     for (std::size_t component = 1; component <= static_cast<std::size_t>(definitions.components_per_sensor);
          ++component) {
-        const char* const sign = sensor.flip_sign[component] == 1 ? " (flip sign): " : ": ";
-        text +=
-            item_line("Sensor Component " + std::to_string(component) + sign + sensor.component_columns[component]) +
-            "\r\n";
+        text += "Sensor Component " + std::to_string(component);
+        text += sensor.flip_sign[component] == 1 ? " (flip sign): " : ": ";
+        text += sensor.component_columns[component] + "\r\n";
     }
     return text;
 }

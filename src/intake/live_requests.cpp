@@ -146,8 +146,7 @@ std::string LiveRequests::obey(int code, std::string_view payload)
     } else if (code == kEndOfLiveData) {
         stop_pipe_data_logging(PipeAfterRun::stays_open);
     } else if (code == kStatusText) {
-        status_text_ = payload;
-        display_.show_status_text(status_text_);
+        display_.show_status_text(std::string(payload));
     }
     return kOk;
 }

@@ -80,7 +80,6 @@ public:
     LiveStatus status();
     bool is_listening() const { return listening_; }
     const LiveRecording& recording() const { return recording_; }
-    const std::string& status_text() const { return status_text_; } // payload of the last code-2 message
 
     // To be called some times a second: tells what the recording cannot wait to tell.
     void report_recording();
@@ -109,7 +108,6 @@ private:
 
     LiveRecording recording_;
     std::string recording_folder_;
-    std::string status_text_;
     LineRate rate_;
     LiveClock::time_point run_begin_;
     std::optional<LiveClock::time_point> last_line_; // when it came

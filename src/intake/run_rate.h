@@ -10,13 +10,10 @@ namespace tarvo {
 // How fast a run goes and how long it will take, from its counters now and then.
 class RunRate {
 public:
-    void restart() { *this = RunRate(); }
-
     // seconds: of any clock that never falls. Measures over half a second or more, so that the numbers can be read.
     void update(const RunCounters& counters, double seconds);
 
     std::optional<double> lines_per_second() const { return lines_per_second_; } // none: not measured yet
-    std::optional<double> seconds_left() const { return seconds_left_; }
 
     // "125,000 lines/s, 0:12 left"; empty before there is anything to say.
     std::string text() const;

@@ -59,8 +59,8 @@ double filter_weight(int kind, std::int32_t half_width, std::int32_t k)
     }
 }
 
-// The filter over [first, last] as apply_symmetric_filter would give it, when no value in reach is null: the same
-// operations in the same order, record beside record.
+// The filter over `count` records from `first` on, as apply_symmetric_filter would give it, when no value in reach is
+// null: the same operations in the same order, record beside record.
 void apply_without_nulls(int kind, std::int32_t half_width, const std::vector<float>& weights, const double* input,
                          double* output, double divisor, std::int32_t first, std::int32_t count)
 {

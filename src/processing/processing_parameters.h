@@ -9,7 +9,7 @@ namespace tarvo {
 
 // What steers the per-line processing and the gradient filters.
 struct ProcessingParameters {
-    std::int32_t LoggingScrollStep = 2;    // scroll step of the live display
+    std::int32_t LoggingScrollStep = 2;    // positions of the pan control that one step of playing takes
     float LoggingSampleRate = 1.0F;        // stored samples per second
     float LoggingLineBreakDistance = 5.0F; // metres from a bin's first sample that start a new line; 0: off
     float LoggingLineBreakTime = 5.0F;     // seconds from a bin's first sample that start a new line; 0: off

@@ -7,7 +7,8 @@
 namespace tarvo {
 
 const char* const kForwardUsage =
-    R"(tarvo-forward --definitions FILE (--file DATA [--rate N] | --udp PORT [--bind ADDRESS] --columns LIST)
+    R"(tarvo-forward --file DATA [--rate N] [--definitions FILE]
+tarvo-forward --udp PORT [--bind ADDRESS] --columns LIST --definitions FILE
 Sends the lines of a survey to a running monitor, those of a recorded file or as they arrive by UDP.
 
   --definitions FILE   what the columns mean (with --file: else the definitions file beside the data)

@@ -68,6 +68,12 @@ TEST(DefinitionsFile, IsWrittenToTheByteAndReadsBackWhole)
     EXPECT_EQ(header_line, 3);
     EXPECT_EQ(read, two_sensors());
     EXPECT_TRUE(op.messages.empty());
+
+    written.fields[kTime].name = "Time, s"; // as a header in quotes may name it
+    written.sensors[2].component_columns[3] = "CZ, NT";
+    write_definitions(folder.path("a.def"), written, 3, op);
+    EXPECT_EQ(read_definitions(folder.path("a.def"), read, header_line, op).status, 0);
+    EXPECT_EQ(read, written);
 }
 
 TEST(DefinitionsFile, IsReadInEveryForm)

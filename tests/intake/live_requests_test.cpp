@@ -210,6 +210,8 @@ TEST(LiveStatus, TellsRateAndSilence)
     EXPECT_EQ(live_status_text(monitor.live.status()), "Listening, 1 client");
     monitor.begin_run();
     EXPECT_EQ(live_status_text(monitor.live.status()), "Live: 0 lines/s, no line yet, 0 rejected, 1 client");
+    monitor.now += std::chrono::seconds(5);
+    EXPECT_TRUE(monitor.live.status().is_overdue()) << "the sender never began";
     for (int line = 0; line < 600; ++line) {
         monitor.now += std::chrono::milliseconds(5);
         monitor.send_line(line / 200);

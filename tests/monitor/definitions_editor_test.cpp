@@ -61,6 +61,10 @@ TEST(DefinitionsEditor, EditsTheFileThatARunWouldRead)
     EXPECT_EQ(session.editor.origin, DefinitionsEditor::Origin::guess);
     EXPECT_EQ(session.editor.working.fields[kTime].name, "time");
     EXPECT_EQ(session.op.messages.size(), 1U);
+    const std::string unreadable = folder.read("bay.def");
+    EXPECT_EQ(session.accept().status, 0);
+    EXPECT_EQ(folder.read("bay.def.unreadable"), unreadable) << "a slip of the pen does not cost the file";
+    EXPECT_NE(folder.read("bay.def"), unreadable);
 }
 
 TEST(DefinitionsEditor, ASensorWithoutColumnIsRefusedAndNamed)
