@@ -44,9 +44,20 @@ void QtOperator::show_warning(WarningAbout about, const std::string& text)
 
 bool QtOperator::ask_yes_no(const std::string& question)
 {
+    return ask(question, true);
+}
+
+bool QtOperator::ask_before_loss(const std::string& question)
+{
+    return ask(question, false);
+}
+
+bool QtOperator::ask(const std::string& question, bool yes_is_default)
+{
     QMessageBox box(QMessageBox::Question, QStringLiteral("Tarvo"), to_qt(question), QMessageBox::Yes | QMessageBox::No,
                     window_in_front(window_));
     box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(yes_is_default ? QMessageBox::Yes : QMessageBox::No);
     if (before_box) before_box();
     return box.exec() == QMessageBox::Yes;
 }

@@ -19,6 +19,7 @@ public:
     void show_message(const std::string& text) override;
     void show_warning(WarningAbout about, const std::string& text) override;
     bool ask_yes_no(const std::string& question) override;
+    bool ask_before_loss(const std::string& question) override;
     std::optional<std::string> choose_file_to_open(const FileQuestion& question) override;
     std::optional<std::string> choose_file_to_create(const FileQuestion& question) override;
 
@@ -29,6 +30,8 @@ public:
     std::function<void(WarningAbout, const std::string&)> take_warning;
 
 private:
+    bool ask(const std::string& question, bool yes_is_default);
+
     QWidget* window_; // the box belongs to the dialog that is open over it, if one is
 };
 

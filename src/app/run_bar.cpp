@@ -37,7 +37,7 @@ RunBar::RunBar(QWidget* parent) : QWidget(parent), speed_(new QSlider(Qt::Horizo
     progress_->setObjectName(QStringLiteral("ProgressBar_data_load"));
     progress_->setRange(0, kProgressSteps);
     progress_->setFormat(QString());
-    progress_->setMinimumWidth(150);
+    progress_->setMinimumWidth(190);
     progress_->setToolTip(tr("How much of the file has been read, how fast, and how long the rest will take"));
 
     auto* const row = new QHBoxLayout(this);
@@ -83,7 +83,7 @@ QLabel* RunBar::add_counter(QHBoxLayout& row, const QString& name, const QString
     QFont bold = value->font();
     bold.setBold(true);
     value->setFont(bold);
-    value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("000,000")));
+    value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("00,000")));
     auto* const label = new QLabel(caption);
     label->setToolTip(tip);
     row.addSpacing(6);
@@ -122,7 +122,7 @@ void RunBar::show_counters(const RunCounters& counters)
 void RunBar::show_totals(std::int64_t lines_read, std::int32_t samples_stored)
 {
     progress_->setFormat(
-        tr("%1 lines read, %2 samples stored").arg(count_text(lines_read), count_text(samples_stored)));
+        tr("%1 lines, %2 samples").arg(count_text(lines_read), count_text(samples_stored)));
 }
 
 void RunBar::reset_speed()

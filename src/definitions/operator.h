@@ -27,7 +27,9 @@ public:
     virtual void show_message(const std::string& text) = 0; // OK button
     // For a program that has a place for warnings which waits for no answer.
     virtual void show_warning(WarningAbout, const std::string& text) { show_message(text); }
-    virtual bool ask_yes_no(const std::string& question) = 0;                                   // true: Yes
+    virtual bool ask_yes_no(const std::string& question) = 0; // true: Yes
+    // The same where Yes loses what cannot be got back: a key pressed in haste is to mean No.
+    virtual bool ask_before_loss(const std::string& question) { return ask_yes_no(question); }
     virtual std::optional<std::string> choose_file_to_open(const FileQuestion& question) = 0;   // nullopt: cancelled
     virtual std::optional<std::string> choose_file_to_create(const FileQuestion& question) = 0; // nullopt: cancelled
 };

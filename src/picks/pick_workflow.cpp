@@ -281,9 +281,9 @@ bool PickWorkflow::may_leave_list() const
 {
     if (!picks_.is_unsaved || picks_.number_of_picks == 0) return true;
     const bool has_file = !picks_.pick_file_name.empty();
-    return op_.ask_yes_no("The last changes of the pick list are " +
-                          (has_file ? "not in its file, " + picks_.pick_file_name : "in no file yet") +
-                          ". Go on and lose them?");
+    return op_.ask_before_loss("The last changes of the pick list are " +
+                               (has_file ? "not in its file, " + picks_.pick_file_name : "in no file yet") +
+                               ". Go on and lose them?");
 }
 
 void PickWorkflow::menu_read_list(const IndexedTrack& ground)

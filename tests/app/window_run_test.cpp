@@ -30,7 +30,7 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
     CoreLoad core(file);
     EXPECT_EQ(samples_text(window.survey()), samples_text(core.monitor.survey));
     EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(),
-              QStringLiteral("5,000 lines read, 455 samples stored"));
+              QStringLiteral("5,000 lines, 455 samples"));
 
     TrackImage& image = core.monitor.survey.track_image;
     const TrackImage& shown = window.survey().track_image;
