@@ -148,10 +148,10 @@ private:
     QAction* delete_pick_ = nullptr;
     std::vector<QAction*> move_actions_;
     bool can_move_pick_ = false;
+    bool moving_locked_ = false; // by a run
     QLabel* pointed_ = nullptr;
     QLabel* sender_text_ = nullptr; // a live survey's
     QMenu* recent_files_ = nullptr;
-    std::vector<QAction*> file_actions_;  // for a time when the pipe is closed
     std::vector<QAction*> idle_actions_;  // for a time without a run
     std::vector<QAction*> run_actions_;   // for a file run
     std::vector<QAction*> store_actions_; // without a run, with stored samples

@@ -151,12 +151,12 @@ void MainWindow::make_file_menu()
 {
     QMenu& menu = *menuBar()->addMenu(tr("&File"));
     menu.setObjectName(QStringLiteral("menu_file"));
-    file_actions_.push_back(
+    idle_actions_.push_back(
         add_action(menu, "menu_open", tr("&Open..."), QStringLiteral("Ctrl+O"), [this] { choose_file(); }));
     recent_files_ = menu.addMenu(tr("Open &recent"));
     recent_files_->setObjectName(QStringLiteral("menu_open_recent"));
     connect(recent_files_, &QMenu::aboutToShow, this, &MainWindow::fill_recent_files);
-    file_actions_.push_back(recent_files_->menuAction());
+    idle_actions_.push_back(recent_files_->menuAction());
     menu.addSeparator();
     live_->add_actions(menu);
     menu.addSeparator();

@@ -145,10 +145,9 @@ void MainWindow::show_pick_controls(const PickControls& controls)
     undo_pick_->setText(to_qt(controls.undo_caption));
     undo_pick_->setEnabled(controls.undo_enabled);
     delete_pick_->setEnabled(controls.actions_enabled);
-    display_pick_list_->setEnabled(has_pick_list(survey()));
+    display_pick_list_->setEnabled(has_pick_list(survey()) && !monitor_.driver.is_finishing());
     can_move_pick_ = controls.moving_enabled;
-    const bool is_running = monitor_.driver.state().any_run_active();
-    for (QAction* const action : move_actions_) action->setEnabled(can_move_pick_ && !is_running);
+    for (QAction* const action : move_actions_) action->setEnabled(can_move_pick_ && !moving_locked_);
     if (pick_list_ != nullptr) pick_list_->show_current_pick();
 }
 

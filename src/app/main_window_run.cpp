@@ -37,7 +37,6 @@ void MainWindow::show_controls(const RunControls& controls)
     run_bar_->show_controls(controls);
     header_->set_locked(!controls.file_controls_enabled);
     const bool has_samples = survey().processing.store.RecordCount > 0;
-    for (QAction* const action : file_actions_) action->setEnabled(controls.file_controls_enabled);
     for (QAction* const action : idle_actions_) action->setEnabled(controls.file_controls_enabled);
     for (QAction* const action : store_actions_) action->setEnabled(controls.file_controls_enabled && has_samples);
     for (QAction* const action : run_actions_) action->setEnabled(state.file_run_active());
@@ -45,10 +44,9 @@ void MainWindow::show_controls(const RunControls& controls)
     bars_->set_locked(!controls.profile_controls_enabled);
     graphs_->set_locked(!controls.profile_controls_enabled);
     display_pick_list_->setEnabled(controls.pick_list_enabled);
-    picks_->set_moving_locked(!controls.moving_anomalies_enabled);
-    for (QAction* const action : move_actions_) {
-        action->setEnabled(can_move_pick_ && controls.moving_anomalies_enabled);
-    }
+    moving_locked_ = !controls.moving_anomalies_enabled;
+    picks_->set_moving_locked(moving_locked_);
+    for (QAction* const action : move_actions_) action->setEnabled(can_move_pick_ && !moving_locked_);
     view_.set_running(state.any_run_active());
     if (!state.any_run_active()) {
         frame_timer_.stop();

@@ -121,8 +121,7 @@ void RunBar::show_counters(const RunCounters& counters)
 // The counters are those of a run and stand at 0 behind it.
 void RunBar::show_totals(std::int64_t lines_read, std::int32_t samples_stored)
 {
-    progress_->setFormat(
-        tr("%1 lines, %2 samples").arg(count_text(lines_read), count_text(samples_stored)));
+    progress_->setFormat(tr("%1 lines, %2 samples").arg(count_text(lines_read), count_text(samples_stored)));
 }
 
 void RunBar::reset_speed()

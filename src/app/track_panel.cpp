@@ -160,7 +160,7 @@ void TrackPanel::step_along_track()
         show_state();
         return;
     }
-    pan_->setValue(pan_->value() + view_.survey().parameters.LoggingScrollStep);
+    pan_->setValue(pan_->value() + std::max(view_.survey().parameters.LoggingScrollStep, 1));
 }
 
 void TrackPanel::show_state()

@@ -83,7 +83,7 @@ constexpr StoredSetting kStoredSettings[] = {
      real_text<&Settings::elevation_max_range>},
     {"TMIMaxRange", is_over_ten, take_real<&Settings::tmi_max_range>, real_text<&Settings::tmi_max_range>},
     {"TMITickSpacing", is_positive, take_real<&Settings::tmi_tick_spacing>, real_text<&Settings::tmi_tick_spacing>},
-    {"GradientMaxRange", [](double) { return true; }, take_gradient_range, real_text<&Settings::gradient_max_range>},
+    {"GradientMaxRange", is_positive, take_gradient_range, real_text<&Settings::gradient_max_range>},
     {"GradientTickSpacing", is_positive, take_real<&Settings::gradient_tick_spacing>,
      real_text<&Settings::gradient_tick_spacing>},
 };

@@ -313,7 +313,6 @@ void LoggingDriver::stop_data_logging()
     display_.show_counters(shown);
     controls_.start_caption = "Start replay";
     controls_.pause_caption = "Pause replay";
-    controls_.pick_list_enabled = has_pick_list(survey_);
     show_controls();
 }
 
@@ -372,6 +371,7 @@ void LoggingDriver::show_controls()
     controls_.start_enabled = !pipe_open_;
     controls_.profile_controls_enabled = !pipe_open_;
     controls_.file_controls_enabled = !pipe_open_ && !state_.any_run_active();
+    controls_.pick_list_enabled = has_pick_list(survey_);
     controls_.moving_anomalies_enabled = !state_.any_run_active();
     RunControls shown = controls_;
     if (finishing_) {

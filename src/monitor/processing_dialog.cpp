@@ -82,8 +82,6 @@ ProcessingPage page_of(const Values& values, std::string (*text_of)(const Box&, 
 SettingOutcome take_text(const Box& box, const std::string& text, Values& values)
 {
     const std::string_view key = box.key;
-    // A stored range below 1 is raised to 1; one that the operator enters has to be a range at all.
-    if (key == "GradientMaxRange" && numeric_value(text).value_or(0) <= 0) return SettingOutcome::refused;
     const SettingOutcome outcome = set_processing_parameter(values.parameters, key, text);
     return outcome == SettingOutcome::unknown_key ? set_display_setting(values.settings, key, text) : outcome;
 }

@@ -59,12 +59,13 @@ double filter_weight(int kind, std::int32_t half_width, std::int32_t k)
     }
 }
 
-// The filter over `count` records from `first` on, as apply_symmetric_filter would give it, when no value in reach is
-// null: the same operations in the same order, record beside record.
+constexpr std::int32_t kBlock = 256; // records computed side by side
+
+// The filter over `count` records, kBlock at most, from `first` on, as apply_symmetric_filter would give it, when no
+// value in reach is null: the same operations in the same order, record beside record.
 void apply_without_nulls(int kind, std::int32_t half_width, const std::vector<float>& weights, const double* input,
                          double* output, double divisor, std::int32_t first, std::int32_t count)
 {
-    constexpr std::int32_t kBlock = 256;
     std::array<float, kBlock> acc = {};
     const double* const x = input + first;
     for (std::int32_t i = 0; i < count; ++i) acc[static_cast<std::size_t>(i)] = static_cast<float>(weights[0] * x[i]);
@@ -89,7 +90,6 @@ void apply_without_nulls(int kind, std::int32_t half_width, const std::vector<fl
 void apply_over_records(int kind, std::int32_t half_width, const std::vector<float>& weights, const double* input,
                         double* output, double divisor, std::int32_t first, std::int32_t last)
 {
-    constexpr std::int32_t kBlock = 256;
     const std::int32_t reach = half_width - 1;
     std::int32_t next_to_mend = first;
     for (std::int32_t block = first; block <= last; block += kBlock) {

@@ -29,8 +29,7 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
     click(kLoad);
     CoreLoad core(file);
     EXPECT_EQ(samples_text(window.survey()), samples_text(core.monitor.survey));
-    EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(),
-              QStringLiteral("5,000 lines, 455 samples"));
+    EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(), QStringLiteral("5,000 lines, 455 samples"));
 
     TrackImage& image = core.monitor.survey.track_image;
     const TrackImage& shown = window.survey().track_image;
@@ -248,7 +247,7 @@ TEST_F(WindowTest, HintsInsteadOfBoxes)
     click(kLoad);
     const auto* const hint = window.findChild<QWidget*>(QStringLiteral("Hint_averages"));
     ASSERT_NE(hint, nullptr);
-    EXPECT_EQ(hint->findChildren<QLabel*>().constLast()->window(), &window);
+    EXPECT_EQ(hint->findChildren<QLabel*>().constLast()->text().left(8), QStringLiteral("181 of 2"));
     click("Command_hint_averages");
     EXPECT_TRUE(eventually([&] { return window.survey().processing.lines_not_averaged == 0; }));
     EXPECT_EQ(window.survey().processing.lines_read, 2000);

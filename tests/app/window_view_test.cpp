@@ -84,7 +84,7 @@ TEST_F(LoadedWindowTest, ZoomIsTypedChosenAndLeft)
     EXPECT_FLOAT_EQ(image().zoomed_view.zoom, 2.5F);
     control<QAction>("menu_whole_track").trigger();
     EXPECT_EQ(image().zoomed_view.zoom, 1.0F);
-    EXPECT_TRUE(control<QAbstractButton>("Option_whole_track").isVisible());
+    EXPECT_TRUE(control<QAbstractButton>("Option_whole_track").isChecked());
 }
 
 TEST_F(LoadedWindowTest, GraphsTakeATypedLengthAndFitTheirHeights)

@@ -33,7 +33,7 @@ TEST(DisplaySettings, AreTakenWithinTheirLimits)
                           {"TMITickSpacing", "0", kRefused, "100"},
                           {"TMITickSpacing", "0.1", kTaken, "0.1"},
                           {"GradientMaxRange", "0.5", kTaken, "1"},
-                          {"GradientMaxRange", "-7", kTaken, "1"},
+                          {"GradientMaxRange", "-7", kRefused, "10"},
                           {"GradientMaxRange", "", kRefused, "10"},
                           {"GradientTickSpacing", "0", kRefused, "2"},
                           {"GradientTickSpacing", "3", kTaken, "3"}};
