@@ -324,8 +324,11 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
                   store.RecordCount);
         if (at == 0) middle = middle_of_last_curve_;
     }
-    plot.rect->axis(QCPAxis::atLeft)
-        ->setLabel(slots_shown.size() == 1 && slots_shown[0] == kElevation ? tr("elevation, m") : tr("depth, m"));
+    QCPAxis& axis = *plot.rect->axis(QCPAxis::atLeft);
+    const bool is_elevation = slots_shown.size() == 1 && slots_shown[0] == kElevation;
+    const QString label = is_elevation ? tr("elevation, m") : tr("depth, m");
+    const bool has_room = QFontMetrics(axis.labelFont()).horizontalAdvance(label) <= plot.rect->height();
+    axis.setLabel(has_room ? label : tr("m"));
     const double range = view_.survey().display_settings.elevation_max_range;
     set_value_range(plot, middle, range, range / 4);
 }
