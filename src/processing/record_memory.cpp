@@ -15,7 +15,7 @@ namespace {
 
 #if defined(__linux__)
 
-constexpr std::size_t kSmallestMapping = std::size_t{1} << 20; // below it pages would be wasted on small columns
+constexpr std::size_t kSmallestMapping = std::size_t{1} << 16; // below it a copy costs no more than pages do
 
 bool is_mapped(std::size_t bytes)
 {
