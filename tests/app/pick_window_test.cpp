@@ -163,6 +163,24 @@ TEST_F(PickWindowTest, TheListSortsEditsAndJumpsWithoutChangingItsOrder)
     form->close();
 }
 
+TEST_F(PickWindowTest, NamesOfOtherEncodingsStayWhenNobodyChangesThem)
+{
+    mark(30, "Green");
+    window.survey().picks.pick_names[1] = "Gr\xFCn 1"; // as a list of another program holds it
+    action("menu_display_pick_list").trigger();
+    auto* const form = window.findChild<PickListForm*>();
+    ASSERT_NE(form, nullptr);
+    op.messages.clear();
+    auto* const save = form->findChild<QPushButton*>("Command_save_edit");
+    QTest::mouseClick(save, Qt::LeftButton);
+    EXPECT_TRUE(op.messages.empty()) << "nothing was typed";
+    form->findChild<QLineEdit*>("Text_anomaly_type")->setText("4");
+    QTest::mouseClick(save, Qt::LeftButton);
+    EXPECT_EQ(window.survey().picks.pick_names[1], "Gr\xFCn 1");
+    EXPECT_EQ(window.survey().picks.pick_types[1], 4);
+    form->close();
+}
+
 TEST_F(PickWindowTest, PointingMarksAndChooses)
 {
     auto& track = control<QWidget>("Picture_data_track");
