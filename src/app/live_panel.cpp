@@ -132,7 +132,6 @@ void LivePanel::add_actions(QMenu& file_menu)
 
 void LivePanel::press()
 {
-    if (!requests_.is_listening() && may_listen && !may_listen()) return;
     emit pressed();
     if (!requests_.is_listening()) take_recording_choice(); // the last folder may be another by now
     requests_.Command_UDP_receive();

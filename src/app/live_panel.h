@@ -52,8 +52,6 @@ public:
     void add_actions(QMenu& file_menu);
     void press(); // as the operator does
 
-    std::function<bool()> may_listen; // asked before a press that begins it
-
 signals:
     void pressed();                                // the listen/close button, before it acts
     void status_text_changed(const QString& text); // the sender's own words

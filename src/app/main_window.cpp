@@ -73,7 +73,7 @@ void MainWindow::open_file(const std::string& file_name, const std::optional<std
 void MainWindow::read_file(const std::string& file_name, const std::optional<std::string>& header_line)
 {
     if (!monitor_.pick_work.may_leave_list()) return;
-    clear_hints();
+    hints_->clear_hints();
     const SurveyOpening opening = open_survey(survey(), monitor_.pick_work, file_name, header_line, op_);
     if (survey().data_file_name == file_name) note_recent_file(to_qt(file_name));
     clear_monitor_form();
@@ -109,25 +109,14 @@ void MainWindow::take_warning(WarningAbout about, const std::string& text)
         hints_->show_hint(QStringLiteral("data"), to_qt(text));
         return;
     }
-    constexpr qsizetype kMostListed = 12;
-    column_warnings_ += to_qt(text).split(QLatin1Char('\n'));
-    const qsizetype left_out = column_warnings_.size() - kMostListed;
-    if (left_out > 1) return; // shown already
-    hints_->show_hint(QStringLiteral("columns"),
-                      left_out < 1 ? column_warnings_.join(QLatin1String("; "))
-                                   : column_warnings_.mid(0, kMostListed).join(QLatin1String("; ")) + tr("; and more"));
-}
-
-void MainWindow::clear_hints()
-{
-    hints_->clear_hints();
-    column_warnings_.clear();
+    column_warnings_.push_back(text);
+    hints_->show_hint(QStringLiteral("columns"), to_qt(column_warnings_text(column_warnings_)));
 }
 
 void MainWindow::press_start(StartButton index)
 {
     if (is_idle()) {
-        clear_hints();
+        hints_->clear_hints();
         survey().header_line_text = header_->header_line_text();
     }
     if (wait_loop_ != nullptr) wait_loop_->quit();

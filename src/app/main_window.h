@@ -112,7 +112,6 @@ private:
     void edit_definitions();
     void edit_processing_parameters();
     void take_warning(WarningAbout about, const std::string& text);
-    void clear_hints();
     void show_column_hint();
     void average_every_line();
     void show_point_readings();
@@ -158,9 +157,9 @@ private:
     std::vector<std::pair<const char*, QAction*>> panel_actions_;
 
     std::vector<std::function<void()>> waiting_actions_;
-    QStringList column_warnings_; // of this run
-    QTimer settings_timer_;       // keeps changed settings a moment after the last change
-    QTimer frame_timer_;          // shows what a run has brought
+    std::vector<std::string> column_warnings_; // of this run
+    QTimer settings_timer_;                    // keeps changed settings a moment after the last change
+    QTimer frame_timer_;                       // shows what a run has brought
     QElapsedTimer pumped_;
     QEventLoop* wait_loop_ = nullptr; // of a replay's delay
     int lines_since_look_ = 0;

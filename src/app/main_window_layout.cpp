@@ -60,13 +60,7 @@ void MainWindow::make_panels()
     run_bar_ = new RunBar;
     hints_ = new HintBar;
     live_ = new LivePanel(survey(), monitor_.driver, settings_);
-    live_->may_listen = [this] {
-        return survey().data_file_name.empty() || monitor_.pick_work.may_leave_list(); // else the list stays
-    };
-    live_->op().take_warning = [this](WarningAbout about, const std::string& text) {
-        if (about == WarningAbout::columns) column_warnings_.clear(); // of the run before
-        take_warning(about, text);
-    };
+    live_->op().take_warning = boxes_.take_warning;
     track_ = new TrackPanel(view_);
     dials_ = new DialPanel;
     bars_ = new ColourBarPanel(view_);
@@ -123,7 +117,7 @@ void MainWindow::make_panels()
             [this](int position) { monitor_.driver.HScroll_speed_change(position); });
     connect(live_, &LivePanel::pressed, this, [this] {
         if (wait_loop_ != nullptr) wait_loop_->quit();
-        if (!monitor_.driver.is_pipe_open()) clear_hints(); // they are about the file
+        if (!monitor_.driver.is_pipe_open()) hints_->clear_hints(); // they are about the file
     });
     connect(live_, &LivePanel::status_text_changed, sender_text_, &QLabel::setText);
     connect(header_, &HeaderBox::header_line_edited, this, &MainWindow::reread_header);

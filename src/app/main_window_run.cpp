@@ -74,6 +74,7 @@ void MainWindow::clear_monitor_form()
 {
     has_new_samples_ = false;
     has_new_readings_ = false;
+    column_warnings_.clear();
     show_survey();
     show_point_readings();
 }

@@ -52,7 +52,7 @@ void lay_marker(TrackImage& image)
     if (!marker.place.is_known()) return;
     const PixelTransform transform = active_transform(image);
     PixelPlace at = {pixel_x(transform, marker.place.easting), pixel_y(transform, marker.place.northing)};
-    if (follows_the_track(image)) at = followed_pixel(image.followed, marker.record).value_or(at);
+    if (image.followed.is_shown) at = followed_pixel(image.followed, marker.record).value_or(at);
     marker.covered = Picture(kMarkerSide, kMarkerSide);
     copy_block(image.picture, {at.x - kMarkerRadius, at.y - kMarkerRadius, kMarkerSide, kMarkerSide}, marker.covered, 0,
                0);
@@ -133,7 +133,7 @@ void resize_track_image(TrackImage& image, const TrackScene& scene, int width, i
         image.picture = Picture(width, height);
         image.full_view.buffer_valid = false;
         image.zoomed_view.buffer_valid = false;
-        if (follows_the_track(image)) redraw_followed_track(image.picture, image.followed, scene);
+        if (image.followed.is_shown) redraw_followed_track(image.picture, image.followed, scene);
         lay_overlays(image);
     });
     fit_data_extent(image, scene, op);
@@ -170,6 +170,7 @@ void fit_data_extent(TrackImage& image, const TrackScene& scene, Operator& op)
 void show_whole_track(TrackImage& image, const TrackScene& scene, Operator& op)
 {
     image.map_extent = MapExtent::fixed;
+    image.followed = {};
     image.full_view.buffer_valid = false;
     image.zoomed_view.buffer_valid = false;
     fit_data_extent(image, scene, op);
@@ -192,11 +193,6 @@ void follow_track(TrackImage& image)
     image.pick_labels.clear();
 }
 
-bool follows_the_track(const TrackImage& image)
-{
-    return image.map_extent == MapExtent::following && image.followed.is_shown;
-}
-
 void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t index, double easting, double northing)
 {
     lift_overlays(image);
@@ -212,11 +208,12 @@ void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t i
 void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int32_t first_record)
 {
     lift_overlays(image);
-    if (follows_the_track(image)) redraw_followed_points(image.picture, image.followed, scene, first_record);
-    for (std::int32_t record = std::max(first_record, 1);
-         record <= scene.track.count && image.map_extent == MapExtent::fixed; ++record) {
-        plot_in_fixed_extent(image, point_mark(scene, record), scene.track.easting[record],
-                             scene.track.northing[record]);
+    if (image.followed.is_shown) redraw_followed_points(image.picture, image.followed, scene, first_record);
+    if (image.map_extent == MapExtent::fixed) {
+        for (std::int32_t record = std::max(first_record, 1); record <= scene.track.count; ++record) {
+            plot_in_fixed_extent(image, point_mark(scene, record), scene.track.easting[record],
+                                 scene.track.northing[record]);
+        }
     }
     image.zoomed_view.buffer_valid = false; // its colours are older
     lay_overlays(image);
@@ -224,12 +221,11 @@ void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int3
 
 void update_image_display(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op)
 {
-    if (image.is_held || follows_the_track(image)) return;
+    if (image.is_held || image.followed.is_shown) return;
     lift_overlays(image);
     const TrackView& view = refreshed_view(image, scene, redraw, op);
     if (scene.track.count > 0) {
         display_data_track(image.picture, view, image.frame, image.section, scene, op);
-        image.followed.is_shown = false;
         image.pick_labels = draw_located_picks(image.picture, active_transform(image), scene);
         lay_marker(image);
     }
@@ -243,7 +239,7 @@ void redraw_colours(TrackImage& image, const TrackScene& scene, Operator& op)
     image.full_view.buffer_valid = false;
     if (!zoomed_view_is_active(image)) image.zoomed_view.buffer_valid = false;
     image.redraw_pending = true;
-    if (follows_the_track(image)) {
+    if (image.followed.is_shown) {
         lift_overlays(image);
         redraw_followed_track(image.picture, image.followed, scene);
         lay_overlays(image);

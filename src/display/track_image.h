@@ -82,9 +82,6 @@ void show_finished_track(TrackImage& image, const TrackScene& scene, Operator& o
 // Following mode from here on, from a black picture.
 void follow_track(TrackImage& image);
 
-// The picture shows the track as it was followed so far.
-bool follows_the_track(const TrackImage& image);
-
 // Draws a new sample onto the picture: its own square and nothing else in fixed-extent mode, a scroll and its square
 // in following mode. index counts stored samples from 1; a null coordinate keeps the sample off the picture.
 void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t index, double easting, double northing);

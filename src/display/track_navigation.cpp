@@ -46,6 +46,7 @@ bool leave_following(TrackImage& image, const TrackScene& scene, Operator& op)
     if (image.is_held) return false;
     if (image.map_extent == MapExtent::fixed) return true;
     image.map_extent = MapExtent::fixed;
+    image.followed = {};
     image.full_view.buffer_valid = false;
     fit_data_extent(image, scene, op);
     return true;

@@ -24,16 +24,23 @@ constexpr const char* kBadHeader = "Bad Header";
 // Gathers messages, for the operator to see them all at once.
 class GatheringOperator : public Operator {
 public:
-    void show_message(const std::string& text) override { gathered_ += (gathered_.empty() ? "" : "\n") + text; }
+    void show_message(const std::string& text) override { gathered_.push_back(text); }
     bool ask_yes_no(const std::string&) override { return false; }
     std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
     std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
 
-    const std::string& gathered() const { return gathered_; }
+    const std::vector<std::string>& gathered() const { return gathered_; }
 
 private:
-    std::string gathered_;
+    std::vector<std::string> gathered_;
 };
+
+std::string joined_lines(const std::vector<std::string>& lines)
+{
+    std::string text;
+    for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
+    return text;
+}
 
 bool is_definition(int code)
 {
@@ -92,6 +99,7 @@ void LiveRequests::Command_UDP_receive()
 
 void LiveRequests::open_pipe()
 {
+    if (!driver_.may_begin_live_run()) return;
     if (driver_.state().file_run_active()) driver_.stop_data_logging();
     if (const std::optional<PipeFault> fault = endpoint_.listen(kPipeName)) {
         op_.show_message("There was an error setting up the pipe: " + std::to_string(fault->number) + ": " +
@@ -155,11 +163,6 @@ void LiveRequests::process_data_line(std::string_view line)
 {
     const LiveClock::time_point now = clock_();
     rate_.note_line(now);
-    if (!fields_counted_ && !trimmed(line).empty()) {
-        fields_counted_ = true;
-        const std::string warning = field_count_warning(survey_.header_columns, line);
-        if (!warning.empty()) op_.show_warning(WarningAbout::data, warning);
-    }
     last_line_ = now;
     const int status = driver_.process_input_data(line);
     // Where lines carry no time their count is the clock, so that a refused one has its place in the file too.
@@ -192,12 +195,12 @@ std::string LiveRequests::end_definitions()
         survey_.locations.located_field_count == 0 && survey_.locations.sensor_channel_count() == 0;
     if (status < 0 || nothing_located) {
         messages.show_message("The data definitions are invalid");
-        op_.show_message(messages.gathered());
+        op_.show_message(joined_lines(messages.gathered()));
         return kBadHeader;
     }
     set_default_field_names(survey_.survey_definitions);
     start_pipe_data_logging();
-    if (!messages.gathered().empty()) op_.show_warning(WarningAbout::columns, messages.gathered());
+    for (const std::string& warning : messages.gathered()) op_.show_warning(WarningAbout::columns, warning);
     return kOk;
 }
 
@@ -206,7 +209,6 @@ void LiveRequests::start_pipe_data_logging()
     rate_ = LineRate();
     run_begin_ = clock_();
     last_line_.reset();
-    fields_counted_ = false;
     driver_.start_pipe_data_logging();
     start_recording();
 }

@@ -111,7 +111,6 @@ private:
     LineRate rate_;
     LiveClock::time_point run_begin_;
     std::optional<LiveClock::time_point> last_line_; // when it came
-    bool fields_counted_ = false;                    // of the run's first line that is not blank
     bool listening_ = false;
     bool handling_ = false;
     bool button_pressed_ = false; // while a request was handled

@@ -241,7 +241,7 @@ int LoggingDriver::process_input_data(std::string_view line)
 
 int LoggingDriver::process_line(std::string_view line)
 {
-    if (!first_line_checked_ && stream_) warn_of_field_count(line);
+    if (!first_line_checked_) warn_of_field_count(line);
     const std::int32_t records_before = survey_.processing.store.RecordCount;
     const int status = process_data_line(line, survey_.processing);
     if (!state_.load_running && survey_.processing.store.RecordCount != records_before) {
@@ -303,7 +303,7 @@ void LoggingDriver::stop_data_logging()
     state_.load_running = false;
     state_.run_paused = false;
     state_.stop_requested = false;
-    if (!finishing_) survey_.track_image.is_held = false;
+    if (!finishing_) survey_.track_image.is_held = false; // else until the whole track can be drawn
     replay_delay_ = delay_of_speed(kFullSpeed);
     display_.reset_speed_control();
     RunCounters shown;
@@ -332,6 +332,11 @@ void LoggingDriver::terminate_data_logging()
     display_.show_finished_run();
 }
 
+bool LoggingDriver::may_begin_live_run() const
+{
+    return survey_.data_file_name.empty() || pick_work_.may_leave_list();
+}
+
 void LoggingDriver::start_pipe_data_logging()
 {
     // The picks of a file are not those of a live survey, and must not be written over by them.
@@ -341,6 +346,7 @@ void LoggingDriver::start_pipe_data_logging()
     }
     initialise_data_logging();
     state_.pipe_logging_active = true;
+    first_line_checked_ = false;
     live_fault_shown_ = false;
     follow_track(survey_.track_image);
     show_controls();

@@ -66,6 +66,9 @@ public:
 
     // A live run: begins over the located columns; ends like a file run.
     void start_pipe_data_logging();
+    // To be asked before one can begin: a live run drops the picks of a file, which the operator may want to save
+    // first.
+    bool may_begin_live_run() const;
     void finish_pipe_run();
 
     // An open pipe locks the controls of file runs and profiles.

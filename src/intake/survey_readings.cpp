@@ -3,7 +3,11 @@
 #include "processing/fixed_time.h"
 #include "text/numbers.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <ranges>
+#include <span>
 
 namespace tarvo {
 
@@ -24,33 +28,23 @@ double sample_total_field(const ProcessingPlan& plan, std::size_t sensor, const 
     return plan.components_per_sensor == 1 ? component : std::sqrt(squares);
 }
 
-// Of the records offered, the nearest to a place within a reach, the first of several.
-class NearestSearch {
-public:
-    NearestSearch(const TrackTable& track, const GridPlace& place, double reach)
-        : track_(track), place_(place), least_square_(reach * reach)
-    {
-    }
-
-    void offer(std::int32_t record)
-    {
+// Of these records the nearest to a place within a reach, the first of several; 0: none.
+template <typename Records>
+std::int32_t nearest_of(const Records& records, const TrackTable& track, const GridPlace& place, double reach)
+{
+    std::int32_t nearest = 0;
+    double least_square = reach * reach;
+    for (const std::int32_t record : records) {
         // A null position is so far away that it is never the nearest.
-        const double east = track_.easting[record] - place_.easting;
-        const double north = track_.northing[record] - place_.northing;
+        const double east = track.easting[record] - place.easting;
+        const double north = track.northing[record] - place.northing;
         const double square = east * east + north * north;
-        if (square > least_square_ || (square == least_square_ && nearest_ > 0 && nearest_ < record)) return;
-        nearest_ = record;
-        least_square_ = square;
+        if (square > least_square || (square == least_square && nearest > 0 && nearest < record)) continue;
+        nearest = record;
+        least_square = square;
     }
-
-    std::int32_t nearest() const { return nearest_; } // 0: none
-
-private:
-    const TrackTable& track_;
-    const GridPlace place_;
-    double least_square_;
-    std::int32_t nearest_ = 0;
-};
+    return nearest;
+}
 
 std::string grouped_fixed(double value, int decimals)
 {
@@ -155,9 +149,7 @@ std::string place_text(const GridPlace& place)
 std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, double reach)
 {
     if (!place.is_known()) return 0;
-    NearestSearch search(track, place, reach);
-    for (std::int32_t record = 1; record <= track.count; ++record) search.offer(record);
-    return search.nearest();
+    return nearest_of(std::views::iota(1, std::max(track.count, 0) + 1), track, place, reach);
 }
 
 // All within reach are asked of the index, and the nearest is taken of them: its own nearest search passes over
@@ -165,7 +157,7 @@ std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, dou
 std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel, double reach)
 {
     const TrackImage& image = survey.track_image;
-    if (follows_the_track(image)) return followed_record_at(image.followed, pixel, reach);
+    if (image.followed.is_shown) return followed_record_at(image.followed, pixel, reach);
     const PixelTransform transform = active_transform(image);
     const GridPlace place = place_of_pixel(image, pixel.x, pixel.y);
     const double metres = reach / (transform.scale * transform.zoom);
@@ -174,9 +166,7 @@ std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel,
     if (!survey.track_index.is_initialised()) return nearest_record(track, place, metres);
 
     const FoundPoints near = survey.track_index.find_points_near(place.easting, place.northing, metres);
-    NearestSearch search(track, place, metres);
-    for (std::size_t point = 1; point < near.indices.size(); ++point) search.offer(near.indices[point]);
-    return search.nearest();
+    return nearest_of(std::span(near.indices).subspan(1), track, place, metres);
 }
 
 std::string averaging_hint(const SampleProcessing& run)
