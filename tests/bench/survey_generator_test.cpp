@@ -105,43 +105,5 @@ TEST(SurveyGenerator, RefusesTooFewLinesForItsSurveyLines)
     EXPECT_THROW(Survey({.survey_lines = 2, .data_lines = 238, .rate = 10}), std::invalid_argument);
 }
 
-TEST(SurveyModel, DipoleFieldIsTwiceAsStrongAlongItsAxis)
-{
-    const Dipole dipole{.position = {1, 2, -3}, .moment = {0, 0, 100}};
-    const Vector above = dipole_field(dipole, {1, 2, 2});
-    const Vector beside = dipole_field(dipole, {6, 2, -3});
-    EXPECT_NEAR(above.up, 160, 1e-9); // 100 nT m3 / (A m2) * 2 * 100 A m2 / (5 m)^3
-    EXPECT_NEAR(beside.up, -80, 1e-9);
-    EXPECT_NEAR(length(above) + length(beside), 240, 1e-9);
-}
-
-TEST(SurveyModel, AxesTurnWithHeadingPitchAndRoll)
-{
-    struct Case {
-        const char* label;
-        Attitude attitude;
-        Vector u, v, w;
-    };
-    const Case cases[] = {{"at rest", {}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
-                          {"headed north", {.heading = 90}, {0, 1, 0}, {-1, 0, 0}, {0, 0, 1}},
-                          {"bow down", {.pitch = 90}, {0, 0, -1}, {0, 1, 0}, {1, 0, 0}},
-                          {"port up", {.roll = 90}, {1, 0, 0}, {0, 0, 1}, {0, -1, 0}},
-                          {"all", {90, 90, 90}, {0, 0, -1}, {0, 1, 0}, {1, 0, 0}}};
-    for (const Case& c : cases) {
-        const Axes axes = fish_axes(c.attitude);
-        EXPECT_NEAR(length(sum(axes.u, scaled(c.u, -1))), 0, 1e-9) << c.label;
-        EXPECT_NEAR(length(sum(axes.v, scaled(c.v, -1))), 0, 1e-9) << c.label;
-        EXPECT_NEAR(length(sum(axes.w, scaled(c.w, -1))), 0, 1e-9) << c.label;
-    }
-}
-
-TEST(SurveyModel, SineIsGoodToTwelveDecimals)
-{
-    for (int step = -4000; step <= 4000; ++step) {
-        const double turns = step / 777.0;
-        EXPECT_NEAR(sine_of_turns(turns), std::sin(2 * M_PI * turns), 2e-12) << turns;
-    }
-}
-
 } // namespace
 } // namespace tarvo::survey

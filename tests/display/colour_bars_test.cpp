@@ -40,7 +40,7 @@ TEST(ColourBars, ShowTheSectionAroundTheCurrentRecord)
             fill_rectangle(expected, bar.first_column, 0, bar.end_column, 40, colour);
             fill_rectangle(expected, bar.first_column, 80, bar.end_column, 120, value_colour(4, 10));
         }
-        SilentOperator op;
+        FakeOperator op;
         EXPECT_EQ(colour_bars_picture(scene, sensor_values, 100, c.current, op), expected) << c.current;
         EXPECT_TRUE(op.messages.empty());
     }
@@ -54,7 +54,7 @@ TEST(ColourBars, KeepAChosenSection)
     std::vector<Picture> bars(2, Picture(100, 3));
     fill(bars[1], kRed);
     SectionLimits section = {5, 11};
-    SilentOperator op;
+    FakeOperator op;
     display_TG_bars(bars, sensor_values, track.scene(), 10, section, op);
     Picture expected(100, 3); // a column to the metre; record 5, at column 0, is not drawn, record 6 is the first
     fill_rectangle(expected, 9, 0, 60, 3, 0x00FF00);

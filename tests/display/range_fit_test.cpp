@@ -17,7 +17,7 @@ TEST(RangeFit, RoundsUpToTwoDigits)
 
 TEST(RangeFit, TakesThe98thPercentileOfWhatIsInView)
 {
-    SilentOperator op;
+    FakeOperator op;
     TestTrack track;
     for (int record = 1; record <= 100; ++record) track.add(record, 0, record);
     track.add(50, 0, kNull);
@@ -40,7 +40,7 @@ TEST(RangeFit, ScaleBarShowsARoundLength)
 
 TEST(TrackNavigation, ZoomAboutAPixelStaysWithinTheZoomControlsLimits)
 {
-    SilentOperator op;
+    FakeOperator op;
     const TestTrack track = random_track(3, 200);
     TrackImage image;
     resize_track_image(image, track.scene(), 400, 300, op);
@@ -61,7 +61,7 @@ TEST(TrackNavigation, ZoomAboutAPixelStaysWithinTheZoomControlsLimits)
 
 TEST(TrackNavigation, NewestPositionOutsideOfTheFrameFitsTheViewsAnew)
 {
-    SilentOperator op;
+    FakeOperator op;
     TestTrack track;
     track.add(0, 0, 1);
     track.add(100, 100, 1);

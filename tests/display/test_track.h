@@ -1,7 +1,7 @@
 #pragma once
 
-#include "definitions/operator.h"
 #include "display/track_scene.h"
+#include "fake_operator.h"
 #include "text/numbers.h"
 
 #include <cmath>
@@ -10,17 +10,6 @@
 #include <vector>
 
 namespace tarvo {
-
-// An operator who keeps the messages and answers No.
-class SilentOperator : public Operator {
-public:
-    void show_message(const std::string& text) override { messages.push_back(text); }
-    bool ask_yes_no(const std::string&) override { return false; }
-    std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
-    std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
-
-    std::vector<std::string> messages;
-};
 
 // A stored track with display values; element 0 of each column is unused.
 struct TestTrack {

@@ -42,7 +42,7 @@ TEST(FixedExtent, PlottingOneByOneGivesTheRedrawnPicture)
         const TestTrack track = random_track(seed, 120);
         TrackScene scene = track.scene();
         scene.sample_rate = 0.1F;
-        SilentOperator op;
+        FakeOperator op;
         TrackImage image = sized_image(scene, op);
         image.map_extent = MapExtent::fixed;
         display_location_crosshair(image, {track.easting[9], track.northing[9]});
@@ -74,7 +74,7 @@ TEST(FollowingMode, ScrollsThePictureUnderTheNewestSample)
         const TestTrack track = random_track(seed, 200);
         TrackScene scene = track.scene();
         scene.sample_rate = 0.05F;
-        SilentOperator op;
+        FakeOperator op;
         TrackImage image = sized_image(scene, op);
 
         Picture expected(kWidth, kHeight);
@@ -127,7 +127,7 @@ TEST(FollowingMode, ClearsThePictureAtAJumpOfHalfOfIt)
     for (const Case& c : cases) {
         TrackScene scene;
         scene.settings.timing_tick = 0;
-        SilentOperator op;
+        FakeOperator op;
         TrackImage image;
         resize_track_image(image, scene, 60, 40, op);
         plot_track_point(image, scene, 1, 0, 0);
@@ -143,7 +143,7 @@ TEST(FollowingMode, StartsAnewAfterAViewWasShown)
 {
     const TestTrack track = straight_track(10);
     const TrackScene scene = track.scene();
-    SilentOperator op;
+    FakeOperator op;
     TrackImage image = sized_image(scene, op);
     plot_track_point(image, scene, 8, 70, 50);
     show_whole_track(image, scene, op);
@@ -164,7 +164,7 @@ TEST(FollowingMode, KeepsWhereItDrewEachSample)
     }
     TrackScene scene = track.scene();
     scene.settings.timing_tick = 0;
-    SilentOperator op;
+    FakeOperator op;
     const auto followed = [&](int width, int height) {
         TrackImage image;
         resize_track_image(image, {}, width, height, op);
@@ -205,7 +205,7 @@ TEST(Recolouring, PaintsASampleWhereItIsShown)
 {
     TestTrack track = straight_track(30);
     TrackScene scene = track.scene();
-    SilentOperator op;
+    FakeOperator op;
     TrackImage image = sized_image(scene, op);
     for (std::int32_t record = 20; record <= 22; ++record) {
         plot_track_point(image, scene, record, scene.track.easting[record], 50);
@@ -234,7 +234,7 @@ TEST(Redraw, LaysItsLayersInOrder)
     scene.settings.track_axis_length = 40;
     const std::array<std::int32_t, 5> pick_records = {0, 7, -1, 8, 99};
     scene.picks = {pick_records, 1};
-    SilentOperator op;
+    FakeOperator op;
     TrackImage image = sized_image(scene, op);
     image.section = calculate_section_limits(scene.track, 6, scene.settings.track_axis_length, op);
     image.location = {60, 50};
@@ -266,7 +266,7 @@ TEST(Redraw, RebuildsABufferOnlyWhenItMust)
 {
     const TestTrack track = straight_track(20);
     TrackScene scene = track.scene();
-    SilentOperator op;
+    FakeOperator op;
     TrackImage image = sized_image(scene, op);
     const auto rebuilds = [&](TrackView& view, Redraw redraw) {
         update_image_display(image, scene, redraw, op);
@@ -295,7 +295,7 @@ TEST(NewPickMarker, LeavesThePictureAsItWas)
 {
     const TestTrack track = random_track(3, 100);
     const TrackScene scene = track.scene();
-    SilentOperator op;
+    FakeOperator op;
     TrackImage image = sized_image(scene, op);
     image.location = {scene.track.easting[20], scene.track.northing[20]};
     update_image_display(image, scene, Redraw::as_needed, op);
@@ -352,7 +352,7 @@ TEST(ZoomControl, CentresTheZoomedView)
                           {"zoom option off", 4, "400%", 0, 1, 50},
                           {"down to the whole survey", 4, "100%", 1, 1, 50}};
     for (const Case& c : cases) {
-        SilentOperator op;
+        FakeOperator op;
         TrackImage image = sized_image(scene, op);
         image.current_record = 3;
         Combo_zoom_click(image, scene, "200%", 1, op);
@@ -374,7 +374,7 @@ TEST(PanControl, MakesATrackPointCurrent)
     };
     const Case cases[] = {{0, 1, 1}, {1, 3, 1}, {2, 1, 2}, {2, 3, 4}, {33, 3, 97}, {34, 3, 99}, {100, 1, 99}};
     for (const Case& c : cases) {
-        SilentOperator op;
+        FakeOperator op;
         TrackImage image = sized_image(scene, op);
         Combo_zoom_change(image, scene, "500%", op);
         HScroll_pan_change(image, scene, c.position, c.track_skip, op);
@@ -390,7 +390,7 @@ TEST(PanControl, MakesATrackPointCurrent)
 TEST(ClearedImage, IsReadyForAnotherRun)
 {
     const TestTrack track = straight_track(30);
-    SilentOperator op;
+    FakeOperator op;
     TrackImage image = sized_image(track.scene(), op);
     Combo_zoom_change(image, track.scene(), "300%", op);
     HScroll_pan_change(image, track.scene(), 12, 1, op);

@@ -77,7 +77,7 @@ TEST(ZoomSettings, FollowZoomAndCentre)
                           {"empty, with a centre", 2, 150, 20, {}, 150, 20, {100, 200, -5, 45}},
                           {"not empty, centre at 0", 2, 0, 0, {0, 1, 0, 1}, 0, 0, {-50, 50, -25, 25}}};
     for (const Case& c : cases) {
-        SilentOperator op;
+        FakeOperator op;
         TrackView view;
         view.zoom = c.zoom;
         view.centre_x = c.centre_x;
@@ -130,7 +130,7 @@ TEST(TrackPicture, IsThatOfThePlainRule)
         scene.sample_rate = seed % 3 == 0 ? 0.25F : 0.01F;
         const int width = 40 + static_cast<int>(seed % 7) * 9;
         const int height = seed % 5 == 0 ? 2 : 50;
-        SilentOperator op;
+        FakeOperator op;
         const MapFrame frame = fitted_frame(scene.track, width, height);
         EXPECT_EQ(whole_track_picture(scene, width, height, op),
                   plain_track_picture(scene, width, height, frame, frame.extent.x_min, frame.extent.y_max, 1))
@@ -165,14 +165,14 @@ TEST(TrackSearch, StepsToTheRowBesideTheValue)
         {"after all, back", 6, 45, -1, 6},   {"wide step", 6, 15, 3, 4},        {"step over the end", 6, 35, 9, 6},
         {"one row", 1, 25, -1, 1},           {"no rows", 0, 25, 1, 0}};
     for (const Case& c : cases) {
-        SilentOperator op;
+        FakeOperator op;
         EXPECT_EQ(calculate_track_index(column, c.count, c.value, c.step, op), c.row) << c.label;
         const TrackTable track = {c.count, column, nullptr, nullptr, nullptr};
         EXPECT_EQ(calculate_track_index_from_distance(track, c.value, c.step, op), c.row) << c.label;
     }
     // Rows out of order: the row found still lies before the value, and the step is taken once more.
     const double unordered[] = {kNull, 10, 20, 40, 25, 60};
-    SilentOperator op;
+    FakeOperator op;
     EXPECT_EQ(calculate_track_index(unordered, 5, 30, 2, op), 5);
 }
 
@@ -188,7 +188,7 @@ TEST(HighlightedSection, ReachesHalfAnAxisLengthBothWays)
     const Case cases[] = {{4, 100, {2, 8}}, {4, 98, {3, 6}}, {1, 100, {1, 3}}, {9, 50, {6, 9}},
                           {5, 30, {4, 5}},  {3, 30, {3, 3}}, {0, 100, {0, 0}}, {10, 100, {0, 0}}};
     for (const Case& c : cases) {
-        SilentOperator op;
+        FakeOperator op;
         EXPECT_EQ(calculate_section_limits(track, c.record, c.axis_length, op), c.section) << c.record;
     }
 }
@@ -205,7 +205,7 @@ TEST(HighlightedSection, IsDrawnUpToTheEdgesOfThePicture)
         TrackView view;
         view.view_y_max = 10;
         Picture picture(10, 10);
-        SilentOperator op;
+        FakeOperator op;
         EXPECT_EQ(display_highlighted_section(picture, view, {}, {1, 4}, track.scene(), op), 0);
         Picture expected(10, 10);
         fill_square(expected, static_cast<int>(easting), 10 - static_cast<int>(northing), 1, kWhite);
@@ -222,7 +222,7 @@ TEST(DisplayFaults, AreShownInTheirOwnWords)
     scene.track.distance = scene.track.easting = nullptr;
     const SectionLimits section = {1, 3};
     TrackView view;
-    SilentOperator op;
+    FakeOperator op;
     Picture picture;
     struct Case {
         std::function<void()> operation;

@@ -141,6 +141,10 @@ TEST(LiveRun, AHeaderOfAnotherSurveyIsRefused)
     EXPECT_TRUE(monitor.op.messages[0].starts_with("The Time column was not found\n"));
     monitor.send("$GDP1001 x,mag");
     EXPECT_EQ(monitor.send("$GDP3000"), "OK"); // one column is enough
+    monitor.op.messages.clear();
+    for (const char* const line : {"", "1,2,3", "4"}) monitor.send(std::string("$GDP0001 ") + line);
+    EXPECT_EQ(monitor.op.messages,
+              std::vector<std::string>{"The header names 2 columns, the first data line holds 3 fields"});
 }
 
 TEST(ListenButton, OpensAndClosesThePipe)
@@ -154,6 +158,14 @@ TEST(ListenButton, OpensAndClosesThePipe)
     EXPECT_FALSE(monitor.live.is_listening());
 
     monitor.fake_pipe.fault.reset();
+    monitor.monitor.survey.data_file_name = "bay.csv";
+    append_pick(monitor.monitor.survey.picks, {"Wreck 1"});
+    monitor.monitor.survey.picks.is_unsaved = true;
+    monitor.op.answer = false;
+    monitor.live.Command_UDP_receive();
+    EXPECT_FALSE(monitor.live.is_listening()) << "the operator keeps the picks";
+    monitor.op.answer = true;
+
     monitor.shown.echo = {"of earlier"};
     monitor.live.Command_UDP_receive();
     EXPECT_EQ(monitor.fake_pipe.name, "Tarvo_Server");

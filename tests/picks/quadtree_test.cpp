@@ -106,37 +106,6 @@ TEST(Quadtree, TakesOnlyBoxesWithExtentAndRoom)
     }
 }
 
-TEST(Quadtree, HandsPointsOnADividingLineToTheNorthAndTheWest)
-{
-    cQuadTree tree;
-    tree.InitialiseQuadtree(0, 0, 8, 8, 1);
-    // The root takes the first point; the others find their way by the middle at (4, 4).
-    const double points[][2] = {{0, 8}, {4, 4}, {8, 4}, {4, 0}, {8, 0}};
-    std::int32_t index = 0;
-    for (const auto& point : points) EXPECT_TRUE(tree.insert_point(point[0], point[1], ++index));
-    EXPECT_FALSE(tree.insert_point(8.001, 4, 9));
-
-    struct Case {
-        const char* quarter;
-        double x, y;
-        std::int32_t nearest;
-    };
-    const Case cases[] = {{"north-west", 3.5, 4.5, 2}, {"north-east", 4.5, 4.5, 3}, {"south-west", 3.5, 0.5, 4},
-                          {"south-east", 4.5, 0.5, 5}, {"all four", 4, 4, 2},       {"outside", 4, 8.001, -1}};
-    for (const Case& c : cases) EXPECT_EQ(tree.find_nearest_point(c.x, c.y).sample_index, c.nearest) << c.quarter;
-}
-
-TEST(Quadtree, LooksOnlyWhereThePositionLies)
-{
-    cQuadTree tree;
-    tree.InitialiseQuadtree(0, 0, 8, 8, 1);
-    tree.insert_point(0, 0, 1);
-    tree.insert_point(4.1, 6, 2); // north-east, a step from the query, which lies in the north-west
-    const NearestPoint nearest = tree.find_nearest_point(3.9, 6);
-    EXPECT_EQ(nearest.sample_index, 1);
-    EXPECT_EQ(nearest.squared_distance, 3.9 * 3.9 + 36);
-}
-
 TEST(Quadtree, DoesNotReturnPointsTooFarForTheirSquareToCount)
 {
     cQuadTree tree;
