@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <ranges>
-#include <span>
 
 namespace tarvo {
 
@@ -28,13 +26,15 @@ double sample_total_field(const ProcessingPlan& plan, std::size_t sensor, const 
     return plan.components_per_sensor == 1 ? component : std::sqrt(squares);
 }
 
-// Of these records the nearest to a place within a reach, the first of several; 0: none.
-template <typename Records>
-std::int32_t nearest_of(const Records& records, const TrackTable& track, const GridPlace& place, double reach)
+// Of the records record_of(1) .. record_of(count) the nearest to a place within a reach, the first of several; 0: none.
+template <typename RecordOf>
+std::int32_t nearest_of(std::int32_t count, const RecordOf& record_of, const TrackTable& track, const GridPlace& place,
+                        double reach)
 {
     std::int32_t nearest = 0;
     double least_square = reach * reach;
-    for (const std::int32_t record : records) {
+    for (std::int32_t k = 1; k <= count; ++k) {
+        const std::int32_t record = record_of(k);
         // A null position is so far away that it is never the nearest.
         const double east = track.easting[record] - place.easting;
         const double north = track.northing[record] - place.northing;
@@ -149,7 +149,8 @@ std::string place_text(const GridPlace& place)
 std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, double reach)
 {
     if (!place.is_known()) return 0;
-    return nearest_of(std::views::iota(1, std::max(track.count, 0) + 1), track, place, reach);
+    const auto every_record = [](std::int32_t record) { return record; };
+    return nearest_of(track.count, every_record, track, place, reach);
 }
 
 // All within reach are asked of the index, and the nearest is taken of them: its own nearest search passes over
@@ -166,7 +167,8 @@ std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel,
     if (!survey.track_index.is_initialised()) return nearest_record(track, place, metres);
 
     const FoundPoints near = survey.track_index.find_points_near(place.easting, place.northing, metres);
-    return nearest_of(std::span(near.indices).subspan(1), track, place, metres);
+    const auto record_near = [&near](std::int32_t k) { return near.indices[static_cast<std::size_t>(k)]; };
+    return nearest_of(near.count, record_near, track, place, metres);
 }
 
 std::string averaging_hint(const SampleProcessing& run)
