@@ -3,7 +3,6 @@
 #include "app/pick_lines.h"
 #include "app/sensor_colours.h"
 #include "app/texts.h"
-#include "display/axis_ticks.h"
 #include "text/numbers.h"
 
 #include <QComboBox>
@@ -26,8 +25,6 @@ constexpr int kAxisLengths[] = {30, 50, 100, 200, 500, 1000, 2000, 5000};
 constexpr int kBottomMargin = 34;
 constexpr int kDistanceTickRoom = 56; // pixels from one tick's number to the next
 constexpr int kValueTickRoom = 16;
-constexpr double kSmallestFactor = 1e-3; // of an axis
-constexpr double kLargestFactor = 1e3;
 
 void set_step(QCPAxis& axis, double step)
 {
@@ -124,7 +121,7 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
 
     connect(&view_, &SurveyView::values_changed, this, &ProfileGraphs::refresh);
     connect(&view_, &SurveyView::current_record_changed, this, [this] {
-        shift_ = 0;
+        stretch_.centre();
         refresh();
     });
     connect(plot_, &QCustomPlot::mouseWheel, this, &ProfileGraphs::turn_wheel);
@@ -171,7 +168,7 @@ void ProfileGraphs::make_plots()
         }
         plot.picks = new PickLinesItem(plot_, plot.rect, view_.survey(), which == kGradient);
     }
-    plots_[kGradient].from_zero = true;
+    plots_[kGradient].values.from_zero = true;
     // The plots' heights: the field needs the most.
     plot_->plotLayout()->setRowStretchFactors({1.0, 1.2, 1.1});
     apply_palette();
@@ -218,12 +215,8 @@ void ProfileGraphs::showEvent(QShowEvent* event)
 DistanceRange ProfileGraphs::view_range() const
 {
     const SurveyState& survey = view_.survey();
-    const double length = static_cast<double>(survey.display_settings.track_axis_length);
-    DistanceRange range = distance_range_about(track_table(survey.processing.store), view_.middle_record(),
-                                               survey.display_settings.track_axis_length);
-    if (!(range.length() > 0)) range = {0, length};
-    const double middle = (range.from + range.to) / 2 + shift_;
-    return {middle - length * length_factor_ / 2, middle + length * length_factor_ / 2};
+    return stretch_.shown(track_table(survey.processing.store), view_.middle_record(),
+                          survey.display_settings.track_axis_length);
 }
 
 void ProfileGraphs::refresh()
@@ -264,49 +257,43 @@ void ProfileGraphs::fit_graphs(Plot& plot, std::size_t count)
     }
 }
 
-void ProfileGraphs::set_curve(QCPGraph& graph, const double* values, std::int32_t count)
+ValueExtent ProfileGraphs::set_curve(Plot& plot, QCPGraph& graph, const double* values, std::int32_t count)
 {
     const TrackTable track = track_table(view_.survey().processing.store);
     profile_curve(track, values, count, view_range(), 2 * std::max(plot_->width(), 100), curve_);
-    middle_of_last_curve_ = middle_value(curve_);
     QVector<QCPGraphData> points(static_cast<qsizetype>(curve_.value.size()));
     for (std::size_t at = 0; at < curve_.value.size(); ++at) {
         points[static_cast<qsizetype>(at)] = {curve_.distance[at], curve_.value[at]};
     }
     graph.data()->set(points, true);
+    const ValueExtent extent = value_extent(curve_);
+    plot.curves.include(extent);
+    return extent;
 }
 
 void ProfileGraphs::fill_sensor_plot(Plot& plot, PlotIndex which)
 {
     const SampleStore& store = view_.survey().processing.store;
     const DisplaySettings& settings = view_.survey().display_settings;
+    const bool is_gradient = which == kGradient;
     const auto sensors = static_cast<std::size_t>(store.number_of_sensors());
     fit_graphs(plot, sensors);
-    double least = 0;
-    double greatest = 0;
-    bool any = false;
+    plot.curves = {};
+    ValueExtent middles; // of the sensors' curves
     for (std::size_t sensor = 1; sensor <= sensors; ++sensor) {
         QCPGraph& graph = *plot.graphs[sensor - 1];
         const bool is_shown = !is_shown_ || is_shown_(static_cast<int>(sensor));
         graph.setVisible(is_shown);
         if (!is_shown) continue;
-        const SensorRecords& values = store.sensors[sensor];
-        if (which == kGradient) {
-            set_curve(graph, values.gradients[0].data(), store.gradient_records);
-        } else {
-            set_curve(graph, values.averages[0].data(), store.RecordCount);
-        }
-        if (curve_.value.empty()) continue;
-        least = any ? std::min(least, middle_of_last_curve_) : middle_of_last_curve_;
-        greatest = any ? std::max(greatest, middle_of_last_curve_) : middle_of_last_curve_;
-        any = true;
+        const SensorRecords& records = store.sensors[sensor];
+        const ValueExtent extent = is_gradient
+                                       ? set_curve(plot, graph, records.gradients[0].data(), store.gradient_records)
+                                       : set_curve(plot, graph, records.averages[0].data(), store.RecordCount);
+        if (!extent.is_empty()) middles.include(extent.middle());
     }
-    if (which == kGradient) {
-        const double range = settings.gradient_max_range;
-        set_value_range(plot, 0, range, settings.gradient_tick_spacing);
-    } else {
-        set_value_range(plot, (least + greatest) / 2, settings.tmi_max_range, settings.tmi_tick_spacing);
-    }
+    plot.values.range = is_gradient ? settings.gradient_max_range : settings.tmi_max_range;
+    plot.values.middle = middles.middle();
+    show_values(plot, is_gradient ? settings.gradient_tick_spacing : settings.tmi_tick_spacing);
 }
 
 // Depth and elevation in one plot; the first one that the survey has is in its middle.
@@ -318,30 +305,29 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
         if (store.has_channel(slot)) slots_shown.push_back(slot);
     }
     fit_graphs(plot, slots_shown.size());
-    double middle = 0;
+    plot.curves = {};
+    plot.values.middle = 0;
     for (std::size_t at = 0; at < slots_shown.size(); ++at) {
-        set_curve(*plot.graphs[at], store.channels[static_cast<std::size_t>(slots_shown[at])].data(),
-                  store.RecordCount);
-        if (at == 0) middle = middle_of_last_curve_;
+        const RecordValues& values = store.channels[static_cast<std::size_t>(slots_shown[at])];
+        const ValueExtent extent = set_curve(plot, *plot.graphs[at], values.data(), store.RecordCount);
+        if (at == 0) plot.values.middle = extent.middle();
     }
     QCPAxis& axis = *plot.rect->axis(QCPAxis::atLeft);
     const bool is_elevation = slots_shown.size() == 1 && slots_shown[0] == kElevation;
     const QString label = is_elevation ? tr("elevation, m") : tr("depth, m");
     const bool has_room = QFontMetrics(axis.labelFont()).horizontalAdvance(label) <= plot.rect->height();
     axis.setLabel(has_room ? label : tr("m"));
-    const double range = view_.survey().display_settings.elevation_max_range;
-    set_value_range(plot, middle, range, range / 4);
+    plot.values.range = view_.survey().display_settings.elevation_max_range;
+    show_values(plot, plot.values.range / 4);
 }
 
-void ProfileGraphs::set_value_range(Plot& plot, double middle, double range, double tick_step)
+void ProfileGraphs::show_values(Plot& plot, double tick_step)
 {
     QCPAxis& axis = *plot.rect->axis(QCPAxis::atLeft);
-    plot.range = range;
-    plot.middle = middle;
-    const double shown = range * plot.height_factor;
-    const double step = readable_tick_step(tick_step, shown, axis.axisRect()->height() / kValueTickRoom);
-    const double bottom = plot.from_zero ? 0 : middle - shown / 2;
-    axis.setRange(bottom, bottom + shown);
+    const ValueExtent shown = plot.values.shown();
+    const double step =
+        readable_tick_step(tick_step, shown.greatest - shown.least, axis.axisRect()->height() / kValueTickRoom);
+    axis.setRange(shown.least, shown.greatest);
     set_step(axis, step);
     axis.setNumberPrecision(decimals_of_step(step));
 }
@@ -359,28 +345,9 @@ void ProfileGraphs::place_cursors()
     }
 }
 
-// Of the axis, so that no curve in view leaves the plot; 0 without curves.
-double ProfileGraphs::height_needed(const Plot& plot)
-{
-    const QCPRange stretch = plot.rect->axis(QCPAxis::atBottom)->range();
-    double reach = 0; // from the middle, or from 0 on
-    for (QCPGraph* const graph : plot.graphs) {
-        bool found = false;
-        const QCPRange values = graph->getValueRange(found, QCP::sdBoth, stretch);
-        if (!found || !graph->visible()) continue;
-        reach = std::max(reach, plot.from_zero ? values.upper
-                                               : std::max(values.upper - plot.middle, plot.middle - values.lower));
-    }
-    constexpr double kAir = 1.1;
-    return kAir * (plot.from_zero ? reach : 2 * reach);
-}
-
 void ProfileGraphs::fit_heights()
 {
-    for (Plot& plot : plots_) {
-        const double needed = height_needed(plot);
-        if (needed > 0) plot.height_factor = std::clamp(needed / plot.range, kSmallestFactor, kLargestFactor);
-    }
+    for (Plot& plot : plots_) plot.values.fit(plot.curves);
     refresh();
 }
 
@@ -399,9 +366,8 @@ void ProfileGraphs::go_back()
 
 void ProfileGraphs::show_whole_range()
 {
-    length_factor_ = 1;
-    shift_ = 0;
-    for (Plot& plot : plots_) plot.height_factor = 1;
+    stretch_ = {};
+    for (Plot& plot : plots_) plot.values.factor = 1;
     refresh();
 }
 
@@ -423,17 +389,9 @@ void ProfileGraphs::turn_wheel(QWheelEvent* event)
     constexpr double kStepsPerDoubling = 360;
     const double factor = std::exp2(-event->angleDelta().y() / kStepsPerDoubling);
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        if (Plot* const plot = plot_at(event->position())) {
-            plot->height_factor = std::clamp(plot->height_factor * factor, kSmallestFactor, kLargestFactor);
-        }
+        if (Plot* const plot = plot_at(event->position())) plot->values.zoom(factor);
     } else {
-        // The distance under the pointer stays where it is.
-        const double fixed = distance_at(event->position());
-        const double before = length_factor_;
-        length_factor_ = std::clamp(length_factor_ * factor, kSmallestFactor, kLargestFactor);
-        const DistanceRange range = view_range();
-        const double middle = (range.from + range.to) / 2;
-        shift_ += (fixed - middle) * (1 - length_factor_ / before);
+        stretch_.zoom(view_range(), distance_at(event->position()), factor);
     }
     refresh();
     event->accept();
@@ -453,7 +411,7 @@ void ProfileGraphs::move(QMouseEvent* event)
     const double x = event->position().x();
     dragged_ |= std::abs(x - pressed_x_) >= QApplication::startDragDistance();
     if (!dragged_) return;
-    shift_ -= distance_at({x, 0}) - distance_at({last_x_, 0});
+    stretch_.move(distance_at({last_x_, 0}) - distance_at({x, 0}));
     last_x_ = x;
     refresh();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/survey_view.h"
+#include "display/profile_axes.h"
 
 #include <QWidget>
 
@@ -52,10 +53,8 @@ private:
         QCPItemStraightLine* cursor = nullptr;
         PickLinesItem* picks = nullptr;
         std::vector<QCPGraph*> graphs;
-        double height_factor = 1; // of the range of values; below 1: enlarged
-        double range = 1;         // of values, before that factor
-        double middle = 0;
-        bool from_zero = false; // its values start at 0, which stays at the bottom
+        ValueAxis values;
+        ValueExtent curves; // the drawn ones
     };
     enum PlotIndex : std::size_t { kGradient, kField, kVertical };
 
@@ -64,10 +63,9 @@ private:
     void fit_graphs(Plot& plot, std::size_t count);
     void fill_sensor_plot(Plot& plot, PlotIndex which);
     void fill_vertical_plot(Plot& plot);
-    void set_curve(QCPGraph& graph, const double* values, std::int32_t count);
-    void set_value_range(Plot& plot, double middle, double range, double tick_step);
+    ValueExtent set_curve(Plot& plot, QCPGraph& graph, const double* values, std::int32_t count);
+    static void show_values(Plot& plot, double tick_step);
     void go_back();
-    static double height_needed(const Plot& plot);
     void place_cursors();
 
     DistanceRange view_range() const;
@@ -85,10 +83,7 @@ private:
     std::array<Plot, 3> plots_;
     std::function<bool(int)> is_shown_;
     ProfileCurve curve_; // kept for its memory
-    double middle_of_last_curve_ = 0;
-
-    double length_factor_ = 1; // of "TrackAxisLength"; below 1: enlarged
-    double shift_ = 0;         // metres from the current point to the middle of the graphs
+    ProfileStretch stretch_;
     bool pressed_ = false;
     bool dragged_ = false;
     double pressed_x_ = 0;

@@ -103,16 +103,24 @@ std::vector<ProfilePick> picks_in_stretch(const TrackTable& track, const PickMar
     return found;
 }
 
-double middle_value(const ProfileCurve& curve)
+void ValueExtent::include(double value)
 {
-    double least = std::numeric_limits<double>::infinity();
-    double greatest = -least;
-    for (const double value : curve.value) {
-        if (std::isnan(value)) continue;
-        least = std::min(least, value);
-        greatest = std::max(greatest, value);
-    }
-    return least <= greatest ? (least + greatest) / 2 : 0.0;
+    if (std::isnan(value)) return;
+    least = std::min(least, value);
+    greatest = std::max(greatest, value);
+}
+
+void ValueExtent::include(const ValueExtent& other)
+{
+    least = std::min(least, other.least);
+    greatest = std::max(greatest, other.greatest);
+}
+
+ValueExtent value_extent(const ProfileCurve& curve)
+{
+    ValueExtent extent;
+    for (const double value : curve.value) extent.include(value);
+    return extent;
 }
 
 } // namespace tarvo

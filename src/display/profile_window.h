@@ -4,6 +4,7 @@
 #include "processing/track_table.h"
 
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace tarvo {
@@ -14,6 +15,7 @@ struct DistanceRange {
     double to = 0;
 
     double length() const { return to - from; }
+    double middle() const { return (from + to) / 2; }
     bool operator==(const DistanceRange&) const = default;
 };
 
@@ -48,7 +50,18 @@ struct ProfilePick {
 // The picks on the track whose samples lie in a stretch, its ends included, in the order of the list.
 std::vector<ProfilePick> picks_in_stretch(const TrackTable& track, const PickMarks& picks, const DistanceRange& range);
 
-// The middle of the least and the greatest value of a curve; 0 for a curve without values.
-double middle_value(const ProfileCurve& curve);
+// Values from the least to the greatest; empty before the first.
+struct ValueExtent {
+    double least = std::numeric_limits<double>::infinity();
+    double greatest = -std::numeric_limits<double>::infinity();
+
+    void include(double value); // a NaN counts for nothing
+    void include(const ValueExtent& other);
+    bool is_empty() const { return !(least <= greatest); }
+    double middle() const { return is_empty() ? 0 : (least + greatest) / 2; }
+    bool operator==(const ValueExtent&) const = default;
+};
+
+ValueExtent value_extent(const ProfileCurve& curve);
 
 } // namespace tarvo

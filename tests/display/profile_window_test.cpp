@@ -58,7 +58,7 @@ TEST(ProfileCurve, ThinningKeepsEveryPeakInItsPlace)
     ASSERT_NE(peak, curve.value.end());
     EXPECT_EQ(curve.distance[static_cast<std::size_t>(peak - curve.value.begin())], 5000);
     EXPECT_EQ(*(peak + 1), -99) << "in the order of the track";
-    EXPECT_EQ(middle_value(curve), 0);
+    EXPECT_EQ(value_extent(curve), (ValueExtent{-99, 99}));
 }
 
 TEST(ProfilePicks, AreThoseOfTheStretchThatLieOnTheTrack)
