@@ -1,8 +1,9 @@
 #include "tools/forward_options.h"
 
 #include "text/numbers.h"
+#include "tools/option_table.h"
 
-#include <cmath>
+#include <cstdint>
 
 namespace tarvo {
 
@@ -29,46 +30,11 @@ Exit status: 0 done or ended with Ctrl-C, 1 failed, 2 wrong usage.
 
 namespace {
 
-double number(std::string_view option, std::string_view text, const char* expected)
+double rate_of(const std::string& text)
 {
-    const std::optional<double> value = numeric_value(text);
-    if (!value || *value <= 0) {
-        throw UsageError(std::string(option) + ": " + expected + " was expected, found \"" + std::string(text) + '"');
-    }
-    return *value;
-}
-
-int whole_number(std::string_view option, std::string_view text, int highest, const char* expected)
-{
-    const double value = number(option, text, expected);
-    if (value > highest || value != std::nearbyint(value)) {
-        throw UsageError(std::string(option) + ": " + expected + " was expected, found \"" + std::string(text) + '"');
-    }
-    return static_cast<int>(value);
-}
-
-// Options with a value; false for a name that is none of them.
-bool take_value(ForwardOptions& options, std::string_view option, const std::string& value)
-{
-    if (option == "--definitions")
-        options.definitions_file = value;
-    else if (option == "--file")
-        options.data_file = value;
-    else if (option == "--rate")
-        options.rate = number(option, value, "a number of lines per second");
-    else if (option == "--header-line")
-        options.header_line = whole_number(option, value, INT32_MAX, "a line number from 1");
-    else if (option == "--udp")
-        options.udp_port = whole_number(option, value, 65535, "a port from 1 to 65535");
-    else if (option == "--bind")
-        options.address = value;
-    else if (option == "--columns")
-        options.columns = value;
-    else if (option == "--pipe")
-        options.pipe_name = value;
-    else
-        return false;
-    return true;
+    const std::optional<double> rate = numeric_value(text);
+    if (!rate || *rate <= 0) throw UsageError("a number of lines per second was expected, found \"" + text + '"');
+    return *rate;
 }
 
 void check_completeness(const ForwardOptions& options)
@@ -85,21 +51,17 @@ void check_completeness(const ForwardOptions& options)
 ForwardOptions read_forward_options(std::span<const char* const> arguments)
 {
     ForwardOptions options;
-    for (std::size_t at = 0; at < arguments.size(); ++at) {
-        const std::string_view option = arguments[at];
-        if (option == "--help") {
-            options.help = true;
-        } else if (option == "--version") {
-            options.version = true;
-        } else {
-            const bool has_value = at + 1 < arguments.size();
-            if (!take_value(options, option, has_value ? arguments[at + 1] : "1")) {
-                throw UsageError("there is no option " + std::string(option));
-            }
-            if (!has_value) throw UsageError(std::string(option) + ": a value was expected");
-            ++at;
-        }
-    }
+    OptionTable table;
+    table.switches = {{"--help", set(options.help)}, {"--version", set(options.version)}};
+    table.values = {{"--definitions", text_into(options.definitions_file)},
+                    {"--file", text_into(options.data_file)},
+                    {"--rate", [&](const std::string& text) { options.rate = rate_of(text); }},
+                    {"--header-line", number_into<int>(options.header_line, 1, INT32_MAX)},
+                    {"--udp", number_into<int>(options.udp_port, 1, 65535)},
+                    {"--bind", text_into(options.address)},
+                    {"--columns", text_into(options.columns)},
+                    {"--pipe", text_into(options.pipe_name)}};
+    table.read(arguments);
     if (!options.help && !options.version) check_completeness(options);
     return options;
 }
