@@ -1,11 +1,7 @@
 #pragma once
 
-#include "fake_operator.h"
-#include "fake_pick_display.h"
-#include "fake_run_display.h"
+#include "core_load.h"
 #include "intake/live_requests.h"
-#include "monitor/monitor.h"
-#include "processing/sample_export.h"
 
 #include <gtest/gtest.h>
 
@@ -78,26 +74,5 @@ struct LiveMonitor {
     LiveClock::time_point now = LiveClock::time_point(std::chrono::hours(1));
     LiveRequests live;
 };
-
-// All that was stored, as text that tells every bit, and the counts of lines.
-inline std::string stored_samples(const SampleProcessing& run)
-{
-    std::string text;
-    const auto add = [&text](std::string_view part) { text += part; };
-    export_samples(run.store, run.lines, add);
-    export_lines(run.lines, add);
-    return text + std::to_string(run.lines_read) + ' ' + std::to_string(run.lines_rejected);
-}
-
-inline std::string loaded_samples(const std::string& data_file)
-{
-    FakeOperator op;
-    FakeRunDisplay display;
-    FakePickDisplay picks;
-    Monitor monitor(op, display, picks);
-    monitor.survey.data_file_name = data_file;
-    EXPECT_EQ(monitor.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData);
-    return stored_samples(monitor.survey.processing);
-}
 
 } // namespace tarvo

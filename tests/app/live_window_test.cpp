@@ -1,5 +1,3 @@
-#include "app/texts.h"
-#include "pipe/local_socket.h"
 #include "tools/forward_survey.h"
 #include "window_fixture.h"
 
@@ -7,7 +5,6 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QLabel>
-#include <QMessageBox>
 
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -91,8 +88,8 @@ TEST_F(LiveWindow, ShowsAndRecordsWhatIsForwarded)
     EXPECT_FALSE(control<QAction>("menu_open").isEnabled());
     forward();
     ASSERT_TRUE(while_served([this] { return forwarded.load(); }));
-    const std::string loaded = samples_text(CoreLoad(options.data_file).monitor.survey);
-    EXPECT_EQ(samples_text(window.survey()), loaded);
+    const std::string loaded = loaded_samples(options.data_file);
+    EXPECT_EQ(stored_samples(window.survey().processing), loaded);
     EXPECT_EQ(lines_read(), kLines);
     ASSERT_TRUE(while_served([this] { return status() == QLatin1String("Listening, no client connected"); }));
     press();
@@ -100,7 +97,7 @@ TEST_F(LiveWindow, ShowsAndRecordsWhatIsForwarded)
     std::string recorded;
     for (const auto& entry : std::filesystem::directory_iterator(folder.path("recorded"))) {
         if (entry.path().extension() != ".csv") continue;
-        recorded += samples_text(CoreLoad(entry.path().string()).monitor.survey);
+        recorded += loaded_samples(entry.path().string());
     }
     EXPECT_EQ(recorded, loaded);
 }
@@ -123,9 +120,9 @@ TEST_F(LiveWindow, RealSurveysAreTheSameLiveAsFromTheirFiles)
         forward();
         EXPECT_TRUE(while_served([this] { return forwarded.load(); })) << file;
         forwarder.join();
-        const std::string loaded = samples_text(CoreLoad(file).monitor.survey);
+        const std::string loaded = loaded_samples(file);
         EXPECT_GT(loaded.size(), 10000U) << file;
-        EXPECT_EQ(samples_text(window.survey()), loaded) << file;
+        EXPECT_EQ(stored_samples(window.survey().processing), loaded) << file;
     }
 }
 
@@ -169,18 +166,6 @@ TEST_F(LiveWindow, LinesGoOnUnderADialogAndTheButtonEndsThem)
     window.close();
     EXPECT_FALSE(run().pipe_logging_active);
     EXPECT_EQ(status(), QStringLiteral("Not listening"));
-}
-
-TEST_F(LiveWindow, APipeThatIsInUseIsTold)
-{
-    make_runtime_folder();
-    const ListeningSocket first = listen_at(options.pipe_name);
-    press();
-    EXPECT_EQ(caption("Command_UDP_receive"), QStringLiteral("Listen for UDP"));
-    const auto* const box = window.findChild<QMessageBox*>();
-    ASSERT_NE(box, nullptr);
-    EXPECT_EQ(box->text(),
-              to_qt("There was an error setting up the pipe: 98: " + options.pipe_name + ": Address already in use"));
 }
 
 } // namespace tarvo

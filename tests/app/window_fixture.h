@@ -1,11 +1,9 @@
 #pragma once
 
 #include "app/main_window.h"
-#include "fake_operator.h"
-#include "processing/sample_export.h"
+#include "core_load.h"
 #include "settings_in_memory.h"
 #include "test_folder.h"
-#include "tools/console.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -37,28 +35,6 @@ inline std::string write_survey(const TestFolder& folder, const std::string& nam
                  "Sensor Arm Length (mm): 0\nSensor Arm Rotation (deg): 0\nSensor Component 1: mag\n");
     return folder.write(name + ".csv", data);
 }
-
-inline std::string samples_text(const SurveyState& survey)
-{
-    std::string text;
-    export_samples(survey.processing.store, survey.processing.lines,
-                   [&text](std::string_view bytes) { text += bytes; });
-    return text;
-}
-
-// The same file through the core alone.
-struct CoreLoad {
-    ConsoleOperator op;
-    ConsoleRunDisplay display{ConsoleRunDisplay::Progress::hidden};
-    ConsolePickDisplay pick_display;
-    Monitor monitor{op, display, pick_display};
-
-    explicit CoreLoad(const std::string& file)
-    {
-        monitor.survey.data_file_name = file;
-        monitor.driver.Command_start_logging(StartButton::load_or_pause);
-    }
-};
 
 // The real window, with an operator who answers at once.
 class WindowTest : public testing::Test {

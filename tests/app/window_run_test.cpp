@@ -28,7 +28,7 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
     EXPECT_EQ(caption(kLoad), QStringLiteral("Start load"));
     click(kLoad);
     CoreLoad core(file);
-    EXPECT_EQ(samples_text(window.survey()), samples_text(core.monitor.survey));
+    EXPECT_EQ(stored_samples(window.survey().processing), stored_samples(core.monitor.survey.processing));
     EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(), QStringLiteral("5,000 lines, 455 samples"));
 
     TrackImage& image = core.monitor.survey.track_image;
@@ -64,7 +64,7 @@ TEST_F(WindowTest, PausedAndResumedReplayReadsEveryLineOnce)
         click(kLoad);
     }
     EXPECT_GE(pauses, 1);
-    EXPECT_EQ(samples_text(window.survey()), samples_text(CoreLoad(file).monitor.survey));
+    EXPECT_EQ(stored_samples(window.survey().processing), loaded_samples(file));
 }
 
 TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)
@@ -128,7 +128,7 @@ TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)
     EXPECT_TRUE(op.messages.empty());
     window.open_file(second);
     click(kLoad);
-    EXPECT_EQ(samples_text(window.survey()), samples_text(CoreLoad(second).monitor.survey));
+    EXPECT_EQ(stored_samples(window.survey().processing), loaded_samples(second));
 }
 
 TEST_F(WindowTest, ClosingEndsTheRunFirst)
@@ -236,7 +236,7 @@ TEST_F(WindowTest, ViewIsChangedInMidRunWithoutHarm)
     click(kReplay);
     timer->stop();
     EXPECT_GT(turns, 6);
-    EXPECT_EQ(samples_text(window.survey()), samples_text(CoreLoad(file).monitor.survey));
+    EXPECT_EQ(stored_samples(window.survey().processing), loaded_samples(file));
 }
 
 TEST_F(WindowTest, HintsInsteadOfBoxes)

@@ -146,7 +146,7 @@ TEST_F(LoadedWindowTest, ExportsEqualTheCores)
 {
     op.chosen_file = folder.path("out.csv");
     control<QAction>("menu_export_samples").trigger();
-    EXPECT_EQ(folder.read("out.csv"), samples_text(window.survey()));
+    EXPECT_EQ(folder.read("out.csv"), samples_text(window.survey().processing));
     op.chosen_file = folder.path("track.png");
     control<QAction>("menu_export_track").trigger();
     const QImage png(QString::fromStdString(folder.path("track.png")));

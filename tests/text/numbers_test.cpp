@@ -14,29 +14,9 @@ TEST(NumericTexts, AreTakenWholeOrRefused)
 {
     struct Case {
         const char* text;
-        std::optional<double> value;
+        double value;
     };
     const Case cases[] = {
-        {"", {}},
-        {" ", {}},
-        {".", {}},
-        {"+", {}},
-        {"-", {}},
-        {"e5", {}},
-        {"inf", {}},
-        {"nan", {}},
-        {"0x10", {}},
-        {"1,5", {}},
-        {"1 2", {}},
-        {"1e", {}},
-        {"1e+", {}},
-        {"1.5.2", {}},
-        {"--1", {}},
-        {"1e5.0", {}},
-        {"12m", {}},
-        {"1e309", {}},
-        {"-1d400", {}},
-        {"1e99999999999999999999", {}},
         {"1", 1.0},
         {"1.", 1.0},
         {".5", 0.5},
@@ -59,6 +39,11 @@ TEST(NumericTexts, AreTakenWholeOrRefused)
         {"0000000000000000000000001.5", 1.5},
     };
     for (const Case& c : cases) EXPECT_EQ(numeric_value(c.text), c.value) << '"' << c.text << '"';
+    for (const char* const refused :
+         {"",    " ",  ".",   "+",     "-",   "e5",    "inf", "nan",   "0x10",   "1,5",
+          "1 2", "1e", "1e+", "1.5.2", "--1", "1e5.0", "12m", "1e309", "-1d400", "1e99999999999999999999"}) {
+        EXPECT_EQ(numeric_value(refused), std::nullopt) << '"' << refused << '"';
+    }
 }
 
 // The reader of plain decimals must agree to the bit with the library's for every shape that survey files hold.
