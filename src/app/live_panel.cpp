@@ -200,7 +200,7 @@ void LivePanel::take_recording_choice()
 QString LivePanel::recording_folder() const
 {
     for (const char* key : {"RecordFolder", "CWD"}) {
-        const QString folder = stored(key);
+        QString folder = stored(key);
         if (!folder.isEmpty() && QFileInfo(folder).isDir()) return folder;
     }
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);

@@ -24,8 +24,6 @@ public:
 
     TrackWidget& track() { return *track_; }
     void show_state(); // brings the controls up to what the core has
-
-public slots:
     void toggle_playing();
 
 private:
