@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cerrno>
-#include <system_error>
 
 namespace tarvo {
 
@@ -18,14 +17,14 @@ bool may_come_later(int error_number)
 
 } // namespace
 
-bool PipeClient::connect()
+std::optional<std::system_error> PipeClient::connect()
 {
     hang_up();
     try {
         socket_ = connect_to(pipe_path(pipe_name_));
-        return true;
-    } catch (const std::system_error&) {
-        return false;
+        return std::nullopt;
+    } catch (const std::system_error& fault) {
+        return fault;
     }
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace tarvo {
 
@@ -13,7 +14,8 @@ class PipeClient {
 public:
     explicit PipeClient(std::string pipe_name) : pipe_name_(std::move(pipe_name)) {}
 
-    bool connect(); // false: nobody listens
+    // nullopt: connected. Else why not; ENOENT and ECONNREFUSED: nobody listens.
+    std::optional<std::system_error> connect();
     void hang_up();
     bool is_connected() const { return socket_.is_open(); }
 

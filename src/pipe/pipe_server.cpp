@@ -2,6 +2,7 @@
 
 #include "text/busy_flag.h"
 
+#include <fcntl.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -24,9 +25,15 @@ bool is_this_user(int socket)
     return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
 }
 
+Descriptor reserve_descriptor()
+{
+    return Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC));
+}
+
 } // namespace
 
-PipeServer::PipeServer(Handler handler) : handler_(std::move(handler)), events_(epoll_create1(EPOLL_CLOEXEC))
+PipeServer::PipeServer(Handler handler)
+    : handler_(std::move(handler)), events_(epoll_create1(EPOLL_CLOEXEC)), reserve_(reserve_descriptor())
 {
     if (!events_.is_open()) throw std::system_error(errno, std::generic_category(), "epoll");
 }
@@ -93,8 +100,8 @@ void PipeServer::accept_clients()
     while (clients_.size() < kMostClients) {
         Descriptor socket(accept4(listening_.socket.number(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
         if (!socket.is_open()) {
-            if (errno == EMFILE || errno == ENFILE) break; // a client must go first
-            return;
+            if ((errno != EMFILE && errno != ENFILE) || !turn_away_client()) return;
+            continue;
         }
         if (!is_this_user(socket.number())) continue;
         const ClientId id = ++newest_client_;
@@ -103,6 +110,17 @@ void PipeServer::accept_clients()
         watch(id, client);
     }
     watch_listener(false);
+}
+
+// Out of descriptors, one in reserve takes the client in and lets it go: it may come back, and nobody waits for ever.
+bool PipeServer::turn_away_client()
+{
+    reserve_.reset();
+    Descriptor client(accept4(listening_.socket.number(), nullptr, nullptr, SOCK_CLOEXEC));
+    const bool was_there = client.is_open();
+    client.reset();
+    reserve_ = reserve_descriptor();
+    return was_there;
 }
 
 void PipeServer::watch_listener(bool wanted)

@@ -52,6 +52,7 @@ private:
     void close_all();
     void wait_for_events();
     void accept_clients();
+    bool turn_away_client();
     void watch_listener(bool wanted);
     void receive(Client& client);
     void refuse_if_too_long(Client& client);
@@ -61,7 +62,8 @@ private:
     void watch(ClientId id, Client& client);
 
     Handler handler_;
-    Descriptor events_; // epoll
+    Descriptor events_;  // epoll
+    Descriptor reserve_; // for the time when no other is left
     ListeningSocket listening_;
     std::string path_; // of the socket; empty: not listening
     bool listener_watched_ = false;

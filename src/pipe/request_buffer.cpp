@@ -44,8 +44,8 @@ bool RequestBuffer::is_too_long()
 {
     const std::size_t line_feed = find_line_feed();
     if (line_feed == std::string_view::npos) {
-        const std::size_t most = ended_ ? kLongestRequest : kLongestRequest + 1; // a carriage return may be the last
-        return unread().size() > most;
+        const bool line_feed_may_follow = !ended_ && unread().ends_with('\r');
+        return unread().size() > kLongestRequest + (line_feed_may_follow ? 1 : 0);
     }
     const bool carriage_return = line_feed > 0 && unread()[line_feed - 1] == '\r';
     return line_feed - (carriage_return ? 1 : 0) > kLongestRequest;

@@ -32,8 +32,10 @@ namespace {
 
 double rate_of(const std::string& text)
 {
+    constexpr double kLowestRate = 1e-6; // the clock counts in nanoseconds
     const std::optional<double> rate = numeric_value(text);
-    if (!rate || *rate <= 0) throw UsageError("a number of lines per second was expected, found \"" + text + '"');
+    if (!rate || *rate < kLowestRate)
+        throw UsageError("a number of lines per second was expected, found \"" + text + '"');
     return *rate;
 }
 

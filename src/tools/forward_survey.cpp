@@ -37,7 +37,7 @@ ForwardedSurvey open_survey(const ForwardOptions& options, Operator& op)
     if (read_definitions(definitions_file, survey.definitions, header_line, op).status < 0) return survey;
     if (options.header_line > 0) header_line = options.header_line;
     if (options.udp_port) {
-        survey.columns = columns_of_payload(options.columns);
+        survey.columns = header_columns_of(options.columns);
         survey.lines = std::make_unique<UdpLines>(options.address, *options.udp_port);
     } else {
         open_data_file(options, header_line, survey, op);

@@ -34,6 +34,7 @@ ForwardEnd Forwarder::run()
         if (outcome == Outcome::done) outcome = send_lines();
         if (outcome == Outcome::done) return end_run(stopped_ ? ForwardEnd::stopped : ForwardEnd::complete);
         if (!stopped_) say_("The monitor has hung up");
+        if (!was_answered_) pause_before_retry(); // another user's monitor does so at once
     }
     return end_run(ForwardEnd::stopped);
 }
@@ -41,17 +42,26 @@ ForwardEnd Forwarder::run()
 // False when the run was stopped first.
 bool Forwarder::connect_when_possible()
 {
-    bool said = false;
+    std::string said;
     while (!stopped_) {
-        if (pipe_.connect()) {
+        const std::optional<std::system_error> fault = pipe_.connect();
+        if (!fault) {
+            was_answered_ = false;
             say_("Connected to the monitor");
             return true;
         }
-        if (!said) say_(kWaiting);
-        said = true;
-        wait_until(Clock::now() + kRetryInterval);
+        const std::string waiting = kWaiting + std::string(" (") + fault->what() + ')';
+        if (waiting != said) say_(waiting);
+        said = waiting;
+        pause_before_retry();
     }
     return false;
+}
+
+void Forwarder::pause_before_retry()
+{
+    const Clock::time_point end = Clock::now() + kRetryInterval;
+    while (!stopped_ && Clock::now() < end) wait_until(end);
 }
 
 Forwarder::Outcome Forwarder::send_definitions()
@@ -115,7 +125,10 @@ std::optional<std::string> Forwarder::exchange(std::string_view request)
     pipe_.begin_request(request);
     std::optional<Clock::time_point> deadline;
     for (;;) {
-        if (std::optional<std::string> reply = pipe_.take_reply()) return reply;
+        if (std::optional<std::string> reply = pipe_.take_reply()) {
+            was_answered_ = true;
+            return reply;
+        }
         if (!pipe_.is_connected()) return std::nullopt;
         if (stopped_ && !deadline) deadline = Clock::now() + kPatienceWhenStopped;
         if (deadline && Clock::now() >= *deadline) return std::nullopt;
@@ -143,7 +156,7 @@ void Forwarder::wait_until(Clock::time_point time)
 ForwardEnd Forwarder::end_run(ForwardEnd how)
 {
     if (how != ForwardEnd::definitions_refused) exchange(request_text(kEndOfLiveData, ""));
-    counts_.lost = lines_.lines_lost();
+    counts_.lost = lines_.lines_lost() + lines_.lines_waiting();
     pipe_.hang_up();
     return how;
 }

@@ -15,7 +15,7 @@ namespace tarvo {
 struct ForwardCounts {
     std::int64_t sent = 0;    // answered "OK"
     std::int64_t refused = 0; // answered otherwise, or too long for a request
-    std::int64_t lost = 0;    // came in while the monitor was away for long
+    std::int64_t lost = 0;    // came in while the monitor was away for long, or were not sent when the run was stopped
 };
 
 enum class ForwardEnd { complete, stopped, definitions_refused };
@@ -39,6 +39,7 @@ private:
     enum class Outcome { done, hung_up, refused };
 
     bool connect_when_possible();
+    void pause_before_retry();
     Outcome send_definitions();
     Outcome send_lines();
     bool forward_line(std::string_view line);
@@ -55,6 +56,7 @@ private:
     std::function<void(const std::string&)> say_;
     ForwardCounts counts_;
     Clock::time_point next_turn_;
+    bool was_answered_ = false; // on this connection
     bool stopped_ = false;
 };
 

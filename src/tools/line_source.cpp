@@ -14,6 +14,7 @@ namespace tarvo {
 namespace {
 
 constexpr std::size_t kMostWaitingLines = 200'000;
+constexpr std::size_t kMostWaitingBytes = std::size_t{64} << 20;
 constexpr int kSocketBuffer = 8 << 20; // bytes, as far as the system allows
 constexpr std::size_t kLargestDatagram = 65536;
 constexpr int kMostDatagramsAtOnce = 1000; // then the replies are looked at again
@@ -51,6 +52,12 @@ std::optional<std::string_view> UdpLines::line()
     return lines_.front();
 }
 
+void UdpLines::drop_line()
+{
+    bytes_waiting_ -= lines_.front().size();
+    lines_.pop_front();
+}
+
 void UdpLines::collect()
 {
     std::array<char, kLargestDatagram> bytes;
@@ -68,9 +75,10 @@ void UdpLines::add_lines(std::string_view datagram)
         std::string_view line = datagram.substr(0, end);
         if (line.ends_with('\r')) line.remove_suffix(1);
         lines_.emplace_back(line);
+        bytes_waiting_ += line.size();
         datagram.remove_prefix(end == std::string_view::npos ? datagram.size() : end + 1);
     }
-    for (; lines_.size() > kMostWaitingLines; ++lines_lost_) lines_.pop_front();
+    for (; lines_.size() > kMostWaitingLines || bytes_waiting_ > kMostWaitingBytes; ++lines_lost_) drop_line();
 }
 
 } // namespace tarvo

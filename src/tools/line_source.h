@@ -27,6 +27,7 @@ public:
     virtual int descriptor() const { return -1; }
     virtual void collect() {}
     virtual std::int64_t lines_lost() const { return 0; }
+    virtual std::int64_t lines_waiting() const { return 0; } // have come and were not dropped yet
 };
 
 // The data lines of a file, behind its header. A line too long to be read stands as an empty one, which a monitor
@@ -51,17 +52,19 @@ public:
     UdpLines(const std::string& address, int port); // IPv4; throws std::system_error or std::invalid_argument
 
     std::optional<std::string_view> line() override;
-    void drop_line() override { lines_.pop_front(); }
+    void drop_line() override;
     bool is_at_end() override { return false; }
     int descriptor() const override { return socket_.number(); }
     void collect() override;
     std::int64_t lines_lost() const override { return lines_lost_; }
+    std::int64_t lines_waiting() const override { return static_cast<std::int64_t>(lines_.size()); }
 
 private:
     void add_lines(std::string_view datagram);
 
     Descriptor socket_;
     std::deque<std::string> lines_;
+    std::size_t bytes_waiting_ = 0; // in them
     std::int64_t lines_lost_ = 0;
 };
 

@@ -3,6 +3,7 @@
 #include "test_folder.h"
 
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -91,6 +92,7 @@ TEST_F(PipeServerTest, RepliesEndAsTheirRequestsDo)
         {"nothing", "", true, "|"},
         {"the longest", most + "\n", false, '<' + most + ">\n"},
         {"too long", "a\n" + most + "xx\nb\n", false, "<a>\nInvalid Request\n|"},
+        {"too long, then closing", most + "x\n", true, "Invalid Request\n|"},
         {"noise", std::string("\xff\0\r\x01\n", 5), false, std::string("<\xff\0\r\x01>\n", 7)},
     };
     for (const Case& c : cases) {
@@ -141,6 +143,25 @@ TEST_F(PipeServerTest, SlowSilentAndVanishedClientsHoldNobodyUp)
     const std::size_t served = requests.size();
     EXPECT_FALSE(received(deaf).empty()); // once it listens, it is heard again
     EXPECT_GT(requests.size(), served);
+}
+
+TEST_F(PipeServerTest, ClientsAreTurnedAwayWhileNoDescriptorIsLeft)
+{
+    const Descriptor early = connect_to(path);
+    rlimit before = {};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit few = {256, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    std::vector<Descriptor> others;
+    do {
+        others.emplace_back(dup(early.number()));
+    } while (others.back().is_open());
+    EXPECT_EQ(received(early), "|");
+    others.clear();
+    setrlimit(RLIMIT_NOFILE, &before);
+    const Descriptor late = client();
+    send_bytes(late, "a\n");
+    EXPECT_EQ(received(late), "<a>\n");
 }
 
 TEST_F(PipeServerTest, TwoHundredClientsAreServedInTurn)

@@ -72,7 +72,8 @@ TEST(RequestBuffer, ARequestMayHave64KiB)
         {"one more by closing", kLongestRequest + 1, nullptr, true},
         {"unfinished", kLongestRequest, "", false},
         {"unfinished with a CR", kLongestRequest, "\r", false},
-        {"unfinished, too long", kLongestRequest + 2, "", true},
+        {"unfinished, one more", kLongestRequest + 1, "", true},
+        {"unfinished with a CR, one more", kLongestRequest + 1, "\r", true},
     };
     for (const Case& c : cases) {
         RequestBuffer buffer;

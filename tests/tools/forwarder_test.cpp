@@ -164,7 +164,7 @@ TEST(ForwardedDatagrams, BecomeLines)
     ForwardOptions options = written_survey(folder, 0);
     options.definitions_file = folder.path("s.def");
     options.data_file.clear();
-    options.columns = "t,e,n,m";
+    options.columns = "t; e;n ;m"; // as a header line may be
     sockaddr_in address = {};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
