@@ -41,11 +41,10 @@ QString shown_text(const std::string& bytes)
 
 void LiveOperator::show_message(const std::string& text)
 {
-    const QString message = to_qt(text);
-    if (box_ != nullptr) {
+    const QString message = to_qt(text).left(kMostMessageText);
+    if (box_ != nullptr) { // the newest stands first, so that nothing before it can hide it
         const QString shown = box_->text();
-        if (!shown.contains(message) && shown.size() < kMostMessageText)
-            box_->setText(shown + QLatin1Char('\n') + message);
+        if (!shown.contains(message)) box_->setText((message + QLatin1Char('\n') + shown).left(kMostMessageText));
         return;
     }
     box_ = new QMessageBox(QMessageBox::Information, QStringLiteral("Tarvo"), message, QMessageBox::Ok, window_);
@@ -109,7 +108,7 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
     layout->addLayout(row);
     layout->addWidget(echo_);
 
-    connect(button_, &QPushButton::clicked, this, &LivePanel::press);
+    connect(button_, &QPushButton::clicked, this, &LivePanel::pressed);
     connect(echo_switch_, &QToolButton::toggled, this, &LivePanel::show_echo_box);
     connect(record_, &QAction::toggled, this, [this](bool wanted) {
         settings_.write(kSettingsApplication, kSettingsSection, "RecordLive", wanted ? "1" : "0");
@@ -132,7 +131,6 @@ void LivePanel::add_actions(QMenu& file_menu)
 
 void LivePanel::press()
 {
-    emit pressed();
     if (!requests_.is_listening()) take_recording_choice(); // the last folder may be another by now
     requests_.Command_UDP_receive();
     show_echo_box();
@@ -164,9 +162,10 @@ void LivePanel::show_status()
 {
     const LiveStatus status = requests_.status();
     status_->setText(to_qt(live_status_text(status)));
-    status_->setStyleSheet(status.is_overdue()
-                               ? QStringLiteral("color: %1; font-weight: bold").arg(warning_colour(*this).name())
-                               : QString());
+    const QString style = status.is_overdue()
+                              ? QStringLiteral("color: %1; font-weight: bold").arg(warning_colour(*this).name())
+                              : QString();
+    if (status_->styleSheet() != style) status_->setStyleSheet(style);
     const LiveRecording& recording = requests_.recording();
     const QString file = to_qt(recording.data_file_name());
     recording_->setText(recording.is_active() ? tr("Recording %1").arg(QFileInfo(file).fileName()) : QString());

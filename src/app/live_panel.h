@@ -50,10 +50,10 @@ public:
     LiveRequests& requests() { return requests_; }
     LiveOperator& op() { return op_; }
     void add_actions(QMenu& file_menu);
-    void press(); // as the operator does
+    void press(); // what the listen/close button does
 
 signals:
-    void pressed();                                // the listen/close button, before it acts
+    void pressed();                                // the listen/close button; press() is left to the window
     void status_text_changed(const QString& text); // the sender's own words
 
 private:

@@ -31,6 +31,11 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     setWindowTitle(QStringLiteral("Tarvo"));
     setAcceptDrops(true);
     boxes_.before_box = [this] { picks_->stop_moving(); };
+    boxes_.take_message = [this](const std::string& text) {
+        if (!monitor_.driver.is_pipe_open()) return false;
+        live_->op().show_message(text); // which waits for nobody: neither does the sender
+        return true;
+    };
     boxes_.take_warning = [this](WarningAbout about, const std::string& text) { take_warning(about, text); };
     read_processing_parameters(survey().parameters, settings_);
     survey().display_settings = read_display_settings(settings_);

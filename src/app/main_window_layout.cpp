@@ -117,9 +117,18 @@ void MainWindow::make_panels()
             [this](int position) { monitor_.driver.HScroll_speed_change(position); });
     connect(live_, &LivePanel::pressed, this, [this] {
         if (wait_loop_ != nullptr) wait_loop_->quit();
-        if (!monitor_.driver.is_pipe_open()) hints_->clear_hints(); // they are about the file
+        const LoggingDriver& driver = monitor_.driver;
+        if (driver.is_starting() || driver.is_finishing()) {
+            when_idle([this] { live_->press(); });
+        } else {
+            live_->press();
+        }
     });
-    connect(live_, &LivePanel::status_text_changed, sender_text_, &QLabel::setText);
+    connect(live_, &LivePanel::status_text_changed, this, [this](const QString& text) {
+        constexpr int kShareOfWindow = 3; // one part in so many: the readings need the rest
+        sender_text_->setText(sender_text_->fontMetrics().elidedText(text, Qt::ElideRight, width() / kShareOfWindow));
+        sender_text_->setToolTip(text);
+    });
     connect(header_, &HeaderBox::header_line_edited, this, &MainWindow::reread_header);
     connect(bars_, &ColourBarPanel::shown_sensors_changed, graphs_, &ProfileGraphs::refresh);
     connect(&track_->track(), &TrackWidget::pointed, this, [this](const QString& text) {

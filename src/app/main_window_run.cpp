@@ -75,6 +75,7 @@ void MainWindow::clear_monitor_form()
     has_new_samples_ = false;
     has_new_readings_ = false;
     column_warnings_.clear();
+    if (monitor_.driver.is_pipe_open()) hints_->clear_hints(); // they are about a file, or an earlier live run
     show_survey();
     show_point_readings();
 }

@@ -26,6 +26,7 @@ std::optional<std::string> chosen(const QString& file_name)
 
 void QtOperator::show_message(const std::string& text)
 {
+    if (take_message && take_message(text)) return;
     QMessageBox box(QMessageBox::Information, QStringLiteral("Tarvo"), to_qt(text), QMessageBox::Ok,
                     window_in_front(window_));
     box.setTextFormat(Qt::PlainText); // a file name is no markup

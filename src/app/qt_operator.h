@@ -26,6 +26,9 @@ public:
     // Called before a box opens, which takes the mouse away from whatever is held down.
     std::function<void()> before_box;
 
+    // Asked before a message's box opens; true: the message is shown already.
+    std::function<bool(const std::string&)> take_message;
+
     // Where warnings go instead of a box; none: a box after all.
     std::function<void(WarningAbout, const std::string&)> take_warning;
 

@@ -60,6 +60,12 @@ void set_number(double& target, std::string_view text)
     target = numeric_value(text).value_or(target);
 }
 
+void set_scale(double& scale, std::string_view text)
+{
+    const double value = numeric_value(text).value_or(0);
+    if (value > 0) scale = value;
+}
+
 void set_component(SensorDefinition& sensor, std::size_t component, std::string_view column)
 {
     const bool flipped = column.starts_with('-');
@@ -170,9 +176,10 @@ HeaderColumns columns_of_payload(std::string_view payload)
 
 void apply_scales(std::string_view payload, SurveyDefinitions& definitions)
 {
-    set_number(definitions.coordinate_scale, next_token(payload));
-    set_number(definitions.depth_scale, next_token(payload));
-    definitions.flip_depth_sign = whole_number(next_token(payload)).value_or(definitions.flip_depth_sign);
+    set_scale(definitions.coordinate_scale, next_token(payload));
+    set_scale(definitions.depth_scale, next_token(payload));
+    const std::int32_t sign = whole_number(next_token(payload)).value_or(-1);
+    if (sign == 0 || sign == 1) definitions.flip_depth_sign = sign;
 }
 
 void apply_field_names(std::string_view payload, SurveyDefinitions& definitions)

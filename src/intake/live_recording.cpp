@@ -26,14 +26,23 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr auto kFlushInterval = std::chrono::milliseconds(500); // half of what may be lost: writing takes time too
+constexpr std::size_t kMostWaiting = std::size_t{256} << 20; // bytes: a disk that stands still must not take all memory
 
-bool flush_to_disk(std::FILE* file)
+bool write_to_disk(std::FILE* file, std::string_view bytes)
 {
+    if (std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size() || std::fflush(file) != 0) return false;
 #if __has_include(<unistd.h>)
-    return std::fflush(file) == 0 && fsync(fileno(file)) == 0;
+    return fsync(fileno(file)) == 0;
 #else
-    return std::fflush(file) == 0;
+    return true;
 #endif
+}
+
+// A line cut off in a number would be read as another sample.
+void cut_to_whole_lines(const std::string& file_name, std::uintmax_t length)
+{
+    std::error_code ignored; // the failure that led here is told
+    fs::resize_file(file_name, length, ignored);
 }
 
 struct CloseFile {
@@ -65,7 +74,10 @@ NewFile create_data_file(const std::string& folder)
         fs::path path = fs::path(folder) / (base + (copy == 1 ? "" : "_" + std::to_string(copy)) + ".csv");
         if (is_there(definitions_file_name_for(path.string()))) continue;
         OpenFile file(std::fopen(path.string().c_str(), "wbx"));
-        if (file) return {path, std::move(file)};
+        if (file) {
+            std::setvbuf(file.get(), nullptr, _IONBF, 0); // after a failure nothing is left to be written
+            return {path, std::move(file)};
+        }
         if (errno != EEXIST) throw std::system_error(errno, std::generic_category(), "cannot write " + path.string());
     }
 }
@@ -91,6 +103,7 @@ public:
         if (failed_) return; // nobody would empty the buffer
         waiting_ += line;
         waiting_ += "\r\n";
+        if (waiting_.size() > kMostWaiting) fail("the disk does not keep up");
     }
 
     void finish()
@@ -130,19 +143,28 @@ private:
         std::string bytes;
         bytes.swap(waiting_);
         lock.unlock();
-        const bool written =
-            bytes.empty() ||
-            (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) == bytes.size() && flush_to_disk(file_.get()));
+        const bool written = bytes.empty() || write_to_disk(file_.get(), bytes);
         const std::string reason = written ? "" : std::generic_category().message(errno);
+        if (written) {
+            length_ += bytes.size();
+        } else {
+            cut_to_whole_lines(file_name_, length_);
+        }
         const std::uintmax_t space = space_left();
         lock.lock();
         if (!written) {
-            failed_ = true;
-            warning_ = "Recording has stopped: cannot write " + file_name_ + ": " + reason;
+            fail(reason);
         } else if (space < kLittleDiskSpace && !space_warned_) {
             space_warned_ = true;
             warning_ = "Only " + std::to_string(space >> 20) + " MB are left on the disk of " + file_name_;
         }
+    }
+
+    void fail(const std::string& reason)
+    {
+        failed_ = true;
+        waiting_.clear();
+        warning_ = "Recording has stopped: cannot write " + file_name_ + ": " + reason;
     }
 
     std::uintmax_t space_left() const
@@ -154,6 +176,7 @@ private:
 
     const std::string file_name_;
     const OpenFile file_;
+    std::uintmax_t length_ = 0; // of the lines that are on the disk
     std::mutex mutex_;
     std::condition_variable wake_;
     std::string waiting_; // this and what follows: under mutex_
@@ -193,14 +216,20 @@ void LiveRecording::finish()
 {
     if (!writer_) return;
     writer_->finish();
-    last_warning_ = writer_->take_warning();
+    keep_warning(writer_->take_warning());
     writer_.reset();
 }
 
 std::optional<std::string> LiveRecording::take_warning()
 {
     if (writer_ && writer_->has_failed()) finish();
-    return writer_ ? writer_->take_warning() : std::exchange(last_warning_, std::nullopt);
+    if (writer_) keep_warning(writer_->take_warning());
+    return std::exchange(warnings_, std::nullopt);
+}
+
+void LiveRecording::keep_warning(const std::optional<std::string>& warning)
+{
+    if (warning) warnings_ = warnings_ ? *warnings_ + '\n' + *warning : *warning;
 }
 
 std::string header_line_of(const std::vector<std::string>& columns)

@@ -31,15 +31,18 @@ public:
     bool is_active() const { return writer_ != nullptr; }
     const std::string& data_file_name() const { return data_file_name_; } // of the recording at hand or the last one
 
-    // What the operator must know of since the last call: writing has failed, or little space is left.
+    // What the operator must know of since the last call: writing has failed, or little space is left. A failure leaves
+    // the lines that were flushed before.
     std::optional<std::string> take_warning();
 
 private:
     class Writer;
 
+    void keep_warning(const std::optional<std::string>& warning);
+
     std::unique_ptr<Writer> writer_;
     std::string data_file_name_;
-    std::optional<std::string> last_warning_; // of a writer that has finished
+    std::optional<std::string> warnings_; // not taken yet
 };
 
 // The header line of a data file with these columns: a name that holds a separator stands in quotes.

@@ -1,6 +1,7 @@
 #include "intake/live_requests.h"
 
 #include "display/guarded_operation.h"
+#include "intake/column_report.h"
 #include "text/busy_flag.h"
 #include "text/numbers.h"
 
@@ -34,13 +35,6 @@ public:
 private:
     std::vector<std::string> gathered_;
 };
-
-std::string joined_lines(const std::vector<std::string>& lines)
-{
-    std::string text;
-    for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
-    return text;
-}
 
 bool is_definition(int code)
 {
@@ -194,8 +188,7 @@ std::string LiveRequests::end_definitions()
     const bool nothing_located =
         survey_.locations.located_field_count == 0 && survey_.locations.sensor_channel_count() == 0;
     if (status < 0 || nothing_located) {
-        messages.show_message("The data definitions are invalid");
-        op_.show_message(joined_lines(messages.gathered()));
+        op_.show_message("The data definitions are invalid\n" + column_warnings_text(messages.gathered()));
         return kBadHeader;
     }
     set_default_field_names(survey_.survey_definitions);
@@ -209,6 +202,7 @@ void LiveRequests::start_pipe_data_logging()
     rate_ = LineRate();
     run_begin_ = clock_();
     last_line_.reset();
+    display_.show_status_text("");
     driver_.start_pipe_data_logging();
     start_recording();
 }
@@ -219,10 +213,12 @@ void LiveRequests::stop_pipe_data_logging(PipeAfterRun pipe)
     if (pipe == PipeAfterRun::closes) endpoint_.close();
     driver_.finish_pipe_run();
     recording_.finish();
+    report_recording();
     if (pipe == PipeAfterRun::stays_open) return;
     listening_ = false;
     driver_.unlock_from_pipe();
     display_.show_pipe_caption("Listen for UDP");
+    display_.show_status_text("");
 }
 
 void LiveRequests::set_recording_folder(const std::string& folder)
@@ -230,6 +226,7 @@ void LiveRequests::set_recording_folder(const std::string& folder)
     if (folder == recording_folder_) return;
     recording_folder_ = folder;
     recording_.finish();
+    report_recording();
     if (is_live()) start_recording();
 }
 

@@ -183,7 +183,7 @@ bool LoggingDriver::open_data_file()
 
 void LoggingDriver::initialise_data_logging()
 {
-    state_.clearing_form = true;
+    const BusyFlag busy(state_.clearing_form);
     survey_.track_index.DeleteQuadtree();
     pick_work_.take_picks_off_track();
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
@@ -191,7 +191,6 @@ void LoggingDriver::initialise_data_logging()
     clear_track_image(survey_.track_image, op_);
     display_.clear_monitor_form();
     display_.show_counters(counters());
-    state_.clearing_form = false;
 }
 
 int LoggingDriver::process_input_data()
@@ -316,7 +315,7 @@ void LoggingDriver::stop_data_logging()
     show_controls();
 }
 
-// The steps over a long track take their time: the user interface works in between.
+// The steps over a long track take their time: in a file run the user interface works in between.
 void LoggingDriver::terminate_data_logging()
 {
     SampleProcessing& run = survey_.processing;

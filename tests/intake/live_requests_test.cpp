@@ -55,14 +55,15 @@ TEST(LiveDefinitions, RequestsDescribeTheSurvey)
     monitor.send("$GDP1001 # a  B\tc;d");
     EXPECT_EQ(monitor.monitor.survey.header_columns.names(), (std::vector<std::string>{"a", "B", "c;d"}));
 
-    monitor.send("$GDP1002 0.3048006096012192;2.5 -1");
+    monitor.send("$GDP1002 0.3048006096012192;2.5 1");
+    monitor.send("$GDP1002 0 -2.5 7"); // out of range: nothing of it is taken
     monitor.send("$GDP1003 time : t:1 ,EAST:e, nonsense:q,Depth");
     monitor.send("$GDP1004 2 3 1");
     monitor.send("$GDP2001 tx:-Bx, Ty:By ,TZ:- Bz,X:x1,z:z1,Offset:-1500.25,Length:1e3,rotation:ninety");
     const SurveyDefinitions& definitions = monitor.monitor.survey.survey_definitions;
     EXPECT_EQ(definitions.coordinate_scale, 0.3048006096012192);
     EXPECT_EQ(definitions.depth_scale, 2.5);
-    EXPECT_EQ(definitions.flip_depth_sign, -1);
+    EXPECT_EQ(definitions.flip_depth_sign, 1);
     EXPECT_EQ(definitions.fields[kTime].name, "t:1");
     EXPECT_EQ(definitions.fields[kEast].name, "e");
     EXPECT_EQ(definitions.fields[kDepth].name, "N/A");
@@ -137,8 +138,8 @@ TEST(LiveRun, AHeaderOfAnotherSurveyIsRefused)
     EXPECT_EQ(monitor.send("$GDP3000"), "Bad Header");
     EXPECT_FALSE(monitor.monitor.driver.state().pipe_logging_active);
     ASSERT_EQ(monitor.op.messages.size(), 1U); // all in one box
-    EXPECT_TRUE(monitor.op.messages[0].ends_with("\nThe data definitions are invalid"));
-    EXPECT_TRUE(monitor.op.messages[0].starts_with("The Time column was not found\n"));
+    const std::string start = "The data definitions are invalid\nThe Time column was not found; ";
+    EXPECT_TRUE(monitor.op.messages[0].starts_with(start)) << monitor.op.messages[0];
     monitor.send("$GDP1001 x,mag");
     EXPECT_EQ(monitor.send("$GDP3000"), "OK"); // one column is enough
     monitor.op.messages.clear();

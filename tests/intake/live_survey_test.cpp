@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
+#include <sys/resource.h>
 #include <thread>
 
 namespace tarvo {
@@ -170,6 +172,31 @@ TEST(Recording, ReachesTheDiskWhileTheRunGoesOn)
     while (std::filesystem::file_size(file) < 40 && LiveClock::now() < deadline) std::this_thread::yield();
     EXPECT_EQ(std::filesystem::file_size(file),
               std::string("time,east,north,depth,mag\r\n1.0,101,200,5,48000.5\r\n").size());
+}
+
+TEST(Recording, AFullDiskIsToldAtTheEndOfARunAndLeavesWholeLines)
+{
+    const TestFolder folder;
+    LiveMonitor monitor;
+    monitor.live.set_recording_folder(folder.path("r"));
+    monitor.begin_run();
+    monitor.send_line(1);
+    const std::string file = monitor.live.recording().data_file_name();
+    const auto deadline = LiveClock::now() + std::chrono::seconds(20);
+    while (std::filesystem::file_size(file) < 40 && LiveClock::now() < deadline) std::this_thread::yield();
+    const auto length = std::filesystem::file_size(file);
+    const auto old_handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit full{length + 30, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+    for (int second = 2; second < 10; ++second) monitor.send_line(second);
+    monitor.send("$GDP0000");
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, old_handler);
+    ASSERT_EQ(monitor.op.messages.size(), 1U);
+    EXPECT_TRUE(monitor.op.messages[0].starts_with("Recording has stopped: cannot write " + file + ": "));
+    EXPECT_EQ(std::filesystem::file_size(file), length) << "no line is cut off";
 }
 
 TEST(Recording, AFolderThatCannotBeIsToldAndTheRunGoesOn)
