@@ -89,7 +89,7 @@ void show_shortcuts_page(QWidget* window)
          {"Double click on the track", "Mark a pick there"},
          {"Left, Right", "Move the current pick by a sample, with Shift by ten"},
          {"Del", "Delete the current pick"},
-         {"Ctrl+Z", "Undo the last change of a pick"},
+         {"Ctrl+Z", "Undo the last move, edit or deletion of a pick"},
          {"Ctrl+L", "Pick list"},
          {"Ctrl+F", "Fit the colour range to the view"},
          {"F1", "This page"},

@@ -9,6 +9,7 @@
 #include "app/run_bar.h"
 #include "app/texts.h"
 #include "app/track_panel.h"
+#include "app/track_widget.h"
 #include "intake/column_report.h"
 #include "intake/open_survey.h"
 #include "intake/survey_readings.h"
@@ -57,6 +58,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     connect(&view_, &SurveyView::ranges_changed, &settings_timer_, qOverload<>(&QTimer::start));
     connect(&view_, &SurveyView::current_record_changed, this, &MainWindow::show_point_readings);
     connect(&frame_timer_, &QTimer::timeout, this, &MainWindow::refresh_frame);
+    track_->track().setFocus(); // the keys for picks and runs, not a text box's
     show_controls({});
     show_survey();
 }

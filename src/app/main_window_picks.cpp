@@ -165,6 +165,7 @@ void MainWindow::open_new_pick_dialog()
 {
     NewPickForm form(monitor_.pick_work, survey().picks, this);
     form.exec();
+    activateWindow(); // the form went together with the message over it
 }
 
 void MainWindow::show_new_pick_marker(const PickLocation& location)

@@ -1,12 +1,12 @@
 #include "app/pick_panel.h"
 
+#include "app/arrow_scroll_bar.h"
 #include "app/texts.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QSignalBlocker>
 
 namespace tarvo {
@@ -59,7 +59,7 @@ QWidget* PickPanel::make_moving()
 {
     moving_ = new QWidget;
     moving_->setObjectName(QStringLiteral("Frame_move_anomalies"));
-    shift_ = new QScrollBar(Qt::Horizontal);
+    shift_ = new ArrowScrollBar;
     shift_->setObjectName(QStringLiteral("HScroll_shift_anomaly"));
     shift_->setAccessibleName(tr("Move the current pick"));
     shift_->setToolTip(

@@ -84,9 +84,10 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
     make_plots();
 
     length_->setObjectName(QStringLiteral("Combo_display_axis_length"));
-    length_->setToolTip(tr("Length of the track that graphs, bars and the highlighted section show, metres"));
+    length_->setToolTip(tr("Length of the track that graphs, bars and the highlighted section show, metres; above 25"));
     for (const int metres : kAxisLengths) length_->addItem(QString::number(metres));
     length_->setEditable(true);
+    length_->setCompleter(nullptr); // what is typed is a length of one's own, not the beginning of a listed one
     length_->setInsertPolicy(QComboBox::NoInsert);
     length_->setMinimumContentsLength(5);
     const auto take_length = [this] {
@@ -95,13 +96,15 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
         refresh();
     };
     connect(length_, &QComboBox::textActivated, this, take_length);
+    connect(length_->lineEdit(), &QLineEdit::returnPressed, this, qOverload<>(&QWidget::setFocus));
     connect(length_->lineEdit(), &QLineEdit::editingFinished, this, [this, take_length] { // a length of one's own
         if (length_->lineEdit()->isModified()) take_length();
     });
 
     fit_->setObjectName(QStringLiteral("Command_fit_heights"));
     fit_->setText(tr("Fit heights"));
-    fit_->setToolTip(tr("Fits the heights of the graphs to the curves in view; a double click on them goes back"));
+    fit_->setToolTip(
+        tr("Keeps the heights of the graphs fitted to the curves in view; a double click on them goes back"));
     connect(fit_, &QToolButton::clicked, this, &ProfileGraphs::fit_heights);
 
     auto* const label = new QLabel(tr("Profiles over"));
@@ -259,8 +262,9 @@ void ProfileGraphs::fit_graphs(Plot& plot, std::size_t count)
 
 ValueExtent ProfileGraphs::set_curve(Plot& plot, QCPGraph& graph, const double* values, std::int32_t count)
 {
-    const TrackTable track = track_table(view_.survey().processing.store);
-    profile_curve(track, values, count, view_range(), 2 * std::max(plot_->width(), 100), curve_);
+    const SampleProcessing& run = view_.survey().processing;
+    profile_curve(track_table(run.store), run.lines, values, count, view_range(), 2 * std::max(plot_->width(), 100),
+                  curve_);
     QVector<QCPGraphData> points(static_cast<qsizetype>(curve_.value.size()));
     for (std::size_t at = 0; at < curve_.value.size(); ++at) {
         points[static_cast<qsizetype>(at)] = {curve_.distance[at], curve_.value[at]};
@@ -324,6 +328,7 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
 void ProfileGraphs::show_values(Plot& plot, double tick_step)
 {
     QCPAxis& axis = *plot.rect->axis(QCPAxis::atLeft);
+    plot.values.follow(plot.curves);
     const ValueExtent shown = plot.values.shown();
     const double step =
         readable_tick_step(tick_step, shown.greatest - shown.least, axis.axisRect()->height() / kValueTickRoom);
@@ -347,7 +352,7 @@ void ProfileGraphs::place_cursors()
 
 void ProfileGraphs::fit_heights()
 {
-    for (Plot& plot : plots_) plot.values.fit(plot.curves);
+    for (Plot& plot : plots_) plot.values.is_fitted = true;
     refresh();
 }
 
@@ -367,7 +372,10 @@ void ProfileGraphs::go_back()
 void ProfileGraphs::show_whole_range()
 {
     stretch_ = {};
-    for (Plot& plot : plots_) plot.values.factor = 1;
+    for (Plot& plot : plots_) {
+        plot.values.factor = 1;
+        plot.values.is_fitted = false;
+    }
     refresh();
 }
 

@@ -37,7 +37,7 @@ public:
 
     void refresh();          // ranges and curves
     void show_whole_range(); // zoom and pan back to the current point
-    void fit_heights();      // to the curves in view
+    void fit_heights();      // to the curves in view, from now on
 
 signals:
     void pick_clicked(std::int32_t pick);

@@ -16,6 +16,14 @@ QWidget* window_in_front(QWidget* window)
     return dialog != nullptr ? dialog : window;
 }
 
+// Some window managers leave the keyboard to nobody when a box over a dialog closes.
+int exec_box(QMessageBox& box)
+{
+    const int answer = box.exec();
+    if (box.parentWidget() != nullptr) box.parentWidget()->activateWindow();
+    return answer;
+}
+
 std::optional<std::string> chosen(const QString& file_name)
 {
     if (file_name.isEmpty()) return std::nullopt;
@@ -31,7 +39,7 @@ void QtOperator::show_message(const std::string& text)
                     window_in_front(window_));
     box.setTextFormat(Qt::PlainText); // a file name is no markup
     if (before_box) before_box();
-    box.exec();
+    exec_box(box);
 }
 
 void QtOperator::show_warning(WarningAbout about, const std::string& text)
@@ -60,7 +68,7 @@ bool QtOperator::ask(const std::string& question, bool yes_is_default)
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(yes_is_default ? QMessageBox::Yes : QMessageBox::No);
     if (before_box) before_box();
-    return box.exec() == QMessageBox::Yes;
+    return exec_box(box) == QMessageBox::Yes;
 }
 
 std::optional<std::string> QtOperator::choose_file_to_open(const FileQuestion& question)

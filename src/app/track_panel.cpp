@@ -1,5 +1,6 @@
 #include "app/track_panel.h"
 
+#include "app/arrow_scroll_bar.h"
 #include "app/texts.h"
 #include "app/track_widget.h"
 #include "display/track_navigation.h"
@@ -9,7 +10,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QScrollBar>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QToolButton>
 
@@ -34,7 +35,7 @@ QToolButton* make_button(const QString& name, const QString& text, const QString
 } // namespace
 
 TrackPanel::TrackPanel(SurveyView& view, QWidget* parent)
-    : QWidget(parent), view_(view), track_(new TrackWidget(view)), pan_(new QScrollBar(Qt::Horizontal))
+    : QWidget(parent), view_(view), track_(new TrackWidget(view)), pan_(new ArrowScrollBar)
 {
     pan_->setObjectName(QStringLiteral("HScroll_pan"));
     pan_->setToolTip(tr("Moves the current point along the track"));
@@ -75,6 +76,7 @@ QWidget* TrackPanel::make_tools()
     zoom_->setObjectName(QStringLiteral("Combo_zoom"));
     zoom_->setEditable(true);
     zoom_->setInsertPolicy(QComboBox::NoInsert);
+    zoom_->setCompleter(nullptr); // it would write behind what is being typed
     for (const int percent : {100, 150, 200, 300, 500, 1000, 2000, 5000, 10000}) {
         zoom_->addItem(QString::number(percent) + QLatin1Char('%'));
     }
@@ -82,10 +84,17 @@ QWidget* TrackPanel::make_tools()
     zoom_->setMinimumContentsLength(7);
     connect(zoom_, &QComboBox::textActivated, this, &TrackPanel::choose_zoom);
     connect(zoom_->lineEdit(), &QLineEdit::textEdited, &view_, &SurveyView::change_zoom);
+    connect(zoom_->lineEdit(), &QLineEdit::returnPressed, track_, qOverload<>(&QWidget::setFocus));
+    connect(zoom_->lineEdit(), &QLineEdit::editingFinished, this, [this] {
+        zoom_->lineEdit()->setModified(false); // what was no zoom gives way to the one that holds
+        show_state();
+    });
 
     play_ = make_button(QStringLiteral("Command_play_track"), tr("Play"), tr("Move the current point along the track"));
     play_->setCheckable(true);
     connect(play_, &QToolButton::clicked, this, &TrackPanel::toggle_playing);
+    stop_key_ = new QShortcut(Qt::Key_Escape, this);
+    connect(stop_key_, &QShortcut::activated, this, &TrackPanel::toggle_playing);
 
     auto* const tools = new QWidget;
     auto* const row = new QHBoxLayout(tools);
@@ -175,6 +184,7 @@ void TrackPanel::show_state()
     play_->setEnabled(has_track && !view_.is_running());
     play_->setChecked(pan_timer_.isActive());
     play_->setText(pan_timer_.isActive() ? tr("Halt") : tr("Play"));
+    stop_key_->setEnabled(pan_timer_.isActive()); // in a run the key is the run's
     range_->setText(tr("Range %1 nT/m").arg(to_qt(format_fixed(survey.display_settings.gradient_max_range, 1))));
     if (!zoom_->lineEdit()->hasFocus() || zoom_of_text(to_utf8(zoom_->currentText())) != image.zoomed_view.zoom) {
         if (!zoom_->lineEdit()->isModified()) zoom_->setEditText(to_qt(zoom_text(image.zoomed_view.zoom)));

@@ -9,6 +9,7 @@ class QAction;
 class QComboBox;
 class QLabel;
 class QScrollBar;
+class QShortcut;
 class QToolButton;
 
 namespace tarvo {
@@ -39,6 +40,7 @@ private:
     QToolButton* whole_ = nullptr;
     QComboBox* zoom_ = nullptr;
     QToolButton* play_ = nullptr;
+    QShortcut* stop_key_ = nullptr; // of the play
     QScrollBar* pan_ = nullptr;
     QLabel* range_ = nullptr;
     QTimer pan_timer_; // Timer_pan_track

@@ -69,6 +69,16 @@ void TrackWidget::paintEvent(QPaintEvent*)
     picture.setDevicePixelRatio(devicePixelRatioF());
     painter.drawImage(0, 0, picture);
     draw_track_lettering(painter, rect(), devicePixelRatioF(), view_.survey());
+    if (!shows_focus_ || !hasFocus()) return;
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+// A click shows where it went; who comes by the Tab key is to see that the keys are the track's now.
+void TrackWidget::focusInEvent(QFocusEvent* event)
+{
+    shows_focus_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    QWidget::focusInEvent(event);
 }
 
 void TrackWidget::resizeEvent(QResizeEvent*)

@@ -44,6 +44,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
 
 private:
     QPoint device_pixel(const QPointF& position) const;
@@ -52,6 +53,7 @@ private:
     std::optional<QPoint> pressed_at_; // device pixels; while the left button is down
     QPoint dragged_to_;
     bool dragging_ = false;
+    bool shows_focus_ = false;
     bool clicked_a_pick_ = false; // with the last click: a second one marks no new pick there
 };
 

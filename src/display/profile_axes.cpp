@@ -42,14 +42,16 @@ ValueExtent ValueAxis::shown() const
 
 void ValueAxis::zoom(double by)
 {
+    is_fitted = false;
     factor = limited_factor(factor * by);
 }
 
-void ValueAxis::fit(const ValueExtent& curves)
+void ValueAxis::follow(const ValueExtent& curves)
 {
+    if (!is_fitted || curves.is_empty()) return;
     constexpr double kAir = 1.1; // about the curves
     const double needed = from_zero ? curves.greatest : 2 * std::max(curves.greatest - middle, middle - curves.least);
-    if (!curves.is_empty() && needed > 0) factor = limited_factor(kAir * needed / range);
+    if (needed > 0) factor = limited_factor(kAir * needed / range);
 }
 
 double readable_tick_step(double wanted, double range, int most_steps)

@@ -26,11 +26,12 @@ struct ValueAxis {
     bool from_zero = false; // 0 stays at the bottom, whatever the middle
     double range = 1;       // its length unless zoomed, in the axis's unit
     double middle = 0;
-    double factor = 1; // of the range; below 1: enlarged
+    double factor = 1;      // of the range; below 1: enlarged
+    bool is_fitted = false; // kept so that no curve leaves the axis, until the operator zooms
 
     ValueExtent shown() const;
     void zoom(double by);
-    void fit(const ValueExtent& curves); // no curve leaves the axis; without values it stays
+    void follow(const ValueExtent& curves); // fits it to them where it is to be; without values it stays
 };
 
 // The wanted step from tick to tick of an axis, or a round one where the axis shows so little or so much that there

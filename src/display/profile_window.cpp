@@ -35,7 +35,7 @@ void add_point(ProfileCurve& curve, double distance, double value)
     curve.value.push_back(is_valid_sensor(value) ? value : kNoValue);
 }
 
-// The group's least and greatest value in the order in which they come.
+// The group's least and greatest value in the order in which they come; of one record its value.
 void add_group(const TrackTable& track, const double* values, const Records& group, ProfileCurve& curve)
 {
     std::int32_t least = 0;
@@ -71,22 +71,23 @@ std::int32_t record_behind_newest(const TrackTable& track, float axis_length)
     return static_cast<std::int32_t>(std::upper_bound(begin, begin + track.count - 1, middle) - begin) + 1;
 }
 
-void profile_curve(const TrackTable& track, const double* values, std::int32_t value_count, const DistanceRange& range,
-                   int most_points, ProfileCurve& curve)
+void profile_curve(const TrackTable& track, const SurveyLines& lines, const double* values, std::int32_t value_count,
+                   const DistanceRange& range, int most_points, ProfileCurve& curve)
 {
     curve.distance.clear();
     curve.value.clear();
     const Records shown = records_in(track, values == nullptr ? 0 : value_count, range);
     const std::int32_t count = shown.last - shown.first + 1;
-    if (count <= most_points) {
-        for (std::int32_t record = shown.first; record <= shown.last; ++record) {
-            add_point(curve, track.distance[record], values[record]);
+    // Two points stand for a group.
+    const std::int32_t group_size = count <= most_points ? 1 : (2 * count + most_points - 1) / most_points;
+    for (Records group{shown.first, 0}; group.first <= shown.last; group.first = group.last + 1) {
+        const std::int32_t end_of_line =
+            lines.CurrentLine > 0 ? lines.last_record(line_of_record(lines, group.first)) : shown.last;
+        group.last = std::min({group.first + group_size - 1, end_of_line, shown.last});
+        add_group(track, values, group, curve);
+        if (group.last == end_of_line && group.last < shown.last) {
+            add_point(curve, track.distance[group.last], kNull);
         }
-        return;
-    }
-    const std::int32_t group_size = (2 * count + most_points - 1) / most_points; // two points stand for a group
-    for (std::int32_t record = shown.first; record <= shown.last; record += group_size) {
-        add_group(track, values, {record, std::min(record + group_size - 1, shown.last)}, curve);
     }
 }
 

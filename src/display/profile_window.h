@@ -1,6 +1,7 @@
 #pragma once
 
 #include "display/track_scene.h"
+#include "processing/survey_lines.h"
 #include "processing/track_table.h"
 
 #include <cstdint>
@@ -33,11 +34,11 @@ struct ProfileCurve {
     std::vector<double> value; // NaN where the record has none: the curve is broken there
 };
 
-// The curve of a column of values (by record, from 1; null: no values) over a stretch and one record to either side.
-// Where the stretch holds more than most_points records, every group of neighbours is drawn by its least and its
-// greatest value, so that no peak is lost.
-void profile_curve(const TrackTable& track, const double* values, std::int32_t value_count, const DistanceRange& range,
-                   int most_points, ProfileCurve& curve);
+// The curve of a column of values (by record, from 1; null: no values) over a stretch and one record to either side,
+// broken where a survey line ends. Where the stretch holds more than most_points records, every group of neighbours is
+// drawn by its least and its greatest value, so that no peak is lost.
+void profile_curve(const TrackTable& track, const SurveyLines& lines, const double* values, std::int32_t value_count,
+                   const DistanceRange& range, int most_points, ProfileCurve& curve);
 
 // A pick that lies in a stretch.
 struct ProfilePick {

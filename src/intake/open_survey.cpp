@@ -34,7 +34,9 @@ SurveyOpening open_survey(SurveyState& survey, PickWorkflow& pick_work, const st
     survey.header_line_text = header_line;
     pick_work.open_picks_of(data_file_name, indexed_track(survey));
     const std::string definitions_file = definitions_file_name_for(data_file_name);
-    if (!is_there(definitions_file)) return SurveyOpening::without_definitions;
+    if (!is_there(definitions_file)) {
+        return read_survey_header(survey, op) == 0 ? SurveyOpening::without_definitions : SurveyOpening::refused;
+    }
     const int status =
         read_definitions(definitions_file, survey.survey_definitions, survey.header_line_number, op).status;
     return status == 0 && read_survey_header(survey, op) == 0 ? SurveyOpening::opened : SurveyOpening::refused;

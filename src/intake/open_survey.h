@@ -7,7 +7,7 @@ namespace tarvo {
 
 enum class SurveyOpening {
     opened,
-    without_definitions, // the operator has not been told yet
+    without_definitions, // of a file that has a header line; the operator has not been told yet
     refused              // the operator has been told
 };
 

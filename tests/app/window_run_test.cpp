@@ -273,6 +273,8 @@ TEST_F(WindowTest, RefusalsAreShownAndLeaveTheWindowIdle)
     const Case cases[] = {
         {"no file", [&] { click(kLoad); }, "The MAG data file has not been specified"},
         {"gone file", [&] { window.open_file(folder.path("gone.csv")); }, "The MAG data file could not be located"},
+        {"empty file", [&] { window.open_file(folder.write("empty.csv", "")); },
+         "The specified file does not appear to contain any data"},
         {"no definitions",
          [&] {
              QTimer::singleShot(0, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->reject(); });

@@ -47,6 +47,9 @@ TEST_F(LoadedWindowTest, ClickMakesTheNearestPointCurrentEverywhere)
     EXPECT_EQ(window.view().middle_record(), 300);
     control<QScrollBar>("HScroll_pan").setValue(42);
     EXPECT_EQ(image().current_record, 42);
+    QTest::keyClick(&control<QScrollBar>("HScroll_pan"), Qt::Key_Right);
+    EXPECT_EQ(image().current_record, 43) << "goes where it points";
+    control<QScrollBar>("HScroll_pan").setValue(42);
     QWidget& bar = control<QWidget>("Picture_TG_colour_bar_1");
     QTest::mouseClick(&bar, Qt::LeftButton, {}, {bar.width() - 1, 5});
     const RecordValues& distance = window.survey().processing.store.distance;
@@ -124,6 +127,18 @@ TEST_F(LoadedWindowTest, GraphsTakeATypedLengthAndFitTheirHeights)
 TEST_F(LoadedWindowTest, PlayMovesAlongTheTrackToItsEnd)
 {
     auto& pan = control<QScrollBar>("HScroll_pan");
+    click("Command_play_track");
+    ASSERT_TRUE(eventually([&] { return pan.value() > 10; }));
+    auto& zoom = *control<QComboBox>("Combo_zoom").lineEdit();
+    zoom.setFocus();
+    zoom.selectAll();
+    for (const char* const digit : {"1", "0", "0", "0"}) {
+        QTest::keyClicks(&zoom, QLatin1String(digit));
+        QTest::qWait(100); // the play writes nothing into what is typed
+    }
+    EXPECT_FLOAT_EQ(image().zoomed_view.zoom, 10.0F);
+    QTest::keyClick(window.windowHandle(), Qt::Key_Escape);
+    EXPECT_EQ(caption("Command_play_track"), QStringLiteral("Play"));
     pan.setValue(pan.maximum() - 5);
     click("Command_play_track");
     EXPECT_TRUE(eventually(

@@ -50,22 +50,26 @@ TEST(ProfileAxes, ZoomKeepsItsPlaceAndTheRecordComesBack)
 
 TEST(ProfileAxes, ValuesLieAboutTheMiddleOrFromZeroAndFitTheCurves)
 {
-    ValueAxis field{false, 100, 50000, 1};
+    ValueAxis field{false, 100, 50000, 1, false};
     EXPECT_EQ(field.shown(), (ValueExtent{49950, 50050}));
-    field.fit({49990, 50005});
+    field.follow({49990, 50005});
+    EXPECT_EQ(field.shown(), (ValueExtent{49950, 50050})) << "nobody wished it";
+    field.is_fitted = true;
+    field.follow({49990, 50005});
     EXPECT_NEAR(field.shown().least, 49989, 1e-9) << "ten per cent beyond the curve that is farther away";
     EXPECT_NEAR(field.shown().greatest, 50011, 1e-9);
-    field.zoom(2);
-    EXPECT_NEAR(field.shown().greatest, 50022, 1e-9);
     const ValueExtent before = field.shown();
-    field.fit({});
+    field.follow({});
     EXPECT_EQ(field.shown(), before) << "no value in view";
+    field.zoom(2);
+    field.follow({49990, 50005});
+    EXPECT_NEAR(field.shown().greatest, 50022, 1e-9) << "the operator's zoom holds";
 
-    ValueAxis gradient{true, 10, 3, 1};
-    gradient.fit({2, 20});
+    ValueAxis gradient{true, 10, 3, 1, true};
+    gradient.follow({2, 20});
     EXPECT_EQ(gradient.shown().least, 0);
     EXPECT_NEAR(gradient.shown().greatest, 22, 1e-9);
-    gradient.fit({0, 0});
+    gradient.follow({0, 0});
     EXPECT_NEAR(gradient.shown().greatest, 22, 1e-9) << "nothing to enlarge";
 }
 

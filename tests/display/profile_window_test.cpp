@@ -15,10 +15,11 @@ TestTrack track_of(const std::vector<double>& values) // 10 m from record to rec
     return track;
 }
 
-std::vector<double> curve_values(const TestTrack& track, const DistanceRange& range, int most_points)
+std::vector<double> curve_values(const TestTrack& track, const DistanceRange& range, int most_points,
+                                 const SurveyLines& lines = {})
 {
     ProfileCurve curve;
-    profile_curve(track.scene().track, track.values.data(), track.count(), range, most_points, curve);
+    profile_curve(track.scene().track, lines, track.values.data(), track.count(), range, most_points, curve);
     for (double& value : curve.value) value = std::isnan(value) ? kNull : value;
     return curve.value;
 }
@@ -43,6 +44,15 @@ TEST(ProfileCurve, HoldsTheStretchAndOneRecordToEitherSide)
                           {"empty range", {25, 25}, 100, {3, kNull}}};
     for (const Case& c : cases) EXPECT_EQ(curve_values(track, c.range, c.most_points), c.values) << c.label;
     EXPECT_TRUE(curve_values(track_of({}), {0, 50}, 100).empty());
+
+    SurveyLines lines;
+    lines.CurrentLine = 2;
+    lines.LineLimits.reserve(2);
+    lines.LineLimits[1] = {0, 1, 2, 2};
+    lines.LineLimits[2] = {0, 3, 6, 4};
+    EXPECT_EQ(curve_values(track, {0, 50}, 100, lines), (std::vector<double>{1, 2, kNull, 3, kNull, 5, 6}));
+    EXPECT_EQ(curve_values(track, {0, 50}, 4, lines), (std::vector<double>{1, 2, kNull, 3, 5, 6}))
+        << "no group goes over the end of a line";
 }
 
 TEST(ProfileCurve, ThinningKeepsEveryPeakInItsPlace)
@@ -52,7 +62,7 @@ TEST(ProfileCurve, ThinningKeepsEveryPeakInItsPlace)
     values[501] = -99;
     const TestTrack track = track_of(values);
     ProfileCurve curve;
-    profile_curve(track.scene().track, track.values.data(), track.count(), {0, 1e6}, 50, curve);
+    profile_curve(track.scene().track, {}, track.values.data(), track.count(), {0, 1e6}, 50, curve);
     EXPECT_LE(curve.value.size(), 50U);
     const auto peak = std::find(curve.value.begin(), curve.value.end(), 99.0);
     ASSERT_NE(peak, curve.value.end());
