@@ -129,6 +129,7 @@ TEST_F(LoadedWindowTest, PlayMovesAlongTheTrackToItsEnd)
     auto& pan = control<QScrollBar>("HScroll_pan");
     click("Command_play_track");
     ASSERT_TRUE(eventually([&] { return pan.value() > 10; }));
+    window.view().choose_zoom(QStringLiteral("500%"), 1);
     auto& zoom = *control<QComboBox>("Combo_zoom").lineEdit();
     zoom.setFocus();
     zoom.selectAll();
