@@ -54,13 +54,19 @@ private:
     std::vector<char> taken_;
 };
 
-std::array<LabelBox, 4> places_beside(const LabelWish& wish, int mark_radius)
+// Beside the mark first, above or below the lines of a crosshair on it.
+std::array<LabelBox, 6> places_beside(const LabelWish& wish, int mark_radius)
 {
     const int gap = mark_radius + kCell; // the cells that the mark takes end before it
     const int middle_left = wish.x - wish.width / 2;
-    const int middle_top = wish.y - wish.height / 2;
-    return {{{wish.x + gap, middle_top, wish.width, wish.height},
-             {wish.x - gap - wish.width, middle_top, wish.width, wish.height},
+    const int right = wish.x + gap;
+    const int left = wish.x - gap - wish.width;
+    const int above = wish.y - 1 - wish.height;
+    const int below = wish.y + 2;
+    return {{{right, above, wish.width, wish.height},
+             {right, below, wish.width, wish.height},
+             {left, above, wish.width, wish.height},
+             {left, below, wish.width, wish.height},
              {middle_left, wish.y - gap - wish.height, wish.width, wish.height},
              {middle_left, wish.y + gap, wish.width, wish.height}}};
 }

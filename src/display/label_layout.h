@@ -25,8 +25,8 @@ struct LabelWish {
     bool comes_first = false; // it is placed before all others
 };
 
-// Where the names go so that none covers another one or a mark: to the right of the mark, else to its left, above or
-// below it, inside of the area. A name for which there is no room is left out; the marks stay. In the order of the
+// Where the names go so that none covers another one or a mark: to the right of the mark, else to its left, over or
+// under it, inside of the area. A name for which there is no room is left out; the marks stay. In the order of the
 // wishes. mark_radius: half the size of a mark, which keeps a pixel's distance.
 std::vector<std::optional<LabelBox>> arrange_labels(std::span<const LabelWish> wishes, int area_width, int area_height,
                                                     int mark_radius);

@@ -18,9 +18,11 @@ TEST(LabelLayout, ANameStandsToTheRightOrWhereThereIsRoom)
         LabelWish wish;
         std::optional<LabelBox> place;
     };
-    const Case cases[] = {{"right", {50, 50, 30, 10}, LabelBox{59, 45, 30, 10}},
-                          {"right edge", {90, 50, 30, 10}, LabelBox{51, 45, 30, 10}},
-                          {"just inside", {61, 50, 30, 10}, LabelBox{70, 45, 30, 10}},
+    const Case cases[] = {{"right", {50, 50, 30, 10}, LabelBox{59, 39, 30, 10}},
+                          {"top", {50, 10, 30, 10}, LabelBox{59, 12, 30, 10}},
+                          {"right edge", {90, 50, 30, 10}, LabelBox{51, 39, 30, 10}},
+                          {"right edge at the top", {90, 10, 30, 10}, LabelBox{51, 12, 30, 10}},
+                          {"just inside", {61, 50, 30, 10}, LabelBox{70, 39, 30, 10}},
                           {"no room beside", {50, 50, 80, 10}, LabelBox{10, 31, 80, 10}},
                           {"no room above either", {50, 15, 80, 10}, LabelBox{10, 24, 80, 10}},
                           {"too wide", {50, 50, 101, 10}, std::nullopt}};
@@ -45,7 +47,7 @@ TEST(LabelLayout, CrowdedNamesCoverNeitherEachOtherNorAMark)
     }
     EXPECT_LT(shown, 100U);
     // The one that comes first has the first choice, though it stands last.
-    const LabelWish rivals[] = {{50, 5, 40, 8, false}, {50, 5, 40, 8, true}};
+    const LabelWish rivals[] = {{50, 10, 40, 8, false}, {50, 10, 40, 8, true}};
     const auto rival_places = arrange_labels(rivals, 100, 11, 2);
     EXPECT_EQ(rival_places[1], (LabelBox{56, 1, 40, 8}));
     EXPECT_EQ(rival_places[0], (LabelBox{4, 1, 40, 8}));
