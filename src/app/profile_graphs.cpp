@@ -127,6 +127,7 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
         stretch_.centre();
         refresh();
     });
+    connect(plot_, &QCustomPlot::afterLayout, this, &ProfileGraphs::label_vertical_plot);
     connect(plot_, &QCustomPlot::mouseWheel, this, &ProfileGraphs::turn_wheel);
     connect(plot_, &QCustomPlot::mousePress, this, &ProfileGraphs::press);
     connect(plot_, &QCustomPlot::mouseMove, this, &ProfileGraphs::move);
@@ -316,13 +317,21 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
         const ValueExtent extent = set_curve(plot, *plot.graphs[at], values.data(), store.RecordCount);
         if (at == 0) plot.values.middle = extent.middle();
     }
-    QCPAxis& axis = *plot.rect->axis(QCPAxis::atLeft);
     const bool is_elevation = slots_shown.size() == 1 && slots_shown[0] == kElevation;
-    const QString label = is_elevation ? tr("elevation, m") : tr("depth, m");
-    const bool has_room = QFontMetrics(axis.labelFont()).horizontalAdvance(label) <= plot.rect->height();
-    axis.setLabel(has_room ? label : tr("m"));
+    vertical_label_ = is_elevation ? tr("elevation, m") : tr("depth, m");
     plot.values.range = view_.survey().display_settings.elevation_max_range;
     show_values(plot, plot.values.range / 4);
+}
+
+// As soon as the heights are known that are drawn.
+void ProfileGraphs::label_vertical_plot()
+{
+    const QCPAxisRect& rect = *plots_[kVertical].rect;
+    QCPAxis& axis = *rect.axis(QCPAxis::atLeft);
+    constexpr int kOverhang = 8; // into the margins above and below, pixels
+    const int width = QFontMetrics(axis.labelFont()).horizontalAdvance(vertical_label_);
+    const bool has_room = width <= rect.height() + kOverhang;
+    axis.setLabel(has_room ? vertical_label_ : tr("m"));
 }
 
 void ProfileGraphs::show_values(Plot& plot, double tick_step)

@@ -63,6 +63,7 @@ private:
     void fit_graphs(Plot& plot, std::size_t count);
     void fill_sensor_plot(Plot& plot, PlotIndex which);
     void fill_vertical_plot(Plot& plot);
+    void label_vertical_plot();
     ValueExtent set_curve(Plot& plot, QCPGraph& graph, const double* values, std::int32_t count);
     static void show_values(Plot& plot, double tick_step);
     void go_back();
@@ -84,6 +85,7 @@ private:
     std::function<bool(int)> is_shown_;
     ProfileCurve curve_; // kept for its memory
     ProfileStretch stretch_;
+    QString vertical_label_; // where there is room for it
     bool pressed_ = false;
     bool dragged_ = false;
     double pressed_x_ = 0;

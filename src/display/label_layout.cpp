@@ -54,11 +54,12 @@ private:
     std::vector<char> taken_;
 };
 
-// Beside the mark first, above or below the lines of a crosshair on it.
-std::array<LabelBox, 6> places_beside(const LabelWish& wish, int mark_radius)
+// Beside the mark first, and there above or below the line of a crosshair on it where the area has rows enough.
+std::array<LabelBox, 8> places_beside(const LabelWish& wish, int mark_radius)
 {
     const int gap = mark_radius + kCell; // the cells that the mark takes end before it
     const int middle_left = wish.x - wish.width / 2;
+    const int middle_top = wish.y - wish.height / 2;
     const int right = wish.x + gap;
     const int left = wish.x - gap - wish.width;
     const int above = wish.y - 1 - wish.height;
@@ -67,6 +68,8 @@ std::array<LabelBox, 6> places_beside(const LabelWish& wish, int mark_radius)
              {right, below, wish.width, wish.height},
              {left, above, wish.width, wish.height},
              {left, below, wish.width, wish.height},
+             {right, middle_top, wish.width, wish.height},
+             {left, middle_top, wish.width, wish.height},
              {middle_left, wish.y - gap - wish.height, wish.width, wish.height},
              {middle_left, wish.y + gap, wish.width, wish.height}}};
 }

@@ -47,7 +47,7 @@ TEST(LabelLayout, CrowdedNamesCoverNeitherEachOtherNorAMark)
     }
     EXPECT_LT(shown, 100U);
     // The one that comes first has the first choice, though it stands last.
-    const LabelWish rivals[] = {{50, 10, 40, 8, false}, {50, 10, 40, 8, true}};
+    const LabelWish rivals[] = {{50, 5, 40, 8, false}, {50, 5, 40, 8, true}}; // in one row, as over the graphs
     const auto rival_places = arrange_labels(rivals, 100, 11, 2);
     EXPECT_EQ(rival_places[1], (LabelBox{56, 1, 40, 8}));
     EXPECT_EQ(rival_places[0], (LabelBox{4, 1, 40, 8}));
