@@ -66,6 +66,8 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
 MainWindow::~MainWindow()
 {
     delete pick_list_; // before what it shows
+    // A text box that loses the keyboard while the window is taken apart would act on what is gone.
+    if (QWidget* const box = focusWidget()) box->clearFocus();
 }
 
 void MainWindow::open_file(const std::string& file_name, const std::optional<std::string>& header_line)
