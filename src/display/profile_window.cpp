@@ -54,6 +54,14 @@ void add_group(const TrackTable& track, const double* values, const Records& gro
     if (later != earlier) add_point(curve, track.distance[later], values[later]);
 }
 
+// The last record of a record's survey line; `last` for one that is in none yet.
+std::int32_t end_of_line(const SurveyLines& lines, std::int32_t record, std::int32_t last)
+{
+    if (lines.CurrentLine < 1) return last;
+    const std::int32_t end = lines.last_record(line_of_record(lines, record));
+    return end < record ? last : end;
+}
+
 } // namespace
 
 DistanceRange distance_range_about(const TrackTable& track, std::int32_t record, float axis_length)
@@ -81,13 +89,10 @@ void profile_curve(const TrackTable& track, const SurveyLines& lines, const doub
     // Two points stand for a group.
     const std::int32_t group_size = count <= most_points ? 1 : (2 * count + most_points - 1) / most_points;
     for (Records group{shown.first, 0}; group.first <= shown.last; group.first = group.last + 1) {
-        const std::int32_t end_of_line =
-            lines.CurrentLine > 0 ? lines.last_record(line_of_record(lines, group.first)) : shown.last;
-        group.last = std::min({group.first + group_size - 1, end_of_line, shown.last});
+        const std::int32_t line_end = end_of_line(lines, group.first, shown.last);
+        group.last = std::min({group.first + group_size - 1, line_end, shown.last});
         add_group(track, values, group, curve);
-        if (group.last == end_of_line && group.last < shown.last) {
-            add_point(curve, track.distance[group.last], kNull);
-        }
+        if (group.last == line_end && group.last < shown.last) add_point(curve, track.distance[group.last], kNull);
     }
 }
 

@@ -53,6 +53,9 @@ TEST(ProfileCurve, HoldsTheStretchAndOneRecordToEitherSide)
     EXPECT_EQ(curve_values(track, {0, 50}, 100, lines), (std::vector<double>{1, 2, kNull, 3, kNull, 5, 6}));
     EXPECT_EQ(curve_values(track, {0, 50}, 4, lines), (std::vector<double>{1, 2, kNull, 3, 5, 6}))
         << "no group goes over the end of a line";
+    lines.LineLimits[2] = {0, 3, 4, 2};
+    EXPECT_EQ(curve_values(track, {0, 50}, 100, lines), (std::vector<double>{1, 2, kNull, 3, kNull, kNull, 5, 6}))
+        << "records that no line has yet";
 }
 
 TEST(ProfileCurve, ThinningKeepsEveryPeakInItsPlace)
