@@ -102,6 +102,7 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
     SampleProcessing run;
     start_processing(run, definitions, locations, ProcessingParameters());
     int number = 0;
+    bool fields_counted = false;
     for (const std::string& text : first_lines) {
         PreviewLine& line = preview.lines.emplace_back();
         if (++number < header_line_number) {
@@ -112,6 +113,11 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
         line.kind = PreviewLineKind::header;
         if (number == header_line_number) continue;
         ++preview.data_lines;
+        if (!fields_counted && !trimmed(text).empty()) {
+            fields_counted = true;
+            const std::string warning = field_count_warning(preview.columns, text);
+            if (!warning.empty()) preview.warnings.push_back(warning);
+        }
         const bool accepted = convert_record_fields(run.fields.read(text), run) == 0;
         line.kind = accepted ? PreviewLineKind::data : PreviewLineKind::rejected;
         if (!accepted) ++preview.lines_rejected;
