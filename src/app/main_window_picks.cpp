@@ -48,6 +48,13 @@ void MainWindow::make_pick_menu()
     mark_anomaly_ = add_action(menu, "menu_mark_anomaly", tr("&Mark a pick"), QStringLiteral("M"), [this] {
         monitor_.pick_work.Command_mark_anomaly_location(indexed_track(survey()).track, monitor_.sample_to_mark());
     });
+    const auto show_marking = [this] {
+        const bool has_samples = survey().processing.store.RecordCount > 0;
+        mark_anomaly_->setEnabled(has_samples);
+        picks_->set_marking_enabled(has_samples);
+    };
+    connect(&view_, &SurveyView::values_changed, this, show_marking);
+    show_marking();
     display_pick_list_ = add_action(menu, "menu_display_pick_list", tr("Pick &list..."), QStringLiteral("Ctrl+L"),
                                     [this] { show_pick_list(); });
     add_action(menu, "menu_read_pick_list", tr("&Read a pick list..."), {},

@@ -107,6 +107,11 @@ void PickPanel::stop_moving()
     if (has_focus) shift_->setFocus();
 }
 
+void PickPanel::set_marking_enabled(bool enabled)
+{
+    mark_->setEnabled(enabled);
+}
+
 void PickPanel::set_moving_locked(bool locked)
 {
     moving_locked_ = locked;

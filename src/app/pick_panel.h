@@ -22,6 +22,7 @@ public:
     void show_controls(const PickControls& controls);
     void stop_moving();                  // the mouse button may be let go over another window
     void set_moving_locked(bool locked); // by a run
+    void set_marking_enabled(bool enabled);
 
     QComboBox& pick_choice() { return *picks_; }
 

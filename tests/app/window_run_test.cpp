@@ -26,7 +26,9 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
     const std::string file = write_survey(folder, "a", 5000);
     window.open_file(file);
     EXPECT_EQ(caption(kLoad), QStringLiteral("Start load"));
+    EXPECT_FALSE(control<QAbstractButton>("Command_mark_anomaly_location").isEnabled());
     click(kLoad);
+    EXPECT_TRUE(control<QAbstractButton>("Command_mark_anomaly_location").isEnabled());
     CoreLoad core(file);
     EXPECT_EQ(stored_samples(window.survey().processing), stored_samples(core.monitor.survey.processing));
     EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(), QStringLiteral("5,000 lines, 455 samples"));
