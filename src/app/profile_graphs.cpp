@@ -301,7 +301,7 @@ void ProfileGraphs::fill_sensor_plot(Plot& plot, PlotIndex which)
     show_values(plot, is_gradient ? settings.gradient_tick_spacing : settings.tmi_tick_spacing);
 }
 
-// Depth and elevation in one plot; the first one that the survey has is in its middle.
+// Depth and elevation in one plot.
 void ProfileGraphs::fill_vertical_plot(Plot& plot)
 {
     const SampleStore& store = view_.survey().processing.store;
@@ -311,15 +311,16 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
     }
     fit_graphs(plot, slots_shown.size());
     plot.curves = {};
-    plot.values.middle = 0;
+    ValueExtent first;
     for (std::size_t at = 0; at < slots_shown.size(); ++at) {
         const RecordValues& values = store.channels[static_cast<std::size_t>(slots_shown[at])];
         const ValueExtent extent = set_curve(plot, *plot.graphs[at], values.data(), store.RecordCount);
-        if (at == 0) plot.values.middle = extent.middle();
+        if (at == 0) first = extent;
     }
     const bool is_elevation = slots_shown.size() == 1 && slots_shown[0] == kElevation;
     vertical_label_ = is_elevation ? tr("elevation, m") : tr("depth, m");
     plot.values.range = view_.survey().display_settings.elevation_max_range;
+    plot.values.middle = middle_of_curves(first, plot.curves, plot.values.range);
     show_values(plot, plot.values.range / 4);
 }
 

@@ -54,6 +54,12 @@ void ValueAxis::follow(const ValueExtent& curves)
     if (needed > 0) factor = limited_factor(kAir * needed / range);
 }
 
+double middle_of_curves(const ValueExtent& first, const ValueExtent& all, double range)
+{
+    const bool has_room = !all.is_empty() && all.greatest - all.least <= range;
+    return has_room ? all.middle() : first.middle();
+}
+
 double readable_tick_step(double wanted, double range, int most_steps)
 {
     constexpr double kFewestSteps = 2;

@@ -34,6 +34,9 @@ struct ValueAxis {
     void follow(const ValueExtent& curves); // fits it to them where it is to be; without values it stays
 };
 
+// Where the middle of an axis shows all of its curves, if its range is long enough for them, and else the first one.
+double middle_of_curves(const ValueExtent& first, const ValueExtent& all, double range);
+
 // The wanted step from tick to tick of an axis, or a round one where the axis shows so little or so much that there
 // were too few ticks, or more than it has room for. range: length of the axis in its units, above 0. wanted: 0 for
 // none.

@@ -65,6 +65,10 @@ TEST(ProfileAxes, ValuesLieAboutTheMiddleOrFromZeroAndFitTheCurves)
     field.follow({49990, 50005});
     EXPECT_NEAR(field.shown().greatest, 50022, 1e-9) << "the operator's zoom holds";
 
+    EXPECT_EQ(middle_of_curves({-5, -4}, {-5, 6}, 20), 0.5) << "depth and altitude in view";
+    EXPECT_EQ(middle_of_curves({-5, -4}, {-5, 46}, 20), -4.5) << "the first of them";
+    EXPECT_EQ(middle_of_curves({}, {}, 20), 0);
+
     ValueAxis gradient{true, 10, 3, 1, true};
     gradient.follow({2, 20});
     EXPECT_EQ(gradient.shown().least, 0);
