@@ -1,6 +1,6 @@
 #include "app/profile_graphs.h"
 
-#include "app/pick_lines.h"
+#include "app/pick_lines_item.h"
 #include "app/sensor_colours.h"
 #include "app/texts.h"
 #include "text/numbers.h"
@@ -15,7 +15,6 @@
 #include <qcustomplot.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace tarvo {
 
@@ -33,41 +32,6 @@ void set_step(QCPAxis& axis, double step)
 }
 
 } // namespace
-
-// The picks over one of the plots.
-class PickLinesItem : public QCPAbstractItem {
-public:
-    PickLinesItem(QCustomPlot* plot, QCPAxisRect* rect, const SurveyState& survey, bool has_names)
-        : QCPAbstractItem(plot), rect_(*rect), survey_(survey), has_names_(has_names)
-    {
-        setClipAxisRect(rect);
-        setAntialiased(false); // lines of one pixel
-    }
-
-    PickLineColours colours;
-
-    std::vector<PickLine> lines() const
-    {
-        const QCPRange range = rect_.axis(QCPAxis::atBottom)->range();
-        return pick_lines(survey_, {range.lower, range.upper}, rect_.left(), rect_.width());
-    }
-
-    // A click is judged by the widget, as over the colour bars.
-    double selectTest(const QPointF&, bool, QVariant*) const override { return -1; }
-
-protected:
-    void draw(QCPPainter* painter) override
-    {
-        const std::vector<PickLine> shown = lines();
-        draw_pick_lines(*painter, rect_.rect(), shown, colours);
-        if (has_names_) draw_pick_line_names(*painter, rect_.rect().adjusted(0, 1, 0, 0), shown, colours);
-    }
-
-private:
-    const QCPAxisRect& rect_;
-    const SurveyState& survey_;
-    bool has_names_;
-};
 
 ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
     : QWidget(parent), view_(view), plot_(new QCustomPlot), length_(new QComboBox), fit_(new QToolButton)
@@ -372,13 +336,6 @@ void ProfileGraphs::set_locked(bool locked)
     fit_->setEnabled(!locked);
 }
 
-// The first click of a double click has made another point current.
-void ProfileGraphs::go_back()
-{
-    if (record_before_click_ > 0) view_.make_current(record_before_click_, Recentre::yes);
-    show_whole_range();
-}
-
 void ProfileGraphs::show_whole_range()
 {
     stretch_ = {};
@@ -387,68 +344,6 @@ void ProfileGraphs::show_whole_range()
         plot.values.is_fitted = false;
     }
     refresh();
-}
-
-ProfileGraphs::Plot* ProfileGraphs::plot_at(const QPointF& position)
-{
-    for (Plot& plot : plots_) {
-        if (plot.rect->outerRect().contains(position.toPoint())) return &plot;
-    }
-    return nullptr;
-}
-
-double ProfileGraphs::distance_at(const QPointF& position) const
-{
-    return plots_[kGradient].rect->axis(QCPAxis::atBottom)->pixelToCoord(position.x());
-}
-
-void ProfileGraphs::turn_wheel(QWheelEvent* event)
-{
-    constexpr double kStepsPerDoubling = 360;
-    const double factor = std::exp2(-event->angleDelta().y() / kStepsPerDoubling);
-    if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        if (Plot* const plot = plot_at(event->position())) plot->values.zoom(factor);
-    } else {
-        stretch_.zoom(view_range(), distance_at(event->position()), factor);
-    }
-    refresh();
-    event->accept();
-}
-
-void ProfileGraphs::press(QMouseEvent* event)
-{
-    if (event->button() != Qt::LeftButton) return;
-    pressed_ = true;
-    dragged_ = false;
-    pressed_x_ = last_x_ = event->position().x();
-}
-
-void ProfileGraphs::move(QMouseEvent* event)
-{
-    if (!pressed_) return;
-    const double x = event->position().x();
-    dragged_ |= std::abs(x - pressed_x_) >= QApplication::startDragDistance();
-    if (!dragged_) return;
-    stretch_.move(distance_at({last_x_, 0}) - distance_at({x, 0}));
-    last_x_ = x;
-    refresh();
-}
-
-void ProfileGraphs::release(QMouseEvent* event)
-{
-    if (event->button() != Qt::LeftButton || !pressed_) return;
-    pressed_ = false;
-    record_before_click_ = 0;
-    if (dragged_) return;
-    record_before_click_ = view_.survey().track_image.current_record;
-    if (const std::int32_t pick = pick_at_x(plots_[kGradient].picks->lines(), event->position().x()); pick > 0) {
-        emit pick_clicked(pick);
-        return;
-    }
-    const TrackTable track = track_table(view_.survey().processing.store);
-    const std::int32_t record =
-        calculate_track_index_from_distance(track, distance_at(event->position()), 1, view_.op());
-    if (record > 0) view_.make_current(record, Recentre::yes);
 }
 
 } // namespace tarvo
