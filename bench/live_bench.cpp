@@ -92,7 +92,7 @@ int send_survey(const std::string& file, double rate)
     const HeaderColumns columns = header_columns_of(reading.header);
     FileLines lines(std::move(reading.stream));
     PipeClient pipe(kPipeName);
-    while (pipe.connect()) std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    while (!pipe.connect()) std::this_thread::sleep_for(std::chrono::milliseconds(100));
     for (const std::string& request : definition_requests(portable_survey(columns, definitions))) {
         if (reply_to(pipe, request) != "OK") return 1;
     }

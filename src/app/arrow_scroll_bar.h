@@ -1,11 +1,12 @@
 #pragma once
 
+#include <QKeyEvent>
 #include <QScrollBar>
 
 namespace tarvo {
 
-// A scroll bar along the track whose arrow keys go where they point. The toolkit's take the sense of the wheel, in
-// which the right one goes back.
+// A scroll bar along the track whose Left and Right go where they point. The toolkit's take the sense of the wheel, in
+// which Right goes back.
 class ArrowScrollBar : public QScrollBar {
 public:
     ArrowScrollBar() : QScrollBar(Qt::Horizontal) {}
@@ -13,7 +14,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override
     {
-        setInvertedControls(false);
+        setInvertedControls(event->key() != Qt::Key_Left && event->key() != Qt::Key_Right);
         QScrollBar::keyPressEvent(event);
         setInvertedControls(true);
     }

@@ -1,5 +1,6 @@
 #include "app/header_box.h"
 
+#include "app/elided_label.h"
 #include "app/texts.h"
 #include "intake/column_report.h"
 
@@ -7,31 +8,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 
 namespace tarvo {
-
-namespace {
-
-// One line that ends in an ellipsis where there is no room for all of it; the tooltip has it whole.
-class ElidedLabel : public QLabel {
-public:
-    ElidedLabel()
-    {
-        setTextFormat(Qt::PlainText);
-        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        painter.drawText(contentsRect(), Qt::AlignLeft | Qt::AlignVCenter,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
-    }
-};
-
-} // namespace
 
 HeaderBox::HeaderBox(QWidget* parent)
     : QWidget(parent), file_name_(new QLabel), header_line_(new QLineEdit), columns_(new ElidedLabel)
@@ -64,7 +42,7 @@ void HeaderBox::show_survey(const SurveyState& survey)
 {
     const QString file_name = to_qt(survey.data_file_name);
     file_name_->setText(file_name.isEmpty() ? tr("No data file") : QFileInfo(file_name).fileName());
-    file_name_->setToolTip(file_name);
+    file_name_->setToolTip(plain_tip(file_name));
     header_line_->setText(survey.header_line_text ? to_qt(*survey.header_line_text)
                                                   : QString::number(survey.header_line_number));
     if (survey.header_columns.count() == 0) {
@@ -79,9 +57,9 @@ void HeaderBox::show_survey(const SurveyState& survey)
     columns_->setText(missing.isEmpty() ? found_line : tr("Missing: %1.  %2").arg(missing, found_line));
     QStringList names;
     for (const std::string& name : survey.header_columns.names()) names += to_qt(name);
-    columns_->setToolTip(columns_->text() + QStringLiteral("\n\n") +
-                         tr("The file has %n column(s): ", nullptr, survey.header_columns.count()) +
-                         names.join(QStringLiteral(", ")));
+    columns_->setToolTip(plain_tip(columns_->text() + QStringLiteral("\n\n") +
+                                   tr("The file has %n column(s): ", nullptr, survey.header_columns.count()) +
+                                   names.join(QStringLiteral(", "))));
 }
 
 void HeaderBox::set_locked(bool locked)

@@ -75,7 +75,7 @@ void show_shortcuts_page(QWidget* window)
          {"F5", "Load the file"},
          {"F6", "Replay the file"},
          {"Space", "Pause or resume the run"},
-         {"Esc", "Stop the run"},
+         {"Esc", "Stop the run, halt the play"},
          {"Ctrl+P", "Play along the track, halt"},
          {"Wheel", "Zoom about the pointer"},
          {"+  and  -", "Zoom about the middle of the track"},

@@ -1,5 +1,7 @@
 #include "app/hint_bar.h"
 
+#include "app/texts.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -38,7 +40,7 @@ void HintBar::show_hint(const QString& name, const QString& text, const Action& 
     auto* const label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    label->setToolTip(text);
+    label->setToolTip(plain_tip(text));
     label->setForegroundRole(QPalette::ToolTipText);
     auto* const icon = new QLabel;
     const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);

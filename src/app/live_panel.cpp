@@ -108,7 +108,7 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
     layout->addLayout(row);
     layout->addWidget(echo_);
 
-    connect(button_, &QPushButton::clicked, this, &LivePanel::pressed);
+    connect(button_, &QPushButton::clicked, this, &LivePanel::press);
     connect(echo_switch_, &QToolButton::toggled, this, &LivePanel::show_echo_box);
     connect(record_, &QAction::toggled, this, [this](bool wanted) {
         settings_.write(kSettingsApplication, kSettingsSection, "RecordLive", wanted ? "1" : "0");
@@ -131,8 +131,9 @@ void LivePanel::add_actions(QMenu& file_menu)
 
 void LivePanel::press()
 {
+    emit pressed();
     if (!requests_.is_listening()) take_recording_choice(); // the last folder may be another by now
-    requests_.Command_UDP_receive();
+    if (!requests_.Command_UDP_receive()) emit postponed();
     show_echo_box();
     show_status();
     if (requests_.is_listening()) status_timer_.start(kStatusInterval);
@@ -169,7 +170,7 @@ void LivePanel::show_status()
     const LiveRecording& recording = requests_.recording();
     const QString file = to_qt(recording.data_file_name());
     recording_->setText(recording.is_active() ? tr("Recording %1").arg(QFileInfo(file).fileName()) : QString());
-    recording_->setToolTip(recording.is_active() ? file : QString());
+    recording_->setToolTip(recording.is_active() ? plain_tip(file) : QString());
     if (!requests_.is_listening()) status_timer_.stop();
 }
 

@@ -53,7 +53,8 @@ public:
     void press(); // what the listen/close button does
 
 signals:
-    void pressed();                                // the listen/close button; press() is left to the window
+    void pressed();                                // the listen/close button, before it acts
+    void postponed();                              // it cannot act before the run that starts or ends has done so
     void status_text_changed(const QString& text); // the sender's own words
 
 private:

@@ -20,6 +20,7 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QMimeData>
+#include <QSignalBlocker>
 #include <QUrl>
 
 namespace tarvo {
@@ -33,8 +34,8 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     setAcceptDrops(true);
     boxes_.before_box = [this] { picks_->stop_moving(); };
     boxes_.take_message = [this](const std::string& text) {
-        if (!monitor_.driver.is_pipe_open()) return false;
-        live_->op().show_message(text); // which waits for nobody: neither does the sender
+        if (!live_->requests().is_handling()) return false;
+        live_->op().show_message(text); // which waits for nobody, as a sender waits for the reply
         return true;
     };
     boxes_.take_warning = [this](WarningAbout about, const std::string& text) { take_warning(about, text); };
@@ -67,7 +68,10 @@ MainWindow::~MainWindow()
 {
     delete pick_list_; // before what it shows
     // A text box that loses the keyboard while the window is taken apart would act on what is gone.
-    if (QWidget* const box = focusWidget()) box->clearFocus();
+    if (QWidget* const box = focusWidget()) {
+        const QSignalBlocker quiet(box);
+        box->clearFocus();
+    }
 }
 
 void MainWindow::open_file(const std::string& file_name, const std::optional<std::string>& header_line)
@@ -193,6 +197,7 @@ void MainWindow::keep_settings()
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore();
+    track_->track().setFocus(); // what was being typed is taken before it is kept
     // Not from within this event: a close in a close is passed over.
     const auto close_later = [this] { QTimer::singleShot(0, this, &QWidget::close); };
     const bool is_live = live_->requests().is_listening();

@@ -2,6 +2,7 @@
 
 #include "app/colour_bar_panel.h"
 #include "app/dial_panel.h"
+#include "app/elided_label.h"
 #include "app/header_box.h"
 #include "app/help_pages.h"
 #include "app/hint_bar.h"
@@ -106,28 +107,23 @@ void MainWindow::make_panels()
     pointed_->setObjectName(QStringLiteral("Label_pointed"));
     pointed_->setTextFormat(Qt::PlainText);
     pointed_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    statusBar()->addWidget(pointed_, 1);
-    sender_text_ = new QLabel;
+    statusBar()->addWidget(pointed_, 2);
+    sender_text_ = new ElidedLabel;
     sender_text_->setObjectName(QStringLiteral("Label_sender_text"));
-    sender_text_->setTextFormat(Qt::PlainText);
-    statusBar()->addPermanentWidget(sender_text_);
+    sender_text_->hide();
+    statusBar()->addPermanentWidget(sender_text_, 1);
 
     connect(run_bar_, &RunBar::start_pressed, this, &MainWindow::press_start);
     connect(run_bar_, &RunBar::speed_changed, this,
             [this](int position) { monitor_.driver.HScroll_speed_change(position); });
     connect(live_, &LivePanel::pressed, this, [this] {
         if (wait_loop_ != nullptr) wait_loop_->quit();
-        const LoggingDriver& driver = monitor_.driver;
-        if (driver.is_starting() || driver.is_finishing()) {
-            when_idle([this] { live_->press(); });
-        } else {
-            live_->press();
-        }
     });
+    connect(live_, &LivePanel::postponed, this, [this] { when_idle([this] { live_->press(); }); });
     connect(live_, &LivePanel::status_text_changed, this, [this](const QString& text) {
-        constexpr int kShareOfWindow = 3; // one part in so many: the readings need the rest
-        sender_text_->setText(sender_text_->fontMetrics().elidedText(text, Qt::ElideRight, width() / kShareOfWindow));
-        sender_text_->setToolTip(text);
+        sender_text_->setText(text);
+        sender_text_->setToolTip(plain_tip(text));
+        sender_text_->setVisible(!text.isEmpty());
     });
     connect(header_, &HeaderBox::header_line_edited, this, &MainWindow::reread_header);
     connect(bars_, &ColourBarPanel::shown_sensors_changed, graphs_, &ProfileGraphs::refresh);

@@ -137,7 +137,7 @@ void PickListForm::display_pick_list()
     model_.show_list();
     const std::string& file_name = monitor_.survey.picks.pick_file_name;
     file_->setText(file_name.empty() ? tr("No pick file yet") : to_qt(file_name));
-    file_->setToolTip(to_qt(file_name));
+    file_->setToolTip(plain_tip(to_qt(file_name)));
 }
 
 void PickListForm::show_current_pick()

@@ -67,8 +67,8 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
 
     fit_->setObjectName(QStringLiteral("Command_fit_heights"));
     fit_->setText(tr("Fit heights"));
-    fit_->setToolTip(
-        tr("Keeps the heights of the graphs fitted to the curves in view; a double click on them goes back"));
+    fit_->setCheckable(true);
+    fit_->setToolTip(tr("Keeps the heights of the graphs fitted to the curves in view"));
     connect(fit_, &QToolButton::clicked, this, &ProfileGraphs::fit_heights);
 
     auto* const label = new QLabel(tr("Profiles over"));
@@ -208,6 +208,7 @@ void ProfileGraphs::refresh()
     fill_sensor_plot(plots_[kField], kField);
     fill_vertical_plot(plots_[kVertical]);
     place_cursors();
+    fit_->setChecked(std::any_of(plots_.begin(), plots_.end(), [](const Plot& plot) { return plot.values.is_fitted; }));
     plot_->replot(QCustomPlot::rpQueuedReplot);
 }
 
@@ -225,7 +226,7 @@ void ProfileGraphs::fit_graphs(Plot& plot, std::size_t count)
     }
 }
 
-ValueExtent ProfileGraphs::set_curve(Plot& plot, QCPGraph& graph, const double* values, std::int32_t count)
+ValueExtent ProfileGraphs::set_curve(QCPGraph& graph, const double* values, std::int32_t count)
 {
     const SampleProcessing& run = view_.survey().processing;
     profile_curve(track_table(run.store), run.lines, values, count, view_range(), 2 * std::max(plot_->width(), 100),
@@ -235,9 +236,7 @@ ValueExtent ProfileGraphs::set_curve(Plot& plot, QCPGraph& graph, const double* 
         points[static_cast<qsizetype>(at)] = {curve_.distance[at], curve_.value[at]};
     }
     graph.data()->set(points, true);
-    const ValueExtent extent = value_extent(curve_);
-    plot.curves.include(extent);
-    return extent;
+    return value_extent(curve_);
 }
 
 void ProfileGraphs::fill_sensor_plot(Plot& plot, PlotIndex which)
@@ -255,9 +254,9 @@ void ProfileGraphs::fill_sensor_plot(Plot& plot, PlotIndex which)
         graph.setVisible(is_shown);
         if (!is_shown) continue;
         const SensorRecords& records = store.sensors[sensor];
-        const ValueExtent extent = is_gradient
-                                       ? set_curve(plot, graph, records.gradients[0].data(), store.gradient_records)
-                                       : set_curve(plot, graph, records.averages[0].data(), store.RecordCount);
+        const ValueExtent extent = is_gradient ? set_curve(graph, records.gradients[0].data(), store.gradient_records)
+                                               : set_curve(graph, records.averages[0].data(), store.RecordCount);
+        plot.curves.include(extent);
         if (!extent.is_empty()) middles.include(extent.middle());
     }
     plot.values.range = is_gradient ? settings.gradient_max_range : settings.tmi_max_range;
@@ -278,7 +277,8 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
     ValueExtent first;
     for (std::size_t at = 0; at < slots_shown.size(); ++at) {
         const RecordValues& values = store.channels[static_cast<std::size_t>(slots_shown[at])];
-        const ValueExtent extent = set_curve(plot, *plot.graphs[at], values.data(), store.RecordCount);
+        const ValueExtent extent = set_curve(*plot.graphs[at], values.data(), store.RecordCount);
+        plot.curves.include(extent);
         if (at == 0) first = extent;
     }
     const bool is_elevation = slots_shown.size() == 1 && slots_shown[0] == kElevation;
@@ -324,9 +324,12 @@ void ProfileGraphs::place_cursors()
     }
 }
 
-void ProfileGraphs::fit_heights()
+void ProfileGraphs::fit_heights(bool fitted)
 {
-    for (Plot& plot : plots_) plot.values.is_fitted = true;
+    for (Plot& plot : plots_) {
+        plot.values.reset();
+        plot.values.is_fitted = fitted;
+    }
     refresh();
 }
 
@@ -339,10 +342,7 @@ void ProfileGraphs::set_locked(bool locked)
 void ProfileGraphs::show_whole_range()
 {
     stretch_ = {};
-    for (Plot& plot : plots_) {
-        plot.values.factor = 1;
-        plot.values.is_fitted = false;
-    }
+    for (Plot& plot : plots_) plot.values.reset();
     refresh();
 }
 

@@ -35,9 +35,9 @@ public:
 
     void set_locked(bool locked); // its controls, by an open pipe
 
-    void refresh();          // ranges and curves
-    void show_whole_range(); // zoom and pan back to the current point
-    void fit_heights();      // to the curves in view, from now on
+    void refresh();                // ranges and curves
+    void show_whole_range();       // zoom and pan back to the current point
+    void fit_heights(bool fitted); // to the curves in view, from now on
 
 signals:
     void pick_clicked(std::int32_t pick);
@@ -64,7 +64,7 @@ private:
     void fill_sensor_plot(Plot& plot, PlotIndex which);
     void fill_vertical_plot(Plot& plot);
     void label_vertical_plot();
-    ValueExtent set_curve(Plot& plot, QCPGraph& graph, const double* values, std::int32_t count);
+    ValueExtent set_curve(QCPGraph& graph, const double* values, std::int32_t count);
     static void show_values(Plot& plot, double tick_step);
     void go_back();
     void place_cursors();

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPointer>
 
 namespace tarvo {
 
@@ -19,8 +20,9 @@ QWidget* window_in_front(QWidget* window)
 // Some window managers leave the keyboard to nobody when a box over a dialog closes.
 int exec_box(QMessageBox& box)
 {
+    const QPointer<QWidget> active = QApplication::activeWindow();
     const int answer = box.exec();
-    if (box.parentWidget() != nullptr) box.parentWidget()->activateWindow();
+    if (active != nullptr) active->activateWindow();
     return answer;
 }
 

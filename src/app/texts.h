@@ -19,6 +19,13 @@ inline std::string to_utf8(const QString& text)
     return text.toStdString();
 }
 
+// A tooltip of words that are not the program's own: nothing in them is markup.
+inline QString plain_tip(const QString& text)
+{
+    return text.isEmpty() ? QString()
+                          : QStringLiteral("<p style='white-space:pre-wrap'>%1</p>").arg(text.toHtmlEscaped());
+}
+
 // What a field holds that showed a text: as it was to the byte, whatever the toolkit makes of bytes that are no UTF-8,
 // unless the operator has changed it.
 inline std::string edited_text(const QLineEdit& field, const std::string& shown)

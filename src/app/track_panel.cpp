@@ -172,6 +172,15 @@ void TrackPanel::step_along_track()
     pan_->setValue(pan_->value() + std::max(view_.survey().parameters.LoggingScrollStep, 1));
 }
 
+// What is being typed stays until something else has changed the zoom.
+void TrackPanel::show_zoom(float zoom)
+{
+    const bool is_typed = zoom_->lineEdit()->hasFocus() && zoom_->lineEdit()->isModified();
+    const bool is_shown = zoom_of_text(to_utf8(zoom_->currentText())) == zoom;
+    if (!is_shown && (!is_typed || zoom != shown_zoom_)) zoom_->setEditText(to_qt(zoom_text(zoom)));
+    shown_zoom_ = zoom;
+}
+
 void TrackPanel::show_state()
 {
     const SurveyState& survey = view_.survey();
@@ -186,9 +195,7 @@ void TrackPanel::show_state()
     play_->setText(pan_timer_.isActive() ? tr("Halt") : tr("Play"));
     stop_key_->setEnabled(pan_timer_.isActive()); // in a run the key is the run's
     range_->setText(tr("Range %1 nT/m").arg(to_qt(format_fixed(survey.display_settings.gradient_max_range, 1))));
-    if (!zoom_->lineEdit()->hasFocus() || zoom_of_text(to_utf8(zoom_->currentText())) != image.zoomed_view.zoom) {
-        if (!zoom_->lineEdit()->isModified()) zoom_->setEditText(to_qt(zoom_text(image.zoomed_view.zoom)));
-    }
+    show_zoom(image.zoomed_view.zoom);
     const QSignalBlocker quiet(pan_);
     pan_->setEnabled(has_track && !view_.is_running());
     pan_->setMaximum(survey.pan_range.PanMax);

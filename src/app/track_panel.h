@@ -33,6 +33,7 @@ private:
     QToolButton* make_adjuster(int index, int value, const QString& text, const QString& tip);
     void choose_zoom(const QString& text);
     void step_along_track();
+    void show_zoom(float zoom);
 
     SurveyView& view_;
     TrackWidget* track_ = nullptr;
@@ -43,7 +44,8 @@ private:
     QShortcut* stop_key_ = nullptr; // of the play
     QScrollBar* pan_ = nullptr;
     QLabel* range_ = nullptr;
-    QTimer pan_timer_; // Timer_pan_track
+    QTimer pan_timer_;     // Timer_pan_track
+    float shown_zoom_ = 0; // or typed
 };
 
 } // namespace tarvo

@@ -77,7 +77,10 @@ void TrackWidget::paintEvent(QPaintEvent*)
 // A click shows where it went; who comes by the Tab key is to see that the keys are the track's now.
 void TrackWidget::focusInEvent(QFocusEvent* event)
 {
-    shows_focus_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    const Qt::FocusReason reason = event->reason();
+    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+        shows_focus_ = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+    }
     QWidget::focusInEvent(event);
 }
 

@@ -56,8 +56,8 @@ void ValueAxis::follow(const ValueExtent& curves)
 
 double middle_of_curves(const ValueExtent& first, const ValueExtent& all, double range)
 {
-    const bool has_room = !all.is_empty() && all.greatest - all.least <= range;
-    return has_room ? all.middle() : first.middle();
+    const bool has_room = all.greatest - all.least <= range;
+    return has_room || first.is_empty() ? all.middle() : first.middle();
 }
 
 double readable_tick_step(double wanted, double range, int most_steps)

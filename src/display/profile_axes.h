@@ -31,6 +31,7 @@ struct ValueAxis {
 
     ValueExtent shown() const;
     void zoom(double by);
+    void reset() { factor = 1, is_fitted = false; }
     void follow(const ValueExtent& curves); // fits it to them where it is to be; without values it stays
 };
 

@@ -178,8 +178,9 @@ void apply_scales(std::string_view payload, SurveyDefinitions& definitions)
 {
     set_scale(definitions.coordinate_scale, next_token(payload));
     set_scale(definitions.depth_scale, next_token(payload));
-    const std::int32_t sign = whole_number(next_token(payload)).value_or(-1);
-    if (sign == 0 || sign == 1) definitions.flip_depth_sign = sign;
+    // As from a file, where the last digit of an old one's scale may stand in for the sign: whatever is not 1 is no
+    // flip.
+    if (const auto sign = whole_number(next_token(payload))) definitions.flip_depth_sign = *sign == 1 ? 1 : 0;
 }
 
 void apply_field_names(std::string_view payload, SurveyDefinitions& definitions)
@@ -239,6 +240,9 @@ std::vector<std::string> definition_requests(const PortableSurvey& survey)
     if (definitions.number_of_sensors > kMostLiveSensors) {
         throw std::runtime_error("a live survey can have " + std::to_string(kMostLiveSensors) +
                                  " sensors, this one has " + std::to_string(definitions.number_of_sensors));
+    }
+    if (!(definitions.coordinate_scale > 0 && definitions.depth_scale > 0)) {
+        throw std::runtime_error("the data scales of a live survey must be greater than 0");
     }
     std::vector<std::string> requests = {header_request(survey.columns)};
     if (requests[0].size() > kLongestRequest) {

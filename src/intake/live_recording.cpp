@@ -154,7 +154,7 @@ private:
         lock.lock();
         if (!written) {
             fail(reason);
-        } else if (space < kLittleDiskSpace && !space_warned_) {
+        } else if (!failed_ && space < kLittleDiskSpace && !space_warned_) {
             space_warned_ = true;
             warning_ = "Only " + std::to_string(space >> 20) + " MB are left on the disk of " + file_name_;
         }
@@ -215,6 +215,11 @@ void LiveRecording::append(std::string_view data_line)
 void LiveRecording::finish()
 {
     if (!writer_) return;
+    if (writer_->has_failed()) { // its disk may never answer
+        keep_warning(writer_->take_warning());
+        std::thread([writer = std::move(writer_)]() mutable { writer.reset(); }).detach();
+        return;
+    }
     writer_->finish();
     keep_warning(writer_->take_warning());
     writer_.reset();

@@ -81,14 +81,15 @@ LiveRequests::LiveRequests(SurveyState& survey, LoggingDriver& driver, Operator&
 {
 }
 
-void LiveRequests::Command_UDP_receive()
+bool LiveRequests::Command_UDP_receive()
 {
     if (handling_) {
         button_pressed_ = true;
-        return;
+        return true;
     }
-    if (driver_.is_starting() || driver_.is_finishing()) return;
+    if (driver_.is_starting() || driver_.is_finishing()) return false;
     listening_ ? close_pipe() : open_pipe();
+    return true;
 }
 
 void LiveRequests::open_pipe()

@@ -68,8 +68,9 @@ public:
     LiveRequests(SurveyState& survey, LoggingDriver& driver, Operator& op, PipeEndpoint& endpoint, LiveDisplay& display,
                  std::function<LiveClock::time_point()> clock = LiveClock::now);
 
-    // Starts or ends listening. A press while a request is handled waits until that is done.
-    void Command_UDP_receive();
+    // Starts or ends listening. A press while a request is handled waits until that is done. False: a run is just being
+    // started or finished, the press is to come again when that is over.
+    bool Command_UDP_receive();
 
     // The reply to one request. Never to be called while another is handled.
     std::string handle_request(std::span<const std::byte> request);
@@ -79,6 +80,7 @@ public:
 
     LiveStatus status();
     bool is_listening() const { return listening_; }
+    bool is_handling() const { return handling_; } // a request, further up the call stack
     const LiveRecording& recording() const { return recording_; }
 
     // To be called some times a second: tells what the recording cannot wait to tell.

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cerrno>
+#include <system_error>
 
 namespace tarvo {
 
@@ -17,14 +18,15 @@ bool may_come_later(int error_number)
 
 } // namespace
 
-std::optional<std::system_error> PipeClient::connect()
+bool PipeClient::connect()
 {
     hang_up();
     try {
         socket_ = connect_to(pipe_path(pipe_name_));
-        return std::nullopt;
+        return true;
     } catch (const std::system_error& fault) {
-        return fault;
+        fault_ = fault.what();
+        return false;
     }
 }
 

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 namespace tarvo {
 
@@ -14,8 +13,8 @@ class PipeClient {
 public:
     explicit PipeClient(std::string pipe_name) : pipe_name_(std::move(pipe_name)) {}
 
-    // nullopt: connected. Else why not; ENOENT and ECONNREFUSED: nobody listens.
-    std::optional<std::system_error> connect();
+    bool connect();                                     // false: nobody takes it, see fault()
+    const std::string& fault() const { return fault_; } // of the last attempt, which names the pipe's path
     void hang_up();
     bool is_connected() const { return socket_.is_open(); }
 
@@ -30,6 +29,7 @@ public:
 
 private:
     std::string pipe_name_;
+    std::string fault_;
     Descriptor socket_;
     std::string unsent_;
     std::string received_;

@@ -10,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <system_error>
+#include <thread>
 
 namespace tarvo {
 
@@ -120,6 +121,7 @@ bool PipeServer::turn_away_client()
     const bool was_there = client.is_open();
     client.reset();
     reserve_ = reserve_descriptor();
+    if (!was_there) std::this_thread::sleep_for(std::chrono::milliseconds(10)); // the client asks again without end
     return was_there;
 }
 

@@ -1,6 +1,5 @@
 #include "tools/forward_options.h"
 
-#include "text/numbers.h"
 #include "tools/option_table.h"
 
 #include <cstdint>
@@ -30,15 +29,6 @@ Exit status: 0 done or ended with Ctrl-C, 1 failed, 2 wrong usage.
 
 namespace {
 
-double rate_of(const std::string& text)
-{
-    constexpr double kLowestRate = 1e-6; // the clock counts in nanoseconds
-    const std::optional<double> rate = numeric_value(text);
-    if (!rate || *rate < kLowestRate)
-        throw UsageError("a number of lines per second was expected, found \"" + text + '"');
-    return *rate;
-}
-
 void check_completeness(const ForwardOptions& options)
 {
     if (options.data_file.empty() == !options.udp_port) throw UsageError("either --file or --udp was expected");
@@ -57,7 +47,7 @@ ForwardOptions read_forward_options(std::span<const char* const> arguments)
     table.switches = {{"--help", set(options.help)}, {"--version", set(options.version)}};
     table.values = {{"--definitions", text_into(options.definitions_file)},
                     {"--file", text_into(options.data_file)},
-                    {"--rate", [&](const std::string& text) { options.rate = rate_of(text); }},
+                    {"--rate", number_into<double>(options.rate, 0.001, 1'000'000)},
                     {"--header-line", number_into<int>(options.header_line, 1, INT32_MAX)},
                     {"--udp", number_into<int>(options.udp_port, 1, 65535)},
                     {"--bind", text_into(options.address)},

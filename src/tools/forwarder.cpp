@@ -44,13 +44,12 @@ bool Forwarder::connect_when_possible()
 {
     std::string said;
     while (!stopped_) {
-        const std::optional<std::system_error> fault = pipe_.connect();
-        if (!fault) {
+        if (pipe_.connect()) {
             was_answered_ = false;
             say_("Connected to the monitor");
             return true;
         }
-        const std::string waiting = kWaiting + std::string(" (") + fault->what() + ')';
+        const std::string waiting = kWaiting + (" (" + pipe_.fault() + ')');
         if (waiting != said) say_(waiting);
         said = waiting;
         pause_before_retry();

@@ -1,6 +1,7 @@
 #include "app/definitions_form.h"
 #include "app/main_window.h"
 #include "app/processing_form.h"
+#include "app/qt_operator.h"
 #include "app/texts.h"
 #include "fake_operator.h"
 #include "settings_in_memory.h"
@@ -21,6 +22,7 @@
 #include <QTableView>
 #include <QTableWidget>
 #include <QTabWidget>
+#include <QTest>
 #include <QTimer>
 
 #include <map>
@@ -265,6 +267,19 @@ TEST(ProcessingForm, EveryBoxIsBoundToItsValue)
     expected.CircularHeading = true;
     EXPECT_EQ(parameters, expected);
     EXPECT_EQ(settings, (DisplaySettings{107, 109, 108, 110, 111, 112, 113, 114, 113}));
+}
+
+TEST(QtOperator, ABoxGivesTheKeyboardBackToTheWindowThatHadIt)
+{
+    QWidget main;
+    QWidget list(&main, Qt::Window);
+    main.show();
+    list.show();
+    list.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&list));
+    QTimer::singleShot(0, &main, [] { QApplication::activeModalWidget()->close(); });
+    QtOperator(&main).show_message("The edits have been saved");
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&list));
 }
 
 // A window whose dialogs are worked as they come up.

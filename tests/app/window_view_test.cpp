@@ -49,6 +49,8 @@ TEST_F(LoadedWindowTest, ClickMakesTheNearestPointCurrentEverywhere)
     EXPECT_EQ(image().current_record, 42);
     QTest::keyClick(&control<QScrollBar>("HScroll_pan"), Qt::Key_Right);
     EXPECT_EQ(image().current_record, 43) << "goes where it points";
+    QTest::keyClick(&control<QScrollBar>("HScroll_pan"), Qt::Key_PageDown);
+    EXPECT_GT(image().current_record, 44) << "as everywhere";
     control<QScrollBar>("HScroll_pan").setValue(42);
     QWidget& bar = control<QWidget>("Picture_TG_colour_bar_1");
     QTest::mouseClick(&bar, Qt::LeftButton, {}, {bar.width() - 1, 5});
@@ -85,7 +87,9 @@ TEST_F(LoadedWindowTest, ZoomIsTypedChosenAndLeft)
     zoom.lineEdit()->selectAll();
     QTest::keyClicks(zoom.lineEdit(), QStringLiteral("250"));
     EXPECT_FLOAT_EQ(image().zoomed_view.zoom, 2.5F);
+    EXPECT_EQ(zoom.currentText(), QStringLiteral("250"));
     control<QAction>("menu_whole_track").trigger();
+    EXPECT_EQ(zoom.currentText(), QStringLiteral("100%"));
     EXPECT_EQ(image().zoomed_view.zoom, 1.0F);
     EXPECT_TRUE(control<QAbstractButton>("Option_whole_track").isChecked());
 }
@@ -122,6 +126,12 @@ TEST_F(LoadedWindowTest, GraphsTakeATypedLengthAndFitTheirHeights)
     EXPECT_GT(rows_of_curves(), 2 * before);
     QTest::mouseDClick(&control<QWidget>("Graph_profiles"), Qt::LeftButton, {}, {200, 100});
     EXPECT_EQ(rows_of_curves(), before);
+
+    length.setFocus();
+    length.selectAll();
+    QTest::keyClicks(&length, QStringLiteral("333"));
+    window.close();
+    EXPECT_EQ(settings.values["TrackAxisLength"], "333") << "what was being typed is kept";
 }
 
 TEST_F(LoadedWindowTest, PlayMovesAlongTheTrackToItsEnd)
@@ -135,7 +145,8 @@ TEST_F(LoadedWindowTest, PlayMovesAlongTheTrackToItsEnd)
     zoom.selectAll();
     for (const char* const digit : {"1", "0", "0", "0"}) {
         QTest::keyClicks(&zoom, QLatin1String(digit));
-        QTest::qWait(100); // the play writes nothing into what is typed
+        const int before = pan.value();
+        EXPECT_TRUE(eventually([&] { return pan.value() != before; })); // the play writes nothing into what is typed
     }
     EXPECT_FLOAT_EQ(image().zoomed_view.zoom, 10.0F);
     QTest::keyClick(window.windowHandle(), Qt::Key_Escape);

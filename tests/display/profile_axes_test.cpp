@@ -67,6 +67,7 @@ TEST(ProfileAxes, ValuesLieAboutTheMiddleOrFromZeroAndFitTheCurves)
 
     EXPECT_EQ(middle_of_curves({-5, -4}, {-5, 6}, 20), 0.5) << "depth and altitude in view";
     EXPECT_EQ(middle_of_curves({-5, -4}, {-5, 46}, 20), -4.5) << "the first of them";
+    EXPECT_EQ(middle_of_curves({}, {100, 130}, 20), 115) << "the only one with values";
     EXPECT_EQ(middle_of_curves({}, {}, 20), 0);
 
     ValueAxis gradient{true, 10, 3, 1, true};

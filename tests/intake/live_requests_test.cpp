@@ -56,7 +56,7 @@ TEST(LiveDefinitions, RequestsDescribeTheSurvey)
     EXPECT_EQ(monitor.monitor.survey.header_columns.names(), (std::vector<std::string>{"a", "B", "c;d"}));
 
     monitor.send("$GDP1002 0.3048006096012192;2.5 1");
-    monitor.send("$GDP1002 0 -2.5 7"); // out of range: nothing of it is taken
+    monitor.send("$GDP1002 0 -2.5 none"); // nothing of it can be taken
     monitor.send("$GDP1003 time : t:1 ,EAST:e, nonsense:q,Depth");
     monitor.send("$GDP1004 2 3 1");
     monitor.send("$GDP2001 tx:-Bx, Ty:By ,TZ:- Bz,X:x1,z:z1,Offset:-1500.25,Length:1e3,rotation:ninety");
@@ -64,6 +64,9 @@ TEST(LiveDefinitions, RequestsDescribeTheSurvey)
     EXPECT_EQ(definitions.coordinate_scale, 0.3048006096012192);
     EXPECT_EQ(definitions.depth_scale, 2.5);
     EXPECT_EQ(definitions.flip_depth_sign, 1);
+    monitor.send("$GDP1002 1 1.5 5"); // the sign that an old file's scale leads to
+    EXPECT_EQ(definitions.depth_scale, 1.5);
+    EXPECT_EQ(definitions.flip_depth_sign, 0);
     EXPECT_EQ(definitions.fields[kTime].name, "t:1");
     EXPECT_EQ(definitions.fields[kEast].name, "e");
     EXPECT_EQ(definitions.fields[kDepth].name, "N/A");

@@ -127,6 +127,9 @@ TEST(LiveSurvey, MoreThanRequestsHoldIsRefused)
     PortableSurvey survey{{std::string(kLongestRequest, 'x')}, {}};
     EXPECT_THROW(definition_requests(survey), std::runtime_error);
     survey.columns = {"x"};
+    survey.definitions.depth_scale = -1;
+    EXPECT_THROW(definition_requests(survey), std::runtime_error);
+    survey.definitions.depth_scale = 1;
     survey.definitions.number_of_sensors = 100;
     survey.definitions.sensors.resize(101);
     EXPECT_EQ(definition_requests(survey).at(103).substr(0, 9), "$GDP2099 ");
@@ -188,7 +191,7 @@ TEST(Recording, AFullDiskIsToldAtTheEndOfARunAndLeavesWholeLines)
     const auto old_handler = std::signal(SIGXFSZ, SIG_IGN);
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit full{length + 30, before.rlim_max};
+    const rlimit full{length + 10, before.rlim_max};
     setrlimit(RLIMIT_FSIZE, &full);
     for (int second = 2; second < 10; ++second) monitor.send_line(second);
     monitor.send("$GDP0000");

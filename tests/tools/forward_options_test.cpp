@@ -28,7 +28,7 @@ TEST(ForwardOptions, RefusesWhatMakesNoSense)
         {"a.csv"},
         {"--nonsense", "1"},
         {"--file", "a.csv", "--udp", "5000", "--definitions", "a.def", "--columns", "t"},
-        {"--file", "a.csv", "--rate", "0"},
+        {"--file", "a.csv", "--rate", "1e-12"},
         {"--file", "a.csv", "--rate", "fast"},
         {"--file", "a.csv", "--header-line", "1.5"},
         {"--udp", "65536", "--definitions", "a.def", "--columns", "t"},

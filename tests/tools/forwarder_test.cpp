@@ -98,6 +98,25 @@ ForwardOptions written_survey(const TestFolder& folder, int lines)
     return options;
 }
 
+// Of this computer alone, and free a moment ago.
+sockaddr_in free_port()
+{
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const Descriptor probe(socket(AF_INET, SOCK_DGRAM, 0));
+    socklen_t size = sizeof address;
+    EXPECT_EQ(bind(probe.number(), reinterpret_cast<sockaddr*>(&address), size), 0);
+    EXPECT_EQ(getsockname(probe.number(), reinterpret_cast<sockaddr*>(&address), &size), 0);
+    return address;
+}
+
+void send_datagram(const Descriptor& sender, const std::string& datagram, const sockaddr_in& address)
+{
+    sendto(sender.number(), datagram.data(), datagram.size(), 0, reinterpret_cast<const sockaddr*>(&address),
+           sizeof address);
+}
+
 } // namespace
 
 TEST(ForwardedFile, StoresTheSameSamplesAsALoad)
@@ -165,28 +184,35 @@ TEST(ForwardedDatagrams, BecomeLines)
     options.definitions_file = folder.path("s.def");
     options.data_file.clear();
     options.columns = "t; e;n ;m"; // as a header line may be
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const sockaddr_in address = free_port();
+    options.udp_port = ntohs(address.sin_port);
     const Descriptor sender(socket(AF_INET, SOCK_DGRAM, 0));
-    {
-        const Descriptor probe(socket(AF_INET, SOCK_DGRAM, 0)); // finds a free port
-        socklen_t size = sizeof address;
-        ASSERT_EQ(bind(probe.number(), reinterpret_cast<sockaddr*>(&address), size), 0);
-        ASSERT_EQ(getsockname(probe.number(), reinterpret_cast<sockaddr*>(&address), &size), 0);
-        options.udp_port = ntohs(address.sin_port);
-    }
     PipeMonitor monitor(options.pipe_name);
     const RunningForwarder forwarder(options);
     monitor.serve_until([&] { return monitor.is_live(); });
     for (const std::string datagram : {"1,1,2,48000", "2,1,2,48001\r\n", "3,1,2,4\n4,1,2,5\n", "no time"}) {
-        sendto(sender.number(), datagram.data(), datagram.size(), 0, reinterpret_cast<sockaddr*>(&address),
-               sizeof address);
+        send_datagram(sender, datagram, address);
     }
     monitor.serve_until([&] { return monitor.monitor.run().lines_read == 5; });
     EXPECT_EQ(monitor.monitor.run().lines_rejected, 1);
     forwarder.stop();
     monitor.serve_until([&] { return forwarder.ended.load(); });
+}
+
+TEST(ForwardedDatagrams, WaitingLinesAreBoundedAndTheNewestAreKept)
+{
+    const sockaddr_in address = free_port();
+    UdpLines lines("127.0.0.1", ntohs(address.sin_port));
+    const Descriptor sender(socket(AF_INET, SOCK_DGRAM, 0));
+    constexpr std::int64_t kSent = 1500; // 90 MB
+    for (std::int64_t line = 1; line <= kSent; ++line) {
+        send_datagram(sender, std::to_string(line) + std::string(60'000, ' '), address);
+        lines.collect();
+    }
+    EXPECT_EQ(lines.lines_waiting() + lines.lines_lost(), kSent);
+    EXPECT_GT(lines.lines_lost(), 300);
+    EXPECT_GT(lines.lines_waiting(), 1000);
+    EXPECT_EQ(std::stoll(std::string(*lines.line())), lines.lines_lost() + 1);
 }
 
 } // namespace tarvo
