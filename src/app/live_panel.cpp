@@ -37,6 +37,13 @@ QString shown_text(const std::string& bytes)
     return text;
 }
 
+void show_alarm(QLabel& label, bool alarmed)
+{
+    const QString style =
+        alarmed ? QStringLiteral("color: %1; font-weight: bold").arg(warning_colour(label).name()) : QString();
+    if (label.styleSheet() != style) label.setStyleSheet(style);
+}
+
 } // namespace
 
 void LiveOperator::show_message(const std::string& text)
@@ -132,7 +139,10 @@ void LivePanel::add_actions(QMenu& file_menu)
 void LivePanel::press()
 {
     emit pressed();
-    if (!requests_.is_listening()) take_recording_choice(); // the last folder may be another by now
+    if (!requests_.is_listening()) {
+        take_recording_choice(); // the last folder may be another by now
+        warn_of_missing_folder();
+    }
     if (!requests_.Command_UDP_receive()) emit postponed();
     show_echo_box();
     show_status();
@@ -163,15 +173,21 @@ void LivePanel::show_status()
 {
     const LiveStatus status = requests_.status();
     status_->setText(to_qt(live_status_text(status)));
-    const QString style = status.is_overdue()
-                              ? QStringLiteral("color: %1; font-weight: bold").arg(warning_colour(*this).name())
-                              : QString();
-    if (status_->styleSheet() != style) status_->setStyleSheet(style);
+    show_alarm(*status_, status.is_overdue());
+    show_recording(status.state == LiveStatus::State::live && record_->isChecked());
+    if (!requests_.is_listening()) status_timer_.stop();
+}
+
+void LivePanel::show_recording(bool is_wanted)
+{
     const LiveRecording& recording = requests_.recording();
     const QString file = to_qt(recording.data_file_name());
-    recording_->setText(recording.is_active() ? tr("Recording %1").arg(QFileInfo(file).fileName()) : QString());
+    const bool is_lost = is_wanted && !recording.is_active();
+    recording_->setText(recording.is_active() ? tr("Recording %1").arg(QFileInfo(file).fileName())
+                        : is_lost             ? tr("Not recorded")
+                                              : QString());
     recording_->setToolTip(recording.is_active() ? plain_tip(file) : QString());
-    if (!requests_.is_listening()) status_timer_.stop();
+    show_alarm(*recording_, is_lost);
 }
 
 void LivePanel::show_echo_box()
@@ -194,6 +210,14 @@ void LivePanel::take_recording_choice()
 {
     requests_.set_recording_folder(record_->isChecked() ? to_utf8(recording_folder()) : std::string());
     show_status();
+}
+
+void LivePanel::warn_of_missing_folder()
+{
+    const QString chosen = stored("RecordFolder");
+    if (!record_->isChecked() || chosen.isEmpty() || QFileInfo(chosen).isDir()) return;
+    op_.show_message(to_utf8(tr("The folder for live data, %1, is not there. Live data are recorded in %2")
+                                 .arg(chosen, recording_folder())));
 }
 
 // The one that was chosen, else the folder of the last survey.

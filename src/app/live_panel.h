@@ -64,9 +64,11 @@ private:
     void show_status_text(const std::string& text) override;
 
     void show_status();
+    void show_recording(bool is_wanted);
     void show_echo_box();
     void choose_recording_folder();
     void take_recording_choice();
+    void warn_of_missing_folder();
     QString recording_folder() const;
     QString stored(const char* key) const;
 

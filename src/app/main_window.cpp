@@ -122,6 +122,10 @@ void MainWindow::take_warning(WarningAbout about, const std::string& text)
         hints_->show_hint(QStringLiteral("data"), to_qt(text));
         return;
     }
+    if (about == WarningAbout::picks) {
+        hints_->show_hint(QStringLiteral("picks"), to_qt(text));
+        return;
+    }
     column_warnings_.push_back(text);
     hints_->show_hint(QStringLiteral("columns"), to_qt(column_warnings_text(column_warnings_)));
 }

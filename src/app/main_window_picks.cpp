@@ -1,6 +1,7 @@
 // The window as the display of the pick work, and the controls that drive it.
 
 #include "app/colour_bar_panel.h"
+#include "app/hint_bar.h"
 #include "app/main_window.h"
 #include "app/new_pick_form.h"
 #include "app/pick_list_form.h"
@@ -149,6 +150,11 @@ void MainWindow::show_pick_controls(const PickControls& controls)
     // A button that goes dead would hand the keyboard to the next text box, which takes M and Ctrl+Z for itself.
     if (!controls.actions_enabled && picks_->isAncestorOf(focusWidget())) track_->track().setFocus();
     picks_->show_controls(controls);
+    const PickList& list = survey().picks;
+    picks_->set_file_name(to_qt(list.pick_file_name));
+    hints_->show_hint(QStringLiteral("unsaved_picks"),
+                      list.is_unsaved ? tr("The last changes of the picks are on no disk yet") : QString(),
+                      {tr("Write them"), [this] { monitor_.pick_work.menu_write_list(); }});
     undo_pick_->setText(to_qt(controls.undo_caption));
     undo_pick_->setEnabled(controls.undo_enabled);
     delete_pick_->setEnabled(controls.actions_enabled);

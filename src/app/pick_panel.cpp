@@ -112,6 +112,11 @@ void PickPanel::set_marking_enabled(bool enabled)
     mark_->setEnabled(enabled);
 }
 
+void PickPanel::set_file_name(const QString& name)
+{
+    label_->setToolTip(plain_tip(name.isEmpty() ? tr("These picks have no file yet") : tr("Pick file: %1").arg(name)));
+}
+
 void PickPanel::set_moving_locked(bool locked)
 {
     moving_locked_ = locked;

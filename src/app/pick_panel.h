@@ -23,6 +23,7 @@ public:
     void stop_moving();                  // the mouse button may be let go over another window
     void set_moving_locked(bool locked); // by a run
     void set_marking_enabled(bool enabled);
+    void set_file_name(const QString& name); // of the pick file; empty: none
 
     QComboBox& pick_choice() { return *picks_; }
 

@@ -2,6 +2,9 @@
 #include "app/main_window.h"
 #include "app/qt_settings_store.h"
 #include "app/texts.h"
+#include "definitions/definitions_file.h"
+#include "text/file_names.h"
+#include "tools/console.h"
 #include "tools/exit_status.h"
 #include "tools/process_options.h"
 
@@ -19,12 +22,17 @@ using namespace tarvo;
 
 void start(MainWindow& window, const LaunchOptions& options)
 {
+    const bool is_attended = options.screenshot.empty();
+    if (!is_attended && !options.data_file.empty() && !is_there(definitions_file_name_for(options.data_file))) {
+        std::cerr << "tarvo: " << options.data_file << " has no definitions file beside it, or is not there\n";
+        return QApplication::exit(kFailed); // a dialog would wait for somebody
+    }
     if (!options.data_file.empty()) window.open_file(options.data_file, options.header_line);
     // The definitions dialog of a file without definitions may have begun the run already.
     const bool has_begun =
         window.monitor().driver.state().any_run_active() || window.survey().processing.store.RecordCount > 0;
     if (options.start && !has_begun && !window.survey().data_file_name.empty()) window.press_start(*options.start);
-    if (options.screenshot.empty()) return;
+    if (is_attended) return;
     QApplication::processEvents(); // the finished run is painted
     const bool saved = window.grab().save(to_qt(options.screenshot), "PNG");
     if (!saved) std::cerr << "tarvo: " << options.screenshot << " cannot be written\n";
@@ -36,7 +44,8 @@ int run(QApplication& application, const LaunchOptions& options)
     QApplication::setApplicationName(QStringLiteral("Tarvo"));
     QApplication::setApplicationVersion(QStringLiteral(TARVO_VERSION));
     QtSettingsStore settings;
-    MainWindow window(settings);
+    ConsoleOperator console; // for a picture that nobody waits for: no box may
+    MainWindow window(settings, options.screenshot.empty() ? nullptr : &console);
     for (const std::string& text : options.settings) {
         take_setting(text, window.survey().parameters, window.survey().display_settings);
     }

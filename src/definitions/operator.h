@@ -17,7 +17,8 @@ struct FileQuestion {
 // What a warning is about. It refuses nothing.
 enum class WarningAbout {
     columns, // named by the definitions and not in the file
-    data     // lines that do not look as the header says
+    data,    // lines that do not look as the header says
+    picks    // a pick file that is replaced was kept under another name
 };
 
 // The person at the screen. Every text is UTF-8 and shown as it stands.

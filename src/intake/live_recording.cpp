@@ -207,6 +207,11 @@ void LiveRecording::start(const std::string& folder, const PortableSurvey& surve
     append(header_line_of(survey.columns));
 }
 
+bool LiveRecording::is_active() const
+{
+    return writer_ && !writer_->has_failed();
+}
+
 void LiveRecording::append(std::string_view data_line)
 {
     if (writer_) writer_->append(data_line);

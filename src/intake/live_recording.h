@@ -28,7 +28,7 @@ public:
     void append(std::string_view data_line);
     void finish(); // everything appended is on the disk afterwards, or a fault tells why not
 
-    bool is_active() const { return writer_ != nullptr; }
+    bool is_active() const; // lines that are appended now reach the disk, as far as is known
     const std::string& data_file_name() const { return data_file_name_; } // of the recording at hand or the last one
 
     // What the operator must know of since the last call: writing has failed, or little space is left. A failure leaves

@@ -236,10 +236,19 @@ void LiveRequests::start_recording()
     if (recording_folder_.empty()) return;
     try {
         recording_.start(recording_folder_, portable_survey(survey_.header_columns, survey_.survey_definitions));
-        survey_.picks.offered_file_name = pick_file_name_for(recording_.data_file_name());
+        move_picks_to(pick_file_name_for(recording_.data_file_name()));
     } catch (const std::exception& fault) {
         op_.show_message(std::string("An error occurred while starting the recording: ") + fault.what());
     }
+}
+
+// The picks of the recording before stay on the track and in that recording's file; from the next change on they are
+// the new one's, too.
+void LiveRequests::move_picks_to(const std::string& pick_file_name)
+{
+    PickList& picks = survey_.picks;
+    if (picks.pick_file_name == picks.offered_file_name) picks.pick_file_name = pick_file_name;
+    picks.offered_file_name = pick_file_name;
 }
 
 LiveStatus LiveRequests::status()

@@ -99,6 +99,7 @@ private:
     void open_pipe();
     void close_pipe();
     void start_recording();
+    void move_picks_to(const std::string& pick_file_name);
     bool is_live() const { return driver_.state().pipe_logging_active; }
 
     SurveyState& survey_;

@@ -47,7 +47,7 @@ int check_all_sensors(SurveyDefinitions& working, Operator& op)
 int write_accepted(const std::string& file_name, DefinitionsEditor& editor, Operator& op)
 {
     try {
-        if (editor.file_is_unreadable && is_there(file_name)) keep_copy_aside(file_name);
+        if (editor.file_is_unreadable && is_there(file_name)) keep_copy_aside(file_name, "unreadable");
     } catch (const std::exception& fault) {
         op.show_message(std::string("An error occurred while writing the Data Field Definitions : ") + fault.what());
         return -1;

@@ -7,6 +7,9 @@
 #include "text/replace_file.h"
 
 #include <array>
+#include <fstream>
+#include <functional>
+#include <sstream>
 #include <stdexcept>
 
 namespace tarvo {
@@ -83,7 +86,37 @@ std::string pick_line(const Pick& pick)
            format_fixed(pick.location[3], 1) + ',' + std::to_string(pick.type) + ',' + name;
 }
 
+std::size_t mark_of(const std::string& bytes)
+{
+    return std::hash<std::string>()(bytes);
+}
+
+// What is to be replaced though this list does not hold it: a file that could not be read, or one that another program
+// has changed, such as a second monitor on the same survey.
+void keep_what_others_wrote(const PickList& picks, Operator& op)
+{
+    const std::string& path = picks.pick_file_name;
+    if (!is_there(path)) return;
+    const bool is_unreadable = path == picks.unreadable_file;
+    const bool is_changed = path == picks.known_file.path && known_file(path).mark != picks.known_file.mark;
+    if (!is_unreadable && !is_changed) return;
+    const std::string copy = keep_copy_aside(path, is_unreadable ? "unreadable" : "changed");
+    op.show_warning(WarningAbout::picks,
+                    "The pick file " + path +
+                        (is_unreadable ? " could not be read" : " was changed by another program") +
+                        "; what it held is kept in " + copy);
+}
+
 } // namespace
+
+KnownFile known_file(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return {path, std::nullopt};
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return {path, mark_of(bytes.str())};
+}
 
 PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& op)
 {
@@ -106,6 +139,7 @@ PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& 
         }
         give_spare_room(picks);
         picks.unreadable_file.clear();
+        picks.known_file = known_file(path);
         read.status = 0;
     } catch (const NotAPickFile& refusal) {
         fail(refusal.what());
@@ -121,10 +155,10 @@ int write_pick_file(PickList& picks, Operator& op)
     if (picks.pick_file_name.empty() || picks.number_of_picks == 0) return -1;
     try {
         const std::string text = pick_file_text(picks);
-        const bool is_unreadable = picks.pick_file_name == picks.unreadable_file;
-        if (is_unreadable && is_there(picks.pick_file_name)) keep_copy_aside(picks.pick_file_name);
+        keep_what_others_wrote(picks, op);
         picks.unreadable_file.clear();
         replace_file(picks.pick_file_name, text);
+        picks.known_file = {picks.pick_file_name, mark_of(text)};
         picks.is_unsaved = false;
         return 0;
     } catch (const std::exception& fault) { // the wording is fixed, spelling included

@@ -28,9 +28,11 @@ struct PickFileRead {
 PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& op);
 
 // Replaces `pick_file_name` by the list, whole or not at all. Status 0: written; -1: nothing was written, since the
-// name or the list is empty or because of a fault that has been shown. A file that could not be read is first kept
-// beside it as NAME.unreadable (NAME.unreadable2 and so on when there is one already).
+// name or the list is empty or because of a fault that has been shown. A file that could not be read, or that is not as
+// `known_file` says, is first kept beside it as NAME.unreadable or NAME.changed, and the operator is told.
 int write_pick_file(PickList& picks, Operator& op);
+
+KnownFile known_file(const std::string& path);
 
 std::string pick_file_text(const PickList& picks);
 

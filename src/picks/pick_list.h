@@ -3,12 +3,20 @@
 #include "definitions/operator.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tarvo {
+
+// The contents of a pick file as this program last saw them.
+struct KnownFile {
+    std::string path;
+    std::optional<std::size_t> mark; // of its bytes; none: it was not there
+};
 
 // The anomalies that the operator has marked on one survey, in parallel arrays of one length. Picks run from 1 to
 // number_of_picks; element 0 is there and unused, and so are the spare elements behind the last pick.
@@ -22,6 +30,7 @@ struct PickList {
     std::string pick_file_name;                        // full path; empty: none yet
     std::string offered_file_name = "survey_pick.dat"; // for a list without a file
     std::string unreadable_file;                       // path of a pick file that is there and could not be read
+    KnownFile known_file;                              // that another program may change since
     bool is_unsaved = false;                           // holds changes that its file does not
 };
 

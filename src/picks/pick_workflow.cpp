@@ -67,6 +67,7 @@ void PickWorkflow::open_picks_of(const std::string& data_file_name, const Indexe
     clear_picks(picks_);
     picks_.unreadable_file.clear();
     picks_.pick_file_name = data_file_name.empty() ? std::string() : pick_file_name_for(data_file_name);
+    picks_.known_file = {picks_.pick_file_name, std::nullopt};
     std::error_code not_there;
     if (std::filesystem::exists(picks_.pick_file_name, not_there)) read_pick_file(picks_.pick_file_name, picks_, op_);
     forget_list();

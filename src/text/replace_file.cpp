@@ -149,9 +149,9 @@ void replace_file(const std::string& path, std::string_view bytes)
     replacement.commit();
 }
 
-void keep_copy_aside(const std::string& path)
+std::string keep_copy_aside(const std::string& path, const std::string& suffix)
 {
-    const std::string first_name = path + ".unreadable";
+    const std::string first_name = path + '.' + suffix;
     std::string name = first_name;
     for (int number = 2; fs::exists(name); ++number) name = first_name + std::to_string(number);
     std::ifstream source(path, std::ios::binary);
@@ -163,6 +163,7 @@ void keep_copy_aside(const std::string& path)
     }
     if (source.bad()) throw std::runtime_error("cannot read " + path);
     copy.commit();
+    return name;
 }
 
 } // namespace tarvo

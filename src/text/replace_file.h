@@ -37,8 +37,8 @@ private:
 // The same in one call.
 void replace_file(const std::string& path, std::string_view bytes);
 
-// Keeps a copy of a file that could not be read and is about to be replaced: beside it, as NAME.unreadable
-// (NAME.unreadable2 and so on when there is one already).
-void keep_copy_aside(const std::string& path);
+// Keeps a copy of a file that is about to be replaced though its contents are known to nobody: beside it, as
+// NAME.suffix (NAME.suffix2 and so on when there is one already). Returns the copy's name.
+std::string keep_copy_aside(const std::string& path, const std::string& suffix);
 
 } // namespace tarvo

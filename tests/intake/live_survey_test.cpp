@@ -1,5 +1,6 @@
 #include "definitions/definitions_file.h"
 #include "live_monitor.h"
+#include "picks/pick_file.h"
 #include "test_folder.h"
 
 #include <gtest/gtest.h>
@@ -161,6 +162,29 @@ TEST(Recording, FollowsTheRunsAndTheSwitch)
     };
     EXPECT_EQ(bytes_of(first), header + "2.0,102,200,5,48000.5\r\n");
     EXPECT_EQ(bytes_of(second), header + "3.0,103,200,5,48000.5\r\n");
+}
+
+TEST(Recording, EveryOneHasTheTracksPicksBesideIt)
+{
+    const TestFolder folder;
+    LiveMonitor monitor;
+    PickWorkflow& work = monitor.monitor.pick_work;
+    work.settings.ShowNewPickDialog = false;
+    monitor.live.set_recording_folder(folder.path(""));
+    std::vector<std::string> pick_files;
+    for (int run = 0; run < 2; ++run) {
+        monitor.begin_run();
+        for (int second = 1; second <= 4; ++second) monitor.send_line(second);
+        pick_files.push_back(pick_file_name_for(monitor.live.recording().data_file_name()));
+        monitor.op.chosen_file = pick_files[0]; // as offered
+        work.mnuAddAnomaly(indexed_track(monitor.monitor.survey).track, 1 + run);
+    }
+    EXPECT_EQ(monitor.monitor.survey.picks.number_of_picks, 2);
+    for (int run = 0; run < 2; ++run) {
+        PickList stored;
+        EXPECT_EQ(read_pick_file(pick_files[static_cast<std::size_t>(run)], stored, monitor.op).status, 0);
+        EXPECT_EQ(stored.number_of_picks, run + 1) << "those up to its end";
+    }
 }
 
 TEST(Recording, ReachesTheDiskWhileTheRunGoesOn)

@@ -97,6 +97,29 @@ TEST(PickFileWriting, KeepsAsideWhatCouldNotBeReadOnce)
     EXPECT_FALSE(std::filesystem::exists(folder.path("a_pick.dat.unreadable3")));
 }
 
+TEST(PickFileWriting, KeepsWhatAnotherProgramHasWrittenSince)
+{
+    const TestFolder folder;
+    FakeOperator op;
+    const std::string path = folder.path("a_pick.dat");
+    PickList picks = two_picks(path);
+    picks.known_file = {path, std::nullopt}; // when the survey was opened it had no picks
+    folder.write("a_pick.dat", "the other's first");
+    EXPECT_EQ(write_pick_file(picks, op), 0);
+    EXPECT_EQ(folder.read("a_pick.dat.changed"), "the other's first");
+    ASSERT_EQ(op.messages.size(), 1U);
+    EXPECT_TRUE(op.messages[0].ends_with("; what it held is kept in " + path + ".changed")) << op.messages[0];
+    EXPECT_EQ(write_pick_file(picks, op), 0);
+    EXPECT_EQ(op.messages.size(), 1U) << "our own";
+
+    read_pick_file(path, picks, op);
+    folder.write("a_pick.dat", kTwoPicks + " ");
+    picks.pick_file_name = path;
+    EXPECT_EQ(write_pick_file(picks, op), 0);
+    EXPECT_EQ(folder.read("a_pick.dat.changed2"), kTwoPicks + " ");
+    EXPECT_EQ(folder.read("a_pick.dat"), kTwoPicks);
+}
+
 TEST(PickFileWriting, LeavesFileAndListAsTheyWereWhenItFails)
 {
     const TestFolder folder;
