@@ -301,6 +301,7 @@ void PickWorkflow::menu_read_list(const IndexedTrack& ground)
 void PickWorkflow::menu_write_list()
 {
     write_to_a_named_file();
+    display_.show_pick_controls(controls()); // the list may have got its file, or got onto the disk
 }
 
 void PickWorkflow::remember(ChangeKind kind, std::int32_t pick)

@@ -162,7 +162,7 @@ TEST_F(WindowTest, ClosingEndsAPausedRunToo)
     EXPECT_FALSE(run().file_run_active());
 }
 
-TEST_F(WindowTest, UnsavedPicksKeepTheWindowOpenUntilYes)
+TEST_F(WindowTest, UnsavedPicksKeepTheWindowOpenUntilTheyAreWritten)
 {
     window.show();
     window.open_file(write_survey(folder, "a", 300));
@@ -177,7 +177,14 @@ TEST_F(WindowTest, UnsavedPicksKeepTheWindowOpenUntilYes)
     window.open_file(folder.path("a.csv"));
     EXPECT_EQ(window.survey().picks.number_of_picks, 1);
     op.answer = true;
+    std::filesystem::create_directory(folder.path("gone"));
+    click("Command_hint_unsaved_picks");
+    EXPECT_TRUE(std::filesystem::exists(folder.path("gone/a_pick.dat")));
+    const auto* const hint = window.findChild<QWidget*>(QStringLiteral("Hint_unsaved_picks"));
+    EXPECT_TRUE(hint == nullptr || !hint->isVisible());
+    op.questions.clear();
     EXPECT_TRUE(window.close());
+    EXPECT_TRUE(op.questions.empty());
 }
 
 TEST_F(WindowTest, DialogHoldsTheRun)
