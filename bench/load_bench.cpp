@@ -34,7 +34,7 @@ using namespace tarvo;
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-constexpr int kRuns = 3; // the quickest counts
+constexpr int kRounds = 5; // of everything in turn, so that all see the same moods of the machine; the quickest counts
 constexpr double kRate = 10;
 constexpr double kMebibyte = 1024.0 * 1024.0;
 
@@ -81,14 +81,10 @@ double convert_file(const std::string& file_name)
 
 double bare_loop_seconds(const std::string& file_name)
 {
-    double best = 1e30;
-    for (int run = 0; run < kRuns; ++run) {
-        const auto start = Clock::now();
-        volatile double sum = convert_file(file_name);
-        static_cast<void>(sum);
-        best = std::min(best, seconds_since(start));
-    }
-    return best;
+    const auto start = Clock::now();
+    volatile double sum = convert_file(file_name);
+    static_cast<void>(sum);
+    return seconds_since(start);
 }
 
 struct Load {
@@ -116,17 +112,6 @@ Load run_program(const std::vector<std::string>& command)
     if (child < 0 || wait4(child, &status, 0, &usage) != child || status != 0)
         throw std::runtime_error(command[0] + " failed");
     return {seconds_since(start), static_cast<double>(usage.ru_maxrss) * 1024};
-}
-
-Load load(const std::vector<std::string>& command)
-{
-    Load best;
-    for (int run = 0; run < kRuns; ++run) {
-        const Load one = run_program(command);
-        best.seconds = std::min(best.seconds, one.seconds);
-        best.peak_bytes = std::max(best.peak_bytes, one.peak_bytes);
-    }
-    return best;
 }
 
 // Memory of the arrays that such a load fills.
@@ -157,7 +142,7 @@ struct Case {
     Stored stored = Stored::averages;
 
     std::string file_name = {};
-    double bare_seconds = 0;
+    double bare_seconds = 1e30;
     Load load = {};
     double store_bytes = 0;
 
@@ -179,12 +164,14 @@ std::string survey_file(const fs::path& folder, std::int64_t lines, double bad_s
 
 void measure(Case& c, const std::string& program)
 {
-    c.bare_seconds = bare_loop_seconds(c.file_name);
+    c.bare_seconds = std::min(c.bare_seconds, bare_loop_seconds(c.file_name));
     std::vector<std::string> command = {program, "--quiet", c.file_name};
     if (c.stored == Stored::every_line)
         command.insert(command.end(),
                        {"--set", "CarryClosingSample=1", "--set", "LoggingSampleRate=" + std::to_string(kRate)});
-    c.load = load(command);
+    const Load load = run_program(command);
+    c.load.seconds = std::min(c.load.seconds, load.seconds);
+    c.load.peak_bytes = std::max(c.load.peak_bytes, load.peak_bytes);
 }
 
 void measure_store(Case& c)
@@ -263,7 +250,9 @@ int main(int argument_count, char* argument_values[])
                                    {"small, every line stored", lines / 4, 0, Stored::every_line},
                                    {"large, every line stored", lines, 0, Stored::every_line}};
         for (Case& c : cases) c.file_name = survey_file(folder.path(), c.lines, c.bad_share);
-        for (Case& c : cases) measure(c, program);
+        for (int round = 0; round < kRounds; ++round) {
+            for (Case& c : cases) measure(c, program);
+        }
         // last: what this process has used itself would count as its children's peak
         for (Case& c : cases) measure_store(c);
         report(cases);
