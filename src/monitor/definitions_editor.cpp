@@ -65,11 +65,6 @@ std::string definitions_file_of(const SurveyState& survey)
     return survey.data_file_name.empty() ? "" : definitions_file_name_for(survey.data_file_name);
 }
 
-bool needs_definitions(const SurveyState& survey)
-{
-    return is_there(survey.data_file_name) && !is_there(definitions_file_of(survey));
-}
-
 DefinitionsEditor open_definitions_editor(const SurveyState& survey, Operator& op)
 {
     DefinitionsEditor editor;

@@ -24,9 +24,6 @@ struct DefinitionsEditor {
 // The file beside the data file, or the one that was chosen for it; empty without a data file.
 std::string definitions_file_of(const SurveyState& survey);
 
-// True for a data file that is there while its definitions file is not: the operator is offered a guess.
-bool needs_definitions(const SurveyState& survey);
-
 // Copies the definitions in force. A data file that has its own definitions file is edited from that file, and one that
 // has none, or an unreadable one, from a guess of its header.
 DefinitionsEditor open_definitions_editor(const SurveyState& survey, Operator& op);

@@ -28,20 +28,19 @@ TEST(DefinitionsEditor, GuessesForADataFileWithoutDefinitionsUntilAccepted)
 {
     const TestFolder folder;
     Session session(folder);
-    EXPECT_TRUE(needs_definitions(session.survey));
     session.editor = open_definitions_editor(session.survey, session.op);
     EXPECT_EQ(session.editor.origin, DefinitionsEditor::Origin::guess);
     EXPECT_EQ(session.editor.header_line_number, 2);
     EXPECT_EQ(session.editor.working.number_of_sensors, 2);
     EXPECT_NE(session.survey.survey_definitions, session.editor.working) << "the copy is not current yet";
-    EXPECT_TRUE(needs_definitions(session.survey));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("bay.def")));
 
     const DefinitionsAcceptance acceptance = session.accept();
     EXPECT_EQ(acceptance.status, 0);
     EXPECT_TRUE(acceptance.changed);
     EXPECT_EQ(session.survey.survey_definitions, session.editor.working);
     EXPECT_EQ(session.survey.header_line_number, 2);
-    EXPECT_FALSE(needs_definitions(session.survey)) << "a run reads the file that acceptance has written";
+    EXPECT_TRUE(std::filesystem::exists(folder.path("bay.def"))) << "a run reads it";
     EXPECT_TRUE(session.op.messages.empty());
 }
 
@@ -79,7 +78,7 @@ TEST(DefinitionsEditor, ASensorWithoutColumnIsRefusedAndNamed)
     EXPECT_EQ(acceptance.refused_sensor, 2);
     EXPECT_EQ(session.op.messages, std::vector<std::string>{"The sensor component source column is not valid"});
     EXPECT_EQ(session.survey.survey_definitions, before);
-    EXPECT_TRUE(needs_definitions(session.survey));
+    EXPECT_FALSE(std::filesystem::exists(folder.path("bay.def")));
 }
 
 TEST(DefinitionsEditor, AFileThatCannotBeWrittenRefuses)
