@@ -174,19 +174,21 @@ void LivePanel::show_status()
     const LiveStatus status = requests_.status();
     status_->setText(to_qt(live_status_text(status)));
     show_alarm(*status_, status.is_overdue());
-    show_recording(status.state == LiveStatus::State::live && record_->isChecked());
+    show_recording(status.recording_lost);
     if (!requests_.is_listening()) status_timer_.stop();
 }
 
-void LivePanel::show_recording(bool is_wanted)
+void LivePanel::show_recording(bool is_lost)
 {
     const LiveRecording& recording = requests_.recording();
     const QString file = to_qt(recording.data_file_name());
-    const bool is_lost = is_wanted && !recording.is_active();
     recording_->setText(recording.is_active() ? tr("Recording %1").arg(QFileInfo(file).fileName())
                         : is_lost             ? tr("Not recorded")
                                               : QString());
-    recording_->setToolTip(recording.is_active() ? plain_tip(file) : QString());
+    recording_->setToolTip(recording.is_active() ? plain_tip(file)
+                           : is_lost
+                               ? tr("This run reaches no disk: choose another folder with File > Folder for live data")
+                               : QString());
     show_alarm(*recording_, is_lost);
 }
 

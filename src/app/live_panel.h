@@ -64,7 +64,7 @@ private:
     void show_status_text(const std::string& text) override;
 
     void show_status();
-    void show_recording(bool is_wanted);
+    void show_recording(bool is_lost);
     void show_echo_box();
     void choose_recording_folder();
     void take_recording_choice();

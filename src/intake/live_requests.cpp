@@ -263,6 +263,7 @@ LiveStatus LiveRequests::status()
     status.run_age = std::chrono::duration<double>(now - run_begin_).count();
     if (last_line_) status.last_line_age = std::chrono::duration<double>(now - *last_line_).count();
     status.lines_rejected = survey_.processing.lines_rejected;
+    status.recording_lost = !recording_folder_.empty() && !recording_.is_active();
     return status;
 }
 

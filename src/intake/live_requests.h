@@ -51,6 +51,7 @@ struct LiveStatus {
     std::optional<double> last_line_age; // seconds; none before the first line of a run
     double run_age = 0;                  // seconds
     std::int64_t lines_rejected = 0;
+    bool recording_lost = false; // the run is to be recorded and is not
 
     bool is_overdue() const; // the sender has fallen silent
 };
