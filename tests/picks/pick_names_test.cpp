@@ -72,6 +72,7 @@ TEST(PickNames, NameThePickFileBesideTheData)
         const char* picks;
     };
     const Case cases[] = {{"D:\\s\\line7.csv", "D:\\s\\line7_pick.dat"},
+                          {"D:\\a.b\\line7", "D:\\a.b\\line7_pick.dat"},
                           {"/s/line7.raw.csv", "/s/line7.raw_pick.dat"},
                           {"/s.2024/line7 ", "/s.2024/line7_pick.dat"},
                           {"/s/line7 .csv", "/s/line7 _pick.dat"}};

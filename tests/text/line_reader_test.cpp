@@ -1,7 +1,6 @@
 #include "text/line_reader.h"
 
 #include "test_folder.h"
-#include "text/file_names.h"
 
 #include <gtest/gtest.h>
 
@@ -90,18 +89,6 @@ TEST(LineReader, NamesTheFileThatItCannotOpen)
             EXPECT_NE(std::string(fault.what()).find(name), std::string::npos);
         }
     }
-}
-
-TEST(FileNames, TakeTheExtensionFromTheLastPartAlone)
-{
-    struct Case {
-        const char* name;
-        const char* without;
-    };
-    const Case cases[] = {{"line7.csv", "line7"},       {"D:\\s\\line7.csv", "D:\\s\\line7"},
-                          {"/a.b/line7", "/a.b/line7"}, {"D:\\a.b\\line7", "D:\\a.b\\line7"},
-                          {"two.dots.dat", "two.dots"}, {"", ""}};
-    for (const Case& c : cases) EXPECT_EQ(without_extension(c.name), c.without);
 }
 
 } // namespace
