@@ -54,20 +54,11 @@ void LiveOperator::show_message(const std::string& text)
         if (!shown.contains(message)) box_->setText((message + QLatin1Char('\n') + shown).left(kMostMessageText));
         return;
     }
-    box_ = new QMessageBox(QMessageBox::Information, QStringLiteral("Tarvo"), message, QMessageBox::Ok, window_);
+    box_ = new QMessageBox(QMessageBox::Information, QStringLiteral("Tarvo"), message, QMessageBox::Ok, window());
     box_->setTextFormat(Qt::PlainText);
     box_->setAttribute(Qt::WA_DeleteOnClose);
     box_->setModal(false);
     box_->show();
-}
-
-void LiveOperator::show_warning(WarningAbout about, const std::string& text)
-{
-    if (take_warning) {
-        take_warning(about, text);
-    } else {
-        show_message(text);
-    }
 }
 
 LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& settings, QWidget* parent)

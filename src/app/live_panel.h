@@ -1,14 +1,13 @@
 #pragma once
 
 #include "app/pipe_endpoint.h"
+#include "app/qt_operator.h"
 #include "intake/live_requests.h"
 #include "processing/settings_store.h"
 
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
-
-#include <functional>
 
 class QAction;
 class QLabel;
@@ -22,20 +21,17 @@ namespace tarvo {
 
 // The operator of a live survey: a message is left on the screen and waits for nobody, for a sender hangs on the
 // reply. Questions are not asked.
-class LiveOperator : public Operator {
+class LiveOperator : public QtOperator {
 public:
-    explicit LiveOperator(QWidget* window) : window_(window) {}
+    using QtOperator::QtOperator;
 
     void show_message(const std::string& text) override;
-    void show_warning(WarningAbout about, const std::string& text) override;
     bool ask_yes_no(const std::string&) override { return false; }
+    bool ask_before_loss(const std::string&) override { return false; }
     std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
     std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
 
-    std::function<void(WarningAbout, const std::string&)> take_warning; // none: a message like any other
-
 private:
-    QWidget* window_;
     QPointer<QMessageBox> box_; // the one that is open: a sender cannot fill the screen with boxes
 };
 

@@ -32,6 +32,9 @@ public:
     // Where warnings go instead of a box; none: a box after all.
     std::function<void(WarningAbout, const std::string&)> take_warning;
 
+protected:
+    QWidget* window() const { return window_; }
+
 private:
     bool ask(const std::string& question, bool yes_is_default);
 
