@@ -4,13 +4,13 @@
 //
 //     live_bench FILE.csv LINES_PER_SECOND [KEY=VALUE...]
 
-#include "app/main_window.h"
-#include "app/texts.h"
+#include "app/common/texts.h"
+#include "app/window/main_window.h"
 #include "definitions/definitions_file.h"
-#include "intake/live_requests.h"
-#include "pipe/pipe_client.h"
+#include "live/live_requests.h"
+#include "live/pipe_client.h"
 #include "settings_in_memory.h"
-#include "tools/console.h"
+#include "tools/common/console.h"
 #include "tools/line_source.h"
 #include "tools/process_options.h"
 

@@ -2,7 +2,7 @@
 
 #include "survey_files.h"
 
-#include "tools/option_table.h"
+#include "tools/common/option_table.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -4,10 +4,10 @@
 //
 //     window_bench FILE.csv [REPLAY_LINES [KEY=VALUE...]]
 
-#include "app/main_window.h"
-#include "app/texts.h"
+#include "app/common/texts.h"
+#include "app/window/main_window.h"
 #include "settings_in_memory.h"
-#include "tools/console.h"
+#include "tools/common/console.h"
 #include "tools/process_options.h"
 
 #include <QAction>

@@ -3,8 +3,8 @@
 #include "fake_operator.h"
 #include "fake_pick_display.h"
 #include "fake_run_display.h"
-#include "monitor/monitor.h"
 #include "processing/sample_export.h"
+#include "session/monitor.h"
 
 #include <gtest/gtest.h>
 

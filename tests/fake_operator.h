@@ -1,6 +1,6 @@
 #pragma once
 
-#include "definitions/operator.h"
+#include "ports/operator.h"
 
 #include <functional>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core_load.h"
-#include "intake/live_requests.h"
+#include "live/live_requests.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "processing/settings_store.h"
+#include "ports/settings_store.h"
 
 #include <map>
 #include <string>

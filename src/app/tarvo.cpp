@@ -1,11 +1,11 @@
-#include "app/launch_options.h"
-#include "app/main_window.h"
-#include "app/qt_settings_store.h"
-#include "app/texts.h"
+#include "app/common/qt_settings_store.h"
+#include "app/common/texts.h"
+#include "app/window/launch_options.h"
+#include "app/window/main_window.h"
 #include "definitions/definitions_file.h"
 #include "text/file_names.h"
-#include "tools/console.h"
-#include "tools/exit_status.h"
+#include "tools/common/console.h"
+#include "tools/common/exit_status.h"
 #include "tools/process_options.h"
 
 #include <QApplication>

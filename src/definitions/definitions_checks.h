@@ -1,7 +1,7 @@
 #pragma once
 
-#include "definitions/operator.h"
 #include "definitions/survey_definitions.h"
+#include "ports/operator.h"
 
 #include <array>
 #include <string>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "definitions/operator.h"
 #include "display/picture.h"
 #include "display/track_scene.h"
 #include "display/track_search.h"
+#include "ports/operator.h"
 
 #include <cstdint>
 #include <span>

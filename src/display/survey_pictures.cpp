@@ -1,8 +1,8 @@
 #include "display/survey_pictures.h"
 
 #include "display/colour_bars.h"
-#include "display/guarded_operation.h"
 #include "display/track_view.h"
+#include "ports/guarded_operation.h"
 
 #include <stdexcept>
 #include <string>

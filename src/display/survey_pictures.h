@@ -1,8 +1,8 @@
 #pragma once
 
-#include "definitions/operator.h"
 #include "display/picture.h"
 #include "display/track_scene.h"
+#include "ports/operator.h"
 
 #include <cstdint>
 #include <optional>

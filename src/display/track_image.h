@@ -1,12 +1,12 @@
 #pragma once
 
-#include "definitions/operator.h"
 #include "display/followed_track.h"
 #include "display/picture.h"
 #include "display/track_layers.h"
 #include "display/track_scene.h"
 #include "display/track_search.h"
 #include "display/track_view.h"
+#include "ports/operator.h"
 #include "text/numbers.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "display/track_layers.h"
 
-#include "display/guarded_operation.h"
+#include "ports/guarded_operation.h"
 #include "text/numbers.h"
 
 #include <algorithm>

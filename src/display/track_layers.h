@@ -1,10 +1,10 @@
 #pragma once
 
-#include "definitions/operator.h"
 #include "display/picture.h"
 #include "display/track_scene.h"
 #include "display/track_search.h"
 #include "display/track_view.h"
+#include "ports/operator.h"
 
 #include <cstdint>
 #include <optional>

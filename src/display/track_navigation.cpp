@@ -1,6 +1,6 @@
 #include "display/track_navigation.h"
 
-#include "text/busy_flag.h"
+#include "ports/busy_flag.h"
 #include "text/numbers.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "display/track_search.h"
 
-#include "display/guarded_operation.h"
+#include "ports/guarded_operation.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "definitions/operator.h"
+#include "ports/operator.h"
 #include "processing/track_table.h"
 
 #include <cstdint>

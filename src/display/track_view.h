@@ -1,9 +1,9 @@
 #pragma once
 
-#include "definitions/operator.h"
 #include "display/picture.h"
 #include "display/track_points.h"
 #include "display/track_scene.h"
+#include "ports/operator.h"
 #include "processing/track_table.h"
 
 namespace tarvo {

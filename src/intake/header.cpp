@@ -116,22 +116,6 @@ HeaderReading read_header_line(int mode, const std::string& file_name, int heade
     return reading;
 }
 
-HeaderColumns::HeaderColumns(std::vector<std::string> names) : names_(std::move(names))
-{
-    for (int column = 0; column < count(); ++column) {
-        index_by_name_.try_emplace(upper_case(trimmed(names_[static_cast<std::size_t>(column)])), column + 1);
-    }
-}
-
-FoundColumn HeaderColumns::find_column(std::string_view name) const
-{
-    const std::string wanted = upper_case(trimmed(name));
-    if (is_unused_name(wanted)) return {};
-    const auto found = index_by_name_.find(wanted);
-    if (found == index_by_name_.end()) return {};
-    return {found->second, std::string(trimmed(names_[static_cast<std::size_t>(found->second) - 1]))};
-}
-
 HeaderColumns header_columns_of(std::string_view header_line)
 {
     const std::string normalised = normalise_line(header_line);

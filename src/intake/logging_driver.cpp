@@ -1,9 +1,10 @@
 #include "intake/logging_driver.h"
 
 #include "definitions/definitions_file.h"
-#include "display/guarded_operation.h"
+#include "intake/header.h"
 #include "picks/track_index.h"
-#include "text/busy_flag.h"
+#include "ports/busy_flag.h"
+#include "ports/guarded_operation.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "definitions/operator.h"
-#include "intake/run_display.h"
-#include "intake/survey_state.h"
 #include "picks/pick_workflow.h"
+#include "ports/operator.h"
+#include "ports/run_display.h"
+#include "survey/survey_state.h"
 #include "text/line_reader.h"
 
 #include <cstdint>

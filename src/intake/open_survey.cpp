@@ -1,6 +1,7 @@
 #include "intake/open_survey.h"
 
 #include "definitions/definitions_file.h"
+#include "intake/header.h"
 #include "text/file_names.h"
 
 namespace tarvo {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "definitions/operator.h"
-#include "intake/survey_state.h"
+#include "ports/operator.h"
+#include "survey/survey_state.h"
 
 namespace tarvo {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "intake/run_display.h"
+#include "ports/run_display.h"
 
 #include <optional>
 #include <string>

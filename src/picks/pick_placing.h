@@ -1,8 +1,8 @@
 #pragma once
 
-#include "definitions/operator.h"
 #include "picks/pick_list.h"
 #include "picks/quadtree.h"
+#include "ports/operator.h"
 #include "processing/track_table.h"
 
 #include <cstdint>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "definitions/operator.h"
 #include "picks/pick_display.h"
 #include "picks/pick_list.h"
 #include "picks/pick_settings.h"
 #include "picks/quadtree.h"
+#include "ports/operator.h"
 #include "processing/track_table.h"
 
 #include <cstdint>

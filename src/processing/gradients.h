@@ -1,6 +1,6 @@
 #pragma once
 
-#include "definitions/operator.h"
+#include "ports/operator.h"
 #include "processing/processing_parameters.h"
 #include "processing/sample_store.h"
 #include "processing/survey_lines.h"

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "definitions/field_locations.h"
 #include "definitions/survey_definitions.h"
-#include "intake/header.h"
 #include "processing/processing_parameters.h"
 #include "processing/sample_store.h"
 #include "processing/sensor_positions.h"

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "definitions/field_locations.h"
 #include "definitions/survey_definitions.h"
-#include "intake/header.h"
 #include "processing/record_array.h"
 #include "processing/track_table.h"
 

@@ -1,6 +1,6 @@
 #include "tools/forward_options.h"
 
-#include "tools/option_table.h"
+#include "tools/common/option_table.h"
 
 #include <cstdint>
 

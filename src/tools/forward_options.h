@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/exit_status.h"
+#include "tools/common/exit_status.h"
 
 #include <optional>
 #include <span>

@@ -1,8 +1,8 @@
 #include "tools/forward_survey.h"
 
 #include "definitions/definitions_file.h"
-#include "intake/live_requests.h"
-#include "tools/console.h"
+#include "live/live_requests.h"
+#include "tools/common/console.h"
 #include "tools/forwarder.h"
 
 #include <unistd.h>

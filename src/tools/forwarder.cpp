@@ -1,6 +1,6 @@
 #include "tools/forwarder.h"
 
-#include "intake/definition_requests.h"
+#include "live/definition_requests.h"
 
 #include <poll.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pipe/pipe_client.h"
+#include "live/pipe_client.h"
 #include "tools/line_source.h"
 
 #include <chrono>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "intake/header.h"
-#include "pipe/local_socket.h"
+#include "live/local_socket.h"
 #include "text/line_reader.h"
 
 #include <cstdint>

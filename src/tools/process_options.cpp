@@ -4,7 +4,7 @@
 #include "display/track_navigation.h"
 #include "picks/pick_list.h"
 #include "text/numbers.h"
-#include "tools/option_table.h"
+#include "tools/common/option_table.h"
 
 #include <filesystem>
 #include <string_view>

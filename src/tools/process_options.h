@@ -2,7 +2,7 @@
 
 #include "display/display_settings.h"
 #include "processing/processing_parameters.h"
-#include "tools/exit_status.h"
+#include "tools/common/exit_status.h"
 
 #include <cstdint>
 #include <optional>

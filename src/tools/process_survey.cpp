@@ -1,14 +1,14 @@
 #include "tools/process_survey.h"
 
 #include "display/survey_pictures.h"
-#include "monitor/monitor.h"
 #include "picks/pick_export.h"
 #include "picks/pick_file.h"
 #include "picks/pick_placing.h"
 #include "processing/sample_export.h"
+#include "session/monitor.h"
 #include "text/replace_file.h"
-#include "tools/console.h"
-#include "tools/png_file.h"
+#include "tools/common/console.h"
+#include "tools/common/png_file.h"
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "app/launch_options.h"
+#include "app/window/launch_options.h"
 
 #include "tools/process_options.h"
 

@@ -1,8 +1,8 @@
 #include "window_fixture.h"
 
-#include "app/new_pick_form.h"
-#include "app/pick_list_form.h"
-#include "app/sensor_colours.h"
+#include "app/dialogs/new_pick_form.h"
+#include "app/dialogs/pick_list_form.h"
+#include "app/panels/sensor_colours.h"
 #include "picks/pick_file.h"
 
 #include <QAction>

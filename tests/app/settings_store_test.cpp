@@ -1,5 +1,5 @@
-#include "app/qt_settings_store.h"
-#include "app/texts.h"
+#include "app/common/qt_settings_store.h"
+#include "app/common/texts.h"
 
 #include <QTemporaryDir>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/main_window.h"
+#include "app/window/main_window.h"
 #include "core_load.h"
 #include "settings_in_memory.h"
 #include "test_folder.h"

@@ -1,4 +1,4 @@
-#include "app/hint_bar.h"
+#include "app/panels/hint_bar.h"
 #include "window_fixture.h"
 
 #include <QAction>

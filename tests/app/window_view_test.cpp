@@ -1,4 +1,4 @@
-#include "app/sensor_colours.h"
+#include "app/panels/sensor_colours.h"
 #include "window_fixture.h"
 
 #include <QAction>

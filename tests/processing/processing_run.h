@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fake_operator.h"
+#include "intake/header.h"
 #include "processing/gradients.h"
 #include "processing/sample_processing.h"
 

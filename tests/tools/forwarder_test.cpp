@@ -1,7 +1,7 @@
 #include "tools/forwarder.h"
 
+#include "live/pipe_server.h"
 #include "live_monitor.h"
-#include "pipe/pipe_server.h"
 #include "test_folder.h"
 #include "tools/forward_survey.h"
 

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "session/definitions_editor.h"
+
+#include <QDialog>
+
+class QCheckBox;
+class QLabel;
+class QSpinBox;
+class QStringListModel;
+class QTableView;
+class QTabWidget;
+
+namespace tarvo {
+
+class DataFieldsPage;
+class PreviewModel;
+class SensorsPage;
+
+// Form_define_colum_names: edits a copy of the survey's definitions beside a preview of its data file.
+class DefinitionsForm : public QDialog {
+    Q_OBJECT
+
+public:
+    // survey and op must outlive the dialog.
+    DefinitionsForm(SurveyState& survey, Operator& op, QWidget* parent = nullptr);
+
+    // True once accepted definitions differ from those that were in force before.
+    bool has_changed_survey() const { return has_changed_survey_; }
+
+private:
+    QWidget* preview_box();
+    QLayout* button_row();
+    void add_menu();
+
+    void start_over();
+    void show_editor();
+    void show_note();
+    void show_preview();
+    void page_edited();
+    void sensor_edited();
+    void mark_missing();
+    void choose_sensor(int sensor);
+    void show_sensor(int sensor);
+    void sensor_done();
+    void fill_templates();
+    void guess();
+    void read_file();
+    void save_file();
+    bool sensor_is_accepted();
+    bool accept_changes();
+
+    SurveyState& survey_;
+    Operator& op_;
+    DefinitionsEditor editor_;
+    int sensor_ = 1;             // on its page
+    bool sensor_edited_ = false; // since it came on its page
+    bool showing_ = false;       // boxes change by the program, not by the operator
+    bool has_changed_survey_ = false;
+
+    QStringListModel* names_; // Combo_names
+    PreviewModel* preview_;
+    QLabel* note_;
+    QTabWidget* tabs_;
+    DataFieldsPage* data_fields_;
+    SensorsPage* sensors_;
+    QSpinBox* header_line_;
+    QTableView* table_;
+    QCheckBox* recognised_only_;
+    QLabel* rejected_;
+    QLabel* warnings_;
+    QLabel* caption_;
+};
+
+} // namespace tarvo

@@ -1,0 +1,194 @@
+#include "app/dialogs/pick_list_form.h"
+
+#include "app/common/survey_export.h"
+#include "app/common/texts.h"
+
+#include <QAction>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace tarvo {
+
+PickListForm::PickListForm(Monitor& monitor, Operator& op, QAction* undo, QWidget* parent)
+    : QDialog(parent), monitor_(monitor), op_(op), model_(monitor.survey.picks, monitor.survey.current_pick, op),
+      grid_(new QTableView), file_(new QLabel), name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit)
+{
+    setObjectName(QStringLiteral("Form_pick_list"));
+    setWindowTitle(tr("Pick list"));
+    make_grid();
+    file_->setObjectName(QStringLiteral("Label_pick_file"));
+    file_->setTextFormat(Qt::PlainText);
+    file_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setMenuBar(make_menu(undo));
+    layout->addWidget(grid_, 1);
+    layout->addWidget(make_fields());
+    layout->addWidget(file_);
+    resize(640, 420);
+    monitor_.pick_work.select_pick_row(monitor_.survey.current_pick); // opens on it
+    display_pick_list();
+}
+
+QMenuBar* PickListForm::make_menu(QAction* undo)
+{
+    const auto add = [this](QMenu& menu, const char* name, const QString& text, auto perform) {
+        QAction* const action = menu.addAction(text);
+        action->setObjectName(QLatin1String(name));
+        connect(action, &QAction::triggered, this, perform);
+        return action;
+    };
+    PickWorkflow& work = monitor_.pick_work;
+    const SurveyState& survey = monitor_.survey;
+    auto* const bar = new QMenuBar;
+    QMenu& list = *bar->addMenu(tr("&List"));
+    add(list, "menu_read_list", tr("&Read list..."),
+        [this, &work] { work.menu_read_list(indexed_track(monitor_.survey)); });
+    write_list_ = add(list, "menu_write_list", tr("&Write list"), [&work] { work.menu_write_list(); });
+    list.addSeparator();
+    add(list, "menu_export_picks_csv", tr("Export as &CSV..."), [this, &survey] { export_picks_csv(survey, op_); });
+    add(list, "menu_export_picks_geojson", tr("Export as &GeoJSON..."),
+        [this, &survey] { export_picks_geojson(survey, op_); });
+    list.addSeparator();
+    add(list, "menu_close", tr("C&lose"), [this] { close(); });
+    QMenu& edit = *bar->addMenu(tr("&Edit"));
+    edit.addAction(undo);
+    addAction(undo); // its shortcut works here as well
+    return bar;
+}
+
+void PickListForm::make_grid()
+{
+    grid_->setObjectName(QStringLiteral("Grid_anomaly_picks"));
+    grid_->setToolTip(tr("Click on a header: sort by that column, the list itself keeps its order. Double click on a "
+                         "pick: show it on the track."));
+    grid_->setToolTipDuration(4000);
+    grid_->setModel(&model_);
+    grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid_->setSelectionMode(QAbstractItemView::SingleSelection);
+    grid_->setTabKeyNavigation(false);
+    grid_->setAlternatingRowColors(true);
+    grid_->horizontalHeader()->setSortIndicatorClearable(true); // a third click: the order of the list
+    grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    grid_->verticalHeader()->setDefaultSectionSize(grid_->fontMetrics().height() + 6);
+    grid_->sortByColumn(-1, Qt::AscendingOrder);
+    grid_->setSortingEnabled(true);
+    // Not the current row: the grid takes one with the keyboard, and nobody has chosen it.
+    connect(grid_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &PickListForm::select_row);
+    connect(&model_, &QAbstractItemModel::modelReset, this, &PickListForm::show_selection);
+    connect(grid_, &QTableView::doubleClicked, this,
+            [this](const QModelIndex& index) { monitor_.pick_work.choose_pick(model_.pick_of_row(index.row())); });
+}
+
+QPushButton* PickListForm::make_button(const char* name, const QString& text, const QString& tip,
+                                       void (PickListForm::*press)())
+{
+    auto* const button = new QPushButton(text);
+    button->setObjectName(QLatin1String(name));
+    button->setToolTip(tip);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this, press);
+    return button;
+}
+
+QWidget* PickListForm::make_fields()
+{
+    auto* const fields = new QWidget;
+    auto* const row = new QHBoxLayout(fields);
+    row->setContentsMargins(0, 0, 0, 0);
+    const auto add_field = [row](QLineEdit& field, const char* name, const QString& caption, const QString& tip,
+                                 int stretch) {
+        field.setObjectName(QLatin1String(name));
+        field.setToolTip(tip);
+        auto* const label = new QLabel(caption);
+        label->setBuddy(&field);
+        row->addWidget(label);
+        row->addWidget(&field, stretch);
+    };
+    add_field(*name_, "Text_anomaly_name", tr("&Name"), tr("Name of the series of the selected pick"), 4);
+    add_field(*id_, "Text_anomaly_ID", tr("&ID"), tr("Number in the series, 0 or more"), 1);
+    add_field(*type_, "Text_anomaly_type", tr("&Type"), tr("Type number, 0 or more"), 1);
+    QPushButton* const save = make_button("Command_save_edit", tr("Save"),
+                                          tr("Save the edited name, ID and type (Enter)"), &PickListForm::save_edit);
+    save->setDefault(true);
+    QPushButton* const cancel =
+        make_button("Command_cancel_edit", tr("Cancel"), tr("Put the saved texts back"), &PickListForm::cancel_edit);
+    QPushButton* const remove = make_button("Command_delete_selected_pick", tr("Delete"),
+                                            tr("Delete the selected pick"), &PickListForm::delete_pick);
+    QPushButton* const close_button = new QPushButton(tr("Close"));
+    close_button->setObjectName(QStringLiteral("Command_close_form"));
+    close_button->setToolTip(tr("Close the list (Esc)"));
+    close_button->setAutoDefault(false);
+    connect(close_button, &QPushButton::clicked, this, &QDialog::close);
+    for (QPushButton* const button : {save, cancel, remove, close_button}) row->addWidget(button);
+    editing_ = {name_, id_, type_, save, cancel, remove};
+    return fields;
+}
+
+void PickListForm::display_pick_list()
+{
+    model_.show_list();
+    const std::string& file_name = monitor_.survey.picks.pick_file_name;
+    file_->setText(file_name.empty() ? tr("No pick file yet") : to_qt(file_name));
+    file_->setToolTip(plain_tip(to_qt(file_name)));
+}
+
+void PickListForm::show_current_pick()
+{
+    grid_->viewport()->update();
+}
+
+void PickListForm::select_row()
+{
+    const QModelIndexList rows = grid_->selectionModel()->selectedRows();
+    show_texts(monitor_.pick_work.select_pick_row(rows.isEmpty() ? 0 : model_.pick_of_row(rows.constFirst().row())));
+}
+
+// After the grid was made anew: the pick that is being edited is selected again, wherever its row is now.
+void PickListForm::show_selection()
+{
+    const std::int32_t edited = monitor_.pick_work.edited_pick();
+    const QSignalBlocker quiet(grid_->selectionModel());
+    const int row = model_.row_of_pick(edited);
+    if (row >= 0) {
+        grid_->setCurrentIndex(model_.index(row, 0));
+        grid_->scrollTo(model_.index(row, 0));
+    }
+    show_texts(monitor_.pick_work.select_pick_row(edited));
+}
+
+void PickListForm::show_texts(const PickTexts& texts)
+{
+    name_->setText(to_qt(texts.name));
+    id_->setText(to_qt(texts.id));
+    type_->setText(to_qt(texts.type));
+    const PickListControls controls = monitor_.pick_work.list_controls();
+    for (QWidget* const control : editing_) control->setEnabled(controls.editing_enabled);
+    write_list_->setEnabled(controls.writing_enabled);
+}
+
+void PickListForm::save_edit()
+{
+    const PickTexts shown = monitor_.pick_work.Command_cancel_edit();
+    show_texts(monitor_.pick_work.Command_save_edit(
+        {edited_text(*name_, shown.name), edited_text(*id_, shown.id), edited_text(*type_, shown.type)}));
+}
+
+void PickListForm::cancel_edit()
+{
+    show_texts(monitor_.pick_work.Command_cancel_edit());
+}
+
+void PickListForm::delete_pick()
+{
+    monitor_.pick_work.Command_delete_selected_pick(indexed_track(monitor_.survey));
+}
+
+} // namespace tarvo

@@ -1,0 +1,77 @@
+#include "app/panels/hint_bar.h"
+
+#include "app/common/texts.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace tarvo {
+
+HintBar::HintBar(QWidget* parent) : QFrame(parent), layout_(new QVBoxLayout(this))
+{
+    setObjectName(QStringLiteral("Frame_hints"));
+    setFrameShape(QFrame::StyledPanel);
+    // The colours of tool tips stand out from the window's and are readable together on light and dark desktops.
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::ToolTipBase);
+    setForegroundRole(QPalette::ToolTipText);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    layout_->setContentsMargins(6, 2, 6, 2);
+    layout_->setSpacing(2);
+    hide();
+}
+
+void HintBar::show_hint(const QString& name, const QString& text, const Action& action)
+{
+    if (const auto row = rows_.find(name); row != rows_.end()) {
+        row->second->hide();
+        row->second->deleteLater(); // the press of its own button may have led here
+        rows_.erase(row);
+    }
+    setVisible(!rows_.empty());
+    if (text.isEmpty()) return;
+
+    auto* const row = new QWidget;
+    row->setObjectName(QStringLiteral("Hint_") + name);
+    auto* const label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setToolTip(plain_tip(text));
+    label->setForegroundRole(QPalette::ToolTipText);
+    auto* const icon = new QLabel;
+    const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(side, side));
+    auto* const close = new QToolButton;
+    close->setText(QStringLiteral("\u00d7"));
+    close->setAutoRaise(true);
+    close->setToolTip(tr("Hide this hint"));
+    close->setForegroundRole(QPalette::ToolTipText);
+    connect(close, &QToolButton::clicked, this, [this, name] { show_hint(name, {}); });
+
+    auto* const line = new QHBoxLayout(row);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(icon);
+    line->addWidget(label, 1);
+    if (action.perform) {
+        auto* const button = new QPushButton(action.caption);
+        button->setObjectName(QStringLiteral("Command_hint_") + name);
+        button->setToolTip(action.caption);
+        connect(button, &QPushButton::clicked, this, [perform = action.perform] { perform(); });
+        line->addWidget(button);
+    }
+    line->addWidget(close);
+    layout_->addWidget(row);
+    rows_.emplace(name, row);
+    show();
+}
+
+void HintBar::clear_hints()
+{
+    while (!rows_.empty()) show_hint(QString(rows_.begin()->first), {});
+}
+
+} // namespace tarvo

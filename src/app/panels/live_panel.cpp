@@ -1,0 +1,232 @@
+#include "app/panels/live_panel.h"
+
+#include "app/common/column_box.h"
+#include "app/common/texts.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QToolButton>
+
+namespace tarvo {
+
+namespace {
+
+constexpr int kStatusInterval = 250;   // milliseconds
+constexpr int kMostEchoLines = 500;    // the oldest go first
+constexpr int kMostEchoedBytes = 4096; // of one message
+constexpr int kEchoLinesShown = 4;
+constexpr int kButtonWidth = 116;
+constexpr int kMostMessageText = 2000;
+
+// Bytes of any kind on one line of the screen.
+QString shown_text(const std::string& bytes)
+{
+    QString text = to_qt(std::string_view(bytes).substr(0, kMostEchoedBytes));
+    for (QChar& c : text) {
+        if (!c.isPrint()) c = QLatin1Char(' ');
+    }
+    return text;
+}
+
+void show_alarm(QLabel& label, bool alarmed)
+{
+    const QString style =
+        alarmed ? QStringLiteral("color: %1; font-weight: bold").arg(warning_colour(label).name()) : QString();
+    if (label.styleSheet() != style) label.setStyleSheet(style);
+}
+
+} // namespace
+
+void LiveOperator::show_message(const std::string& text)
+{
+    const QString message = to_qt(text).left(kMostMessageText);
+    if (box_ != nullptr) { // the newest stands first, so that nothing before it can hide it
+        const QString shown = box_->text();
+        if (!shown.contains(message)) box_->setText((message + QLatin1Char('\n') + shown).left(kMostMessageText));
+        return;
+    }
+    box_ = new QMessageBox(QMessageBox::Information, QStringLiteral("Tarvo"), message, QMessageBox::Ok, window());
+    box_->setTextFormat(Qt::PlainText);
+    box_->setAttribute(Qt::WA_DeleteOnClose);
+    box_->setModal(false);
+    box_->show();
+}
+
+LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& settings, QWidget* parent)
+    : QWidget(parent), settings_(settings), op_(this),
+      pipe_([this](std::span<const std::byte> request) { return requests_.handle_request(request); }),
+      requests_(survey, driver, op_, pipe_.server(), *this), button_(new QPushButton(tr("Listen for UDP"))),
+      status_(new QLabel), recording_(new QLabel), echo_switch_(new QToolButton), echo_(new QPlainTextEdit),
+      record_(new QAction(tr("Record li&ve data"), this)),
+      choose_folder_(new QAction(tr("&Folder for live data..."), this))
+{
+    setObjectName(QStringLiteral("Panel_live"));
+    button_->setObjectName(QStringLiteral("Command_UDP_receive"));
+    button_->setToolTip(tr("Receives a survey while it is made, from tarvo-forward or another sender"));
+    status_->setObjectName(QStringLiteral("Label_live_status"));
+    recording_->setObjectName(QStringLiteral("Label_recording"));
+    for (QLabel* const label : {status_, recording_}) label->setTextFormat(Qt::PlainText);
+    recording_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    recording_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    echo_->setObjectName(QStringLiteral("RichTextBox_pipe"));
+    echo_->setReadOnly(true);
+    echo_->setUndoRedoEnabled(false);
+    echo_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    echo_->setMaximumBlockCount(kMostEchoLines);
+    echo_->setPlaceholderText(tr("What senders say about their data appears here"));
+    echo_->setFixedHeight(echo_->fontMetrics().lineSpacing() * (kEchoLinesShown + 1));
+    echo_switch_->setObjectName(QStringLiteral("Check_echo"));
+    echo_switch_->setText(tr("Requests"));
+    echo_switch_->setToolTip(tr("Shows what senders say about their data"));
+    echo_switch_->setCheckable(true);
+    echo_switch_->setChecked(true);
+    record_->setObjectName(QStringLiteral("menu_record_live"));
+    record_->setCheckable(true);
+    record_->setChecked(stored("RecordLive") != QLatin1String("0"));
+    choose_folder_->setObjectName(QStringLiteral("menu_record_folder"));
+
+    auto* const row = new QHBoxLayout;
+    button_->setMinimumWidth(kButtonWidth); // as wide as the start buttons above it
+    row->addWidget(button_);
+    row->addWidget(status_);
+    row->addWidget(recording_, 1);
+    row->addWidget(echo_switch_);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 0, 4, 0);
+    layout->setSpacing(2);
+    layout->addLayout(row);
+    layout->addWidget(echo_);
+
+    connect(button_, &QPushButton::clicked, this, &LivePanel::press);
+    connect(echo_switch_, &QToolButton::toggled, this, &LivePanel::show_echo_box);
+    connect(record_, &QAction::toggled, this, [this](bool wanted) {
+        settings_.write(kSettingsApplication, kSettingsSection, "RecordLive", wanted ? "1" : "0");
+        take_recording_choice();
+    });
+    connect(choose_folder_, &QAction::triggered, this, &LivePanel::choose_recording_folder);
+    connect(&status_timer_, &QTimer::timeout, this, [this] {
+        requests_.report_recording();
+        show_status();
+    });
+    show_echo_box();
+    show_status();
+}
+
+void LivePanel::add_actions(QMenu& file_menu)
+{
+    file_menu.addAction(record_);
+    file_menu.addAction(choose_folder_);
+}
+
+void LivePanel::press()
+{
+    emit pressed();
+    if (!requests_.is_listening()) {
+        take_recording_choice(); // the last folder may be another by now
+        warn_of_missing_folder();
+    }
+    if (!requests_.Command_UDP_receive()) emit postponed();
+    show_echo_box();
+    show_status();
+    if (requests_.is_listening()) status_timer_.start(kStatusInterval);
+}
+
+void LivePanel::show_pipe_caption(const std::string& caption)
+{
+    button_->setText(to_qt(caption));
+}
+
+void LivePanel::append_echo(const std::string& text)
+{
+    echo_->appendPlainText(shown_text(text));
+}
+
+void LivePanel::empty_echo_box()
+{
+    echo_->clear();
+}
+
+void LivePanel::show_status_text(const std::string& text)
+{
+    emit status_text_changed(shown_text(text));
+}
+
+void LivePanel::show_status()
+{
+    const LiveStatus status = requests_.status();
+    status_->setText(to_qt(live_status_text(status)));
+    show_alarm(*status_, status.is_overdue());
+    show_recording(status.recording_lost);
+    if (!requests_.is_listening()) status_timer_.stop();
+}
+
+void LivePanel::show_recording(bool is_lost)
+{
+    const LiveRecording& recording = requests_.recording();
+    const QString file = to_qt(recording.data_file_name());
+    recording_->setText(recording.is_active() ? tr("Recording %1").arg(QFileInfo(file).fileName())
+                        : is_lost             ? tr("Not recorded")
+                                              : QString());
+    recording_->setToolTip(recording.is_active() ? plain_tip(file)
+                           : is_lost
+                               ? tr("This run reaches no disk: choose another folder with File > Folder for live data")
+                               : QString());
+    show_alarm(*recording_, is_lost);
+}
+
+void LivePanel::show_echo_box()
+{
+    const bool useful = requests_.is_listening() || !echo_->document()->isEmpty();
+    echo_switch_->setVisible(useful);
+    echo_->setVisible(useful && echo_switch_->isChecked());
+}
+
+void LivePanel::choose_recording_folder()
+{
+    const QString folder =
+        QFileDialog::getExistingDirectory(this, tr("Select the folder for live data"), recording_folder());
+    if (folder.isEmpty()) return;
+    settings_.write(kSettingsApplication, kSettingsSection, "RecordFolder", to_utf8(folder));
+    take_recording_choice();
+}
+
+void LivePanel::take_recording_choice()
+{
+    requests_.set_recording_folder(record_->isChecked() ? to_utf8(recording_folder()) : std::string());
+    show_status();
+}
+
+void LivePanel::warn_of_missing_folder()
+{
+    const QString chosen = stored("RecordFolder");
+    if (!record_->isChecked() || chosen.isEmpty() || QFileInfo(chosen).isDir()) return;
+    op_.show_message(to_utf8(tr("The folder for live data, %1, is not there. Live data are recorded in %2")
+                                 .arg(chosen, recording_folder())));
+}
+
+// The one that was chosen, else the folder of the last survey.
+QString LivePanel::recording_folder() const
+{
+    for (const char* key : {"RecordFolder", "CWD"}) {
+        QString folder = stored(key);
+        if (!folder.isEmpty() && QFileInfo(folder).isDir()) return folder;
+    }
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+QString LivePanel::stored(const char* key) const
+{
+    return to_qt(settings_.read(kSettingsApplication, kSettingsSection, key, ""));
+}
+
+} // namespace tarvo

@@ -1,0 +1,88 @@
+#include "app/panels/pick_lines.h"
+
+#include "app/common/texts.h"
+#include "display/label_layout.h"
+
+#include <QPainter>
+
+#include <cmath>
+
+namespace tarvo {
+
+std::vector<PickLine> pick_lines(const SurveyState& survey, const DistanceRange& stretch, double left, double width)
+{
+    std::vector<PickLine> lines;
+    if (!(stretch.length() > 0)) return lines;
+    const TrackScene scene = track_scene(survey);
+    for (const ProfilePick& found : picks_in_stretch(scene.track, scene.picks, stretch)) {
+        const QString name = to_qt(survey.picks.pick_names[static_cast<std::size_t>(found.pick)]);
+        lines.push_back({found.pick, left + (found.distance - stretch.from) / stretch.length() * width, name,
+                         found.pick == survey.current_pick});
+    }
+    return lines;
+}
+
+std::int32_t pick_at_x(const std::vector<PickLine>& lines, double x)
+{
+    constexpr double kReach = 4; // pixels
+    std::int32_t nearest = 0;
+    double least = kReach;
+    for (const PickLine& line : lines) {
+        const double away = std::abs(line.x - x);
+        if (away > least || (nearest != 0 && away == least)) continue;
+        nearest = line.pick;
+        least = away;
+    }
+    return nearest;
+}
+
+void draw_pick_lines(QPainter& painter, const QRect& area, const std::vector<PickLine>& lines,
+                     const PickLineColours& colours)
+{
+    const auto draw = [&](const PickLine& line) {
+        const int x = static_cast<int>(std::lround(line.x));
+        if (colours.edge.isValid()) painter.fillRect(x - 1, area.top(), 3, area.height(), colours.edge);
+        painter.fillRect(x, area.top(), 1, area.height(), line.is_current ? colours.current : colours.line);
+    };
+    for (const PickLine& line : lines) {
+        if (!line.is_current) draw(line);
+    }
+    for (const PickLine& line : lines) {
+        if (line.is_current) draw(line); // over its neighbours
+    }
+}
+
+void draw_pick_line_names(QPainter& painter, const QRect& area, const std::vector<PickLine>& lines,
+                          const PickLineColours& colours)
+{
+    const QFontMetrics metrics = painter.fontMetrics();
+    std::vector<QString> names;
+    std::vector<LabelWish> wishes;
+    const int height = std::min(metrics.height(), area.height()); // of the one row of names
+    for (const PickLine& line : lines) {
+        names.push_back(metrics.elidedText(line.name, Qt::ElideRight, kLongestPickName));
+        wishes.push_back({static_cast<int>(std::lround(line.x)) - area.left(), height / 2,
+                          metrics.horizontalAdvance(names.back()) + 2, height, line.is_current});
+    }
+    const auto places = arrange_labels(wishes, area.width(), height, 1);
+    for (std::size_t at = 0; at < wishes.size(); ++at) {
+        if (!places[at]) continue;
+        const QRect box(area.left() + places[at]->left, area.top() + places[at]->top, places[at]->width,
+                        places[at]->height);
+        draw_outlined(painter, box, Qt::AlignCenter, names[at], lines[at].is_current ? colours.current : colours.line,
+                      colours.edge);
+    }
+}
+
+void draw_outlined(QPainter& painter, const QRect& area, int flags, const QString& text, const QColor& colour,
+                   const QColor& edge)
+{
+    painter.setPen(edge);
+    for (const QPoint& shift : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1)}) {
+        painter.drawText(area.translated(shift), flags, text);
+    }
+    painter.setPen(colour);
+    painter.drawText(area, flags, text);
+}
+
+} // namespace tarvo

@@ -1,0 +1,166 @@
+#include "app/panels/survey_view.h"
+
+#include "app/common/texts.h"
+#include "display/colour_scale.h"
+#include "display/range_fit.h"
+#include "display/track_navigation.h"
+
+namespace tarvo {
+
+SurveyView::SurveyView(SurveyState& survey, Operator& op, QObject* parent) : QObject(parent), survey_(survey), op_(op)
+{
+    // Painting waits for the event loop; nothing runs from within a redraw.
+    survey_.track_image.run_pending_events = [this] { emit track_changed(); };
+}
+
+void SurveyView::resize_track(int width, int height)
+{
+    TrackImage& image = survey_.track_image;
+    if (width == image.picture.width() && height == image.picture.height()) return;
+    resize_track_image(image, scene(), width, height, op_);
+    update_image_display(image, scene(), Redraw::as_needed, op_);
+    emit track_changed();
+}
+
+void SurveyView::change_zoom(const QString& text)
+{
+    Combo_zoom_change(survey_.track_image, scene(), to_utf8(text), op_);
+}
+
+void SurveyView::choose_zoom(const QString& text, int zoom_option)
+{
+    Combo_zoom_click(survey_.track_image, scene(), to_utf8(text), zoom_option, op_);
+}
+
+void SurveyView::zoom_about(int x, int y, double factor)
+{
+    zoom_about_pixel(survey_.track_image, scene(), x, y, factor, op_);
+}
+
+void SurveyView::drag(int right, int down)
+{
+    drag_view(survey_.track_image, scene(), right, down, op_);
+}
+
+void SurveyView::show_whole()
+{
+    show_whole_track(survey_.track_image, scene(), op_);
+}
+
+void SurveyView::follow()
+{
+    follow_track(survey_.track_image);
+    emit track_changed();
+}
+
+void SurveyView::pan_to(int position)
+{
+    survey_.pan_range.position = position;
+    HScroll_pan_change(survey_.track_image, scene(), position, survey_.pan_range.TrackSkip, op_);
+    emit current_record_changed();
+}
+
+void SurveyView::make_current(std::int32_t record, Recentre recentre)
+{
+    make_record_current(survey_.track_image, scene(), record, recentre, op_);
+    survey_.pan_range.position = pan_position_of(survey_.track_image.current_record, survey_.pan_range.TrackSkip);
+    emit current_record_changed();
+}
+
+void SurveyView::show_changed_colours()
+{
+    redraw_colours(survey_.track_image, scene(), op_);
+    emit track_changed();
+    emit values_changed();
+    emit ranges_changed();
+}
+
+void SurveyView::adjust_range(int index, int value)
+{
+    VScroll_TG_change(index, value, survey_.display_settings);
+    show_changed_colours();
+}
+
+void SurveyView::fit_range()
+{
+    const std::optional<double> range = fitted_gradient_range(survey_.track_image, scene());
+    if (!range) return;
+    set_gradient_range(survey_.display_settings, *range);
+    show_changed_colours();
+}
+
+void SurveyView::change_display_setting(const std::string& key, const QString& text)
+{
+    if (set_display_setting(survey_.display_settings, key, to_utf8(text)) != SettingOutcome::taken) return;
+    survey_.track_image.section = current_section();
+    show_changed_colours();
+}
+
+SectionLimits SurveyView::current_section()
+{
+    const DisplaySettings& settings = survey_.display_settings;
+    return calculate_section_limits(scene().track, survey_.track_image.current_record, settings.track_axis_length, op_);
+}
+
+void SurveyView::set_running(bool running)
+{
+    running_ = running;
+}
+
+std::int32_t SurveyView::middle_record() const
+{
+    if (running_) {
+        return record_behind_newest(track_table(survey_.processing.store), survey_.display_settings.track_axis_length);
+    }
+    return survey_.track_image.current_record;
+}
+
+void SurveyView::show_new_pick_marker(const GridPlace& place, std::int32_t record)
+{
+    display_new_pick_location(survey_.track_image, place, kMagenta, 1, record);
+    emit track_changed();
+}
+
+void SurveyView::clear_new_pick_marker()
+{
+    display_new_pick_location(survey_.track_image, {}, kMagenta, -1);
+    emit track_changed();
+}
+
+void SurveyView::redraw_picks()
+{
+    update_image_display(survey_.track_image, scene(), Redraw::as_needed, op_);
+    emit track_changed();
+    emit values_changed();
+}
+
+void SurveyView::announce()
+{
+    emit track_changed();
+    emit current_record_changed();
+    emit values_changed();
+}
+
+void SurveyView::refresh()
+{
+    TrackImage& image = survey_.track_image;
+    image.full_view.buffer_valid = false;
+    image.zoomed_view.buffer_valid = false;
+    image.section = current_section();
+    update_image_display(image, scene(), Redraw::requested, op_);
+    announce();
+}
+
+void SurveyView::show_newest()
+{
+    TrackImage& image = survey_.track_image;
+    keep_newest_in_view(image, scene(), op_);
+    // New samples are marked by the whole view's transform: a zoomed picture is made anew instead.
+    if (image.map_extent == MapExtent::fixed && image.zoomed_view.zoom > 1) {
+        update_image_display(image, scene(), Redraw::as_needed, op_);
+    }
+    emit track_changed();
+    emit values_changed();
+}
+
+} // namespace tarvo

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "display/profile_window.h"
+#include "display/track_navigation.h"
+#include "survey/survey_state.h"
+
+#include <QObject>
+#include <QString>
+
+namespace tarvo {
+
+// The open survey as the panels of the window see it: they hand the operator's wishes to the core through it, and hear
+// through it what has changed.
+class SurveyView : public QObject {
+    Q_OBJECT
+
+public:
+    SurveyView(SurveyState& survey, Operator& op, QObject* parent = nullptr);
+
+    SurveyState& survey() { return survey_; }
+    const SurveyState& survey() const { return survey_; }
+    Operator& op() { return op_; }
+
+    // The track image.
+    void resize_track(int width, int height);
+    void change_zoom(const QString& text);
+    void choose_zoom(const QString& text, int zoom_option);
+    void zoom_about(int x, int y, double factor);
+    void drag(int right, int down);
+    void show_whole();
+    void follow();
+
+    // The current point. Positions are those of HScroll_pan.
+    void pan_to(int position);
+    void make_current(std::int32_t record, Recentre recentre);
+
+    // The gradient range: the adjusters VScroll_TG (0 the fine one; value 1 narrows) and the fit to what is in view.
+    void adjust_range(int index, int value);
+    void fit_range();
+
+    // One of the display settings by its key, as the operator typed it. A refused text changes nothing.
+    void change_display_setting(const std::string& key, const QString& text);
+
+    // While a run goes on, bars and graphs end at the newest record; else they are about the current one.
+    void set_running(bool running);
+    bool is_running() const { return running_; }
+    std::int32_t middle_record() const; // of bars and graphs; 0: none
+
+    // The ring that offers the place of a new pick.
+    void show_new_pick_marker(const GridPlace& place, std::int32_t record);
+    void clear_new_pick_marker();
+
+    // The picks, in all panels.
+    void redraw_picks();
+
+    // Lets every panel show what the survey now holds; the track has been drawn.
+    void announce();
+    // Redraws everything after the survey, its settings or its values have changed.
+    void refresh();
+    // The picture as it stands now, while a run goes on.
+    void show_newest();
+
+signals:
+    void track_changed();          // the picture, its view or what lies over it
+    void current_record_changed(); // and with it the middle of bars and graphs
+    void values_changed();         // stored samples, ranges or sensors
+    void ranges_changed();         // display settings, to be kept
+
+private:
+    TrackScene scene() const { return track_scene(survey_); }
+    SectionLimits current_section();
+    void show_changed_colours();
+
+    SurveyState& survey_;
+    Operator& op_;
+    bool running_ = false;
+};
+
+} // namespace tarvo

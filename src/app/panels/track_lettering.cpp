@@ -1,0 +1,109 @@
+#include "app/panels/track_lettering.h"
+
+#include "app/common/texts.h"
+#include "app/panels/pick_lines.h"
+#include "display/colour_scale.h"
+#include "display/label_layout.h"
+#include "display/range_fit.h"
+#include "text/numbers.h"
+
+#include <QCoreApplication>
+#include <QLinearGradient>
+#include <QPainter>
+
+#include <cmath>
+#include <vector>
+
+namespace tarvo {
+
+namespace {
+
+constexpr int kMargin = 10;
+
+QString length_text(double metres)
+{
+    if (metres >= 1000) return to_qt(format_shortest(metres / 1000)) + QStringLiteral(" km");
+    return to_qt(format_shortest(metres)) + QStringLiteral(" m");
+}
+
+void draw_scale_bar(QPainter& painter, const QRect& area, double metres_per_pixel)
+{
+    const double length = scale_bar_length(area.width() / 5.0 * metres_per_pixel);
+    if (length <= 0) return;
+    const int width = static_cast<int>(length / metres_per_pixel);
+    const QRect bar(area.left() + kMargin, area.bottom() - kMargin - 3, width, 4);
+    painter.fillRect(bar.adjusted(-1, -1, 1, 1), Qt::black);
+    painter.fillRect(bar, Qt::white);
+    draw_outlined(painter, QRect(bar.left(), bar.top() - 22, std::max(width, 80), 20), Qt::AlignLeft | Qt::AlignBottom,
+                  length_text(length), Qt::white);
+}
+
+// The colour scale upright, the range at its ends.
+void draw_legend(QPainter& painter, const QRect& area, double range)
+{
+    constexpr int kBarWidth = 12;
+    const int height = std::min(140, area.height() / 3);
+    const QRect bar(area.right() - kMargin - kBarWidth, area.bottom() - kMargin - height, kBarWidth, height);
+    QLinearGradient colours(bar.bottomLeft(), bar.topLeft());
+    for (int step = 0; step <= 8; ++step) {
+        colours.setColorAt(step / 8.0, QColor::fromRgb(value_colour(step / 8.0, 1.0)));
+    }
+    painter.fillRect(bar.adjusted(-1, -1, 1, 1), Qt::black);
+    painter.fillRect(bar, colours);
+    const QRect labels(bar.left() - 76, bar.top() - 8, 70, 16);
+    const int flags = Qt::AlignRight | Qt::AlignVCenter;
+    draw_outlined(painter, labels, flags, to_qt(format_shortest(range)), Qt::white);
+    draw_outlined(painter, labels.translated(0, height / 2), flags, to_qt(format_shortest(range / 2)), Qt::white);
+    draw_outlined(painter, labels.translated(0, height), flags, QStringLiteral("0"), Qt::white);
+    draw_outlined(painter, labels.translated(kBarWidth + 6, -18), flags, QStringLiteral("nT/m"), Qt::white);
+}
+
+// Where picks are crowded, the names that would cover others are left out; the current one's is always there.
+void draw_pick_names(QPainter& painter, const QRect& area, double pixel_ratio, const SurveyState& survey)
+{
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int ring_radius = static_cast<int>(std::ceil(5 / pixel_ratio));
+    std::vector<QString> names;
+    std::vector<LabelWish> wishes;
+    for (const PickLabel& label : survey.track_image.pick_labels) {
+        const auto pick = static_cast<std::size_t>(label.pick);
+        if (pick >= survey.picks.pick_names.size()) continue;
+        names.push_back(metrics.elidedText(to_qt(survey.picks.pick_names[pick]), Qt::ElideRight, kLongestPickName));
+        wishes.push_back({static_cast<int>(label.x / pixel_ratio), static_cast<int>(label.y / pixel_ratio),
+                          metrics.horizontalAdvance(names.back()) + 2, metrics.height(),
+                          label.pick == survey.current_pick});
+    }
+    const auto places = arrange_labels(wishes, area.width(), area.height(), ring_radius);
+    for (std::size_t at = 0; at < wishes.size(); ++at) {
+        if (!places[at]) continue;
+        const QRect box(places[at]->left, places[at]->top, places[at]->width, places[at]->height);
+        draw_outlined(painter, box, Qt::AlignCenter, names[at],
+                      wishes[at].comes_first ? QColor(255, 96, 96) : QColor(Qt::white));
+    }
+}
+
+QString invitation(const SurveyState& survey)
+{
+    if (survey.data_file_name.empty()) {
+        return QCoreApplication::translate("Track", "Open a survey data file, or drop one here");
+    }
+    return QCoreApplication::translate(
+        "Track", "Run > Start load (F5) shows the track, Run > Start replay (F6) how it was made");
+}
+
+} // namespace
+
+void draw_track_lettering(QPainter& painter, const QRect& area, double pixel_ratio, const SurveyState& survey)
+{
+    if (survey.processing.store.RecordCount < 1) {
+        if (survey.processing.lines_read > 0) return; // a run has only begun
+        draw_outlined(painter, area, Qt::AlignCenter | Qt::TextWordWrap, invitation(survey), QColor(190, 190, 190));
+        return;
+    }
+    const PixelTransform transform = active_transform(survey.track_image);
+    draw_pick_names(painter, area, pixel_ratio, survey);
+    draw_scale_bar(painter, area, pixel_ratio / (transform.scale * transform.zoom));
+    draw_legend(painter, area, survey.display_settings.gradient_max_range);
+}
+
+} // namespace tarvo

@@ -1,0 +1,275 @@
+#include "live/live_requests.h"
+
+#include "intake/column_report.h"
+#include "ports/busy_flag.h"
+#include "ports/guarded_operation.h"
+#include "text/numbers.h"
+
+#include <cassert>
+#include <cmath>
+#include <exception>
+#include <utility>
+
+namespace tarvo {
+
+namespace {
+
+constexpr double kOverdueAge = 5; // seconds without a line
+constexpr std::string_view kDataLineStart = "$GDP0001";
+
+constexpr const char* kOk = "OK";
+constexpr const char* kInvalidRequest = "Invalid Request";
+constexpr const char* kInvalidRequestCode = "Invalid Request Code";
+constexpr const char* kBadHeader = "Bad Header";
+
+// Gathers messages, for the operator to see them all at once.
+class GatheringOperator : public Operator {
+public:
+    void show_message(const std::string& text) override { gathered_.push_back(text); }
+    bool ask_yes_no(const std::string&) override { return false; }
+    std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
+    std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
+
+    const std::vector<std::string>& gathered() const { return gathered_; }
+
+private:
+    std::vector<std::string> gathered_;
+};
+
+bool is_definition(int code)
+{
+    return (code >= kHeaderColumns && code <= kSensorCounts) || (code >= kFirstSensor && code <= kLastSensor) ||
+           code == kEndOfDefinitions;
+}
+
+// What stands in the code's place as a code; -1 for a number that can be none.
+int whole_code(double number)
+{
+    const bool possible = number >= 0 && number <= 9999 && number == std::floor(number);
+    return possible ? static_cast<int>(number) : -1;
+}
+
+} // namespace
+
+bool LiveStatus::is_overdue() const
+{
+    return state == State::live && last_line_age.value_or(run_age) >= kOverdueAge;
+}
+
+std::string live_status_text(const LiveStatus& status)
+{
+    if (status.state == LiveStatus::State::idle) return "Not listening";
+    const std::string clients = status.clients == 0   ? "no client connected"
+                                : status.clients == 1 ? "1 client"
+                                                      : std::to_string(status.clients) + " clients";
+    if (status.state == LiveStatus::State::listening) return "Listening, " + clients;
+    std::string text = "Live: " + format_fixed(status.lines_per_second, 0) + " lines/s, ";
+    text += status.last_line_age ? "last line " + format_fixed(*status.last_line_age, 1) + " s ago" : "no line yet";
+    return text + ", " + std::to_string(status.lines_rejected) + " rejected, " + clients;
+}
+
+std::string ByteArrayToString(std::span<const std::byte> bytes)
+{
+    std::string text(bytes.size(), '\0');
+    for (std::size_t at = 0; at < bytes.size(); ++at) text[at] = static_cast<char>(bytes[at]);
+    return text;
+}
+
+LiveRequests::LiveRequests(SurveyState& survey, LoggingDriver& driver, Operator& op, PipeEndpoint& endpoint,
+                           LiveDisplay& display, std::function<LiveClock::time_point()> clock)
+    : survey_(survey), driver_(driver), op_(op), endpoint_(endpoint), display_(display), clock_(std::move(clock))
+{
+}
+
+bool LiveRequests::Command_UDP_receive()
+{
+    if (handling_) {
+        button_pressed_ = true;
+        return true;
+    }
+    if (driver_.is_starting() || driver_.is_finishing()) return false;
+    listening_ ? close_pipe() : open_pipe();
+    return true;
+}
+
+void LiveRequests::open_pipe()
+{
+    if (!driver_.may_begin_live_run()) return;
+    if (driver_.state().file_run_active()) driver_.stop_data_logging();
+    if (const std::optional<PipeFault> fault = endpoint_.listen(kPipeName)) {
+        op_.show_message("There was an error setting up the pipe: " + std::to_string(fault->number) + ": " +
+                         fault->text);
+        return;
+    }
+    listening_ = true;
+    display_.show_pipe_caption("Close UDP Pipe");
+    display_.empty_echo_box();
+    driver_.lock_for_pipe();
+    driver_.initialise_data_logging();
+}
+
+void LiveRequests::close_pipe()
+{
+    stop_pipe_data_logging(PipeAfterRun::closes);
+    if (survey_.processing.store.RecordCount == 0) display_.empty_echo_box();
+}
+
+std::string LiveRequests::handle_request(std::span<const std::byte> request)
+{
+    assert(!handling_);
+    std::string reply = kInvalidRequest;
+    {
+        const BusyFlag busy(handling_);
+        run_guarded(
+            op_, "An error occurred while handling a request: ", [&] { reply = reply_to(ByteArrayToString(request)); });
+    }
+    if (std::exchange(button_pressed_, false)) Command_UDP_receive();
+    return reply;
+}
+
+std::string LiveRequests::reply_to(std::string_view text)
+{
+    if (!text.starts_with(kDataLineStart)) display_.append_echo(std::string(text));
+    if (!text.starts_with(kRequestTag)) return kInvalidRequest;
+    const std::optional<double> number = numeric_value(text.substr(kRequestTag.size(), 4));
+    if (!number) return kInvalidRequestCode;
+    return obey(whole_code(*number), text.size() > kPayloadStart ? text.substr(kPayloadStart) : std::string_view());
+}
+
+std::string LiveRequests::obey(int code, std::string_view payload)
+{
+    if (is_definition(code)) {
+        stop_pipe_data_logging(PipeAfterRun::stays_open);
+        if (code == kEndOfDefinitions) return end_definitions();
+        apply_definition(code, payload);
+    } else if (!is_live()) {
+        return kOk;
+    } else if (code == kDataLine) {
+        process_data_line(payload);
+    } else if (code == kEndOfLiveData) {
+        stop_pipe_data_logging(PipeAfterRun::stays_open);
+    } else if (code == kStatusText) {
+        display_.show_status_text(std::string(payload));
+    }
+    return kOk;
+}
+
+void LiveRequests::process_data_line(std::string_view line)
+{
+    const LiveClock::time_point now = clock_();
+    rate_.note_line(now);
+    last_line_ = now;
+    const int status = driver_.process_input_data(line);
+    // Where lines carry no time their count is the clock, so that a refused one has its place in the file too.
+    if (status == 0 || !survey_.processing.plan.has_time) recording_.append(line);
+}
+
+void LiveRequests::apply_definition(int code, std::string_view payload)
+{
+    SurveyDefinitions& definitions = survey_.survey_definitions;
+    try {
+        if (code == kHeaderColumns) survey_.header_columns = columns_of_payload(payload);
+        if (code == kScales) apply_scales(payload, definitions);
+        if (code == kFieldNames) apply_field_names(payload, definitions);
+        if (code == kSensorCounts) apply_sensor_counts(payload, definitions);
+        if (code >= kFirstSensor) apply_sensor(payload, code - kFirstSensor + 1, definitions);
+    } catch (const std::exception& fault) {
+        const char* const names = code >= kSensorCounts ? "sensor" : "fish";
+        op_.show_message(std::string("An error occurred while decoding the ") + names +
+                         " field names: " + fault.what());
+    }
+}
+
+// A header that holds none of the columns that the definitions name is another survey's.
+std::string LiveRequests::end_definitions()
+{
+    GatheringOperator messages;
+    const int status =
+        locate_header_fields(survey_.header_columns, survey_.survey_definitions, survey_.locations, messages);
+    const bool nothing_located =
+        survey_.locations.located_field_count == 0 && survey_.locations.sensor_channel_count() == 0;
+    if (status < 0 || nothing_located) {
+        op_.show_message("The data definitions are invalid\n" + column_warnings_text(messages.gathered()));
+        return kBadHeader;
+    }
+    set_default_field_names(survey_.survey_definitions);
+    start_pipe_data_logging();
+    for (const std::string& warning : messages.gathered()) op_.show_warning(WarningAbout::columns, warning);
+    return kOk;
+}
+
+void LiveRequests::start_pipe_data_logging()
+{
+    rate_ = LineRate();
+    run_begin_ = clock_();
+    last_line_.reset();
+    display_.show_status_text("");
+    driver_.start_pipe_data_logging();
+    start_recording();
+}
+
+// The pipe is closed first, so that no request comes in between while the run is finished.
+void LiveRequests::stop_pipe_data_logging(PipeAfterRun pipe)
+{
+    if (pipe == PipeAfterRun::closes) endpoint_.close();
+    driver_.finish_pipe_run();
+    recording_.finish();
+    report_recording();
+    if (pipe == PipeAfterRun::stays_open) return;
+    listening_ = false;
+    driver_.unlock_from_pipe();
+    display_.show_pipe_caption("Listen for UDP");
+    display_.show_status_text("");
+}
+
+void LiveRequests::set_recording_folder(const std::string& folder)
+{
+    if (folder == recording_folder_) return;
+    recording_folder_ = folder;
+    recording_.finish();
+    report_recording();
+    if (is_live()) start_recording();
+}
+
+void LiveRequests::start_recording()
+{
+    if (recording_folder_.empty()) return;
+    try {
+        recording_.start(recording_folder_, portable_survey(survey_.header_columns, survey_.survey_definitions));
+        move_picks_to(pick_file_name_for(recording_.data_file_name()));
+    } catch (const std::exception& fault) {
+        op_.show_message(std::string("An error occurred while starting the recording: ") + fault.what());
+    }
+}
+
+// The picks of the recording before stay on the track and in that recording's file; from the next change on they are
+// the new one's, too.
+void LiveRequests::move_picks_to(const std::string& pick_file_name)
+{
+    PickList& picks = survey_.picks;
+    if (picks.pick_file_name == picks.offered_file_name) picks.pick_file_name = pick_file_name;
+    picks.offered_file_name = pick_file_name;
+}
+
+LiveStatus LiveRequests::status()
+{
+    const LiveClock::time_point now = clock_();
+    LiveStatus status;
+    status.clients = endpoint_.client_count();
+    if (listening_) status.state = LiveStatus::State::listening;
+    if (!is_live()) return status;
+    status.state = LiveStatus::State::live;
+    status.lines_per_second = rate_.lines_per_second(now);
+    status.run_age = std::chrono::duration<double>(now - run_begin_).count();
+    if (last_line_) status.last_line_age = std::chrono::duration<double>(now - *last_line_).count();
+    status.lines_rejected = survey_.processing.lines_rejected;
+    status.recording_lost = !recording_folder_.empty() && !recording_.is_active();
+    return status;
+}
+
+void LiveRequests::report_recording()
+{
+    if (const std::optional<std::string> warning = recording_.take_warning()) op_.show_message(*warning);
+}
+
+} // namespace tarvo

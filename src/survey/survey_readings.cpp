@@ -1,0 +1,181 @@
+#include "survey/survey_readings.h"
+
+#include "processing/fixed_time.h"
+#include "text/numbers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace tarvo {
+
+namespace {
+
+constexpr int kListedSensors = 4; // of a text of one line
+
+double sample_total_field(const ProcessingPlan& plan, std::size_t sensor, const CurrentSample& sample)
+{
+    double squares = 0;
+    double component = kNull;
+    for (std::size_t row = 1; row <= static_cast<std::size_t>(plan.components_per_sensor); ++row) {
+        const std::int32_t channel = plan.sensors[sensor].component_channels[row];
+        component = channel < 0 ? kNull : sample.SensorValues[static_cast<std::size_t>(channel)];
+        if (!is_valid_sensor(component)) return kNull;
+        squares += component * component;
+    }
+    return plan.components_per_sensor == 1 ? component : std::sqrt(squares);
+}
+
+// Of the records record_of(1) .. record_of(count) the nearest to a place within a reach, the first of several; 0: none.
+template <typename RecordOf>
+std::int32_t nearest_of(std::int32_t count, const RecordOf& record_of, const TrackTable& track, const GridPlace& place,
+                        double reach)
+{
+    std::int32_t nearest = 0;
+    double least_square = reach * reach;
+    for (std::int32_t k = 1; k <= count; ++k) {
+        const std::int32_t record = record_of(k);
+        // A null position is so far away that it is never the nearest.
+        const double east = track.easting[record] - place.easting;
+        const double north = track.northing[record] - place.northing;
+        const double square = east * east + north * north;
+        if (square > least_square || (square == least_square && nearest > 0 && nearest < record)) continue;
+        nearest = record;
+        least_square = square;
+    }
+    return nearest;
+}
+
+std::string grouped_fixed(double value, int decimals)
+{
+    return grouped_digits(format_fixed(value, decimals));
+}
+
+std::string time_of_day_text(double date_time)
+{
+    const double day = date_time - std::floor(date_time);
+    const auto tenths = static_cast<std::int64_t>(std::nearbyint(day * kSecondsPerDay * 10)) % 864000;
+    char text[16];
+    std::snprintf(text, sizeof text, "%02d:%02d:%02d.%d", static_cast<int>(tenths / 36000),
+                  static_cast<int>(tenths / 600 % 60), static_cast<int>(tenths / 10 % 60),
+                  static_cast<int>(tenths % 10));
+    return text;
+}
+
+std::string sensor_text(const SampleStore& store, int sensor, std::int32_t record)
+{
+    const SensorRecords& values = store.sensors[static_cast<std::size_t>(sensor)];
+    std::string text = "   S" + std::to_string(sensor) + ": ";
+    const double field = values.averages[0][record];
+    text += is_valid_sensor(field) ? grouped_fixed(field, 2) + " nT" : "no field";
+    if (record > store.gradient_records) return text;
+    const double gradient = values.gradients[0][record];
+    if (is_valid_sensor(gradient)) text += ", " + format_fixed(gradient, 2) + " nT/m";
+    return text;
+}
+
+} // namespace
+
+DialReadings dial_readings_of_sample(const SurveyState& survey, const CurrentSample& sample)
+{
+    const SampleProcessing& run = survey.processing;
+    const ChannelArray& values = sample.ChannelValues;
+    DialReadings readings = {values[kHeading],   values[kPitch], values[kRoll], values[kDepth],
+                             values[kElevation], kNull,          {kNull}};
+    readings.speed = speed_over_ground(track_table(run.store), run.store.RecordCount);
+    for (std::size_t sensor = 1; sensor < run.plan.sensors.size(); ++sensor) {
+        readings.total_field.push_back(sample_total_field(run.plan, sensor, sample));
+    }
+    return readings;
+}
+
+DialReadings dial_readings_of_record(const SurveyState& survey, std::int32_t record)
+{
+    const SampleStore& store = survey.processing.store;
+    DialReadings readings;
+    const bool is_stored = record >= 1 && record <= store.RecordCount;
+    if (is_stored) {
+        readings = {store.channel(kHeading, record),
+                    store.channel(kPitch, record),
+                    store.channel(kRoll, record),
+                    store.channel(kDepth, record),
+                    store.channel(kElevation, record),
+                    speed_over_ground(track_table(store), record),
+                    {kNull}};
+    }
+    for (std::size_t sensor = 1; sensor < store.sensors.size(); ++sensor) {
+        readings.total_field.push_back(is_stored ? store.sensors[sensor].averages[0][record] : kNull);
+    }
+    return readings;
+}
+
+double speed_over_ground(const TrackTable& track, std::int32_t record)
+{
+    if (record < 2 || record > track.count) return kNull;
+    for (const std::int32_t at : {record - 1, record}) {
+        if (!is_valid_channel(track.easting[at]) || !is_valid_channel(track.northing[at])) return kNull;
+    }
+    const double seconds = (track.time[record] - track.time[record - 1]) * kSecondsPerDay;
+    // Days as 64-bit floats resolve about a microsecond: anything below a millisecond is rounding.
+    constexpr double kShortestStep = 0.001;
+    if (!(seconds >= kShortestStep)) return kNull;
+    return (track.distance[record] - track.distance[record - 1]) / seconds;
+}
+
+std::string record_text(const SurveyState& survey, std::int32_t record)
+{
+    const SampleStore& store = survey.processing.store;
+    if (record < 1 || record > store.RecordCount) return "";
+    const TrackTable track = track_table(store);
+    std::string text = place_text({track.easting[record], track.northing[record]});
+    if (text.empty()) text = "no position";
+    text += "   at " + grouped_fixed(track.distance[record], 1) + " m";
+    const std::int32_t line = line_of_record(survey.processing.lines, record);
+    const double number = line > 0 ? survey.processing.lines.LineNumbers[line] : kNull;
+    if (is_valid_channel(number)) text += "   line " + format_fixed(number, 0);
+    text += "   " + time_of_day_text(track.time[record]);
+    for (int sensor = 1; sensor <= std::min(store.number_of_sensors(), kListedSensors); ++sensor) {
+        text += sensor_text(store, sensor, record);
+    }
+    return text;
+}
+
+std::string place_text(const GridPlace& place)
+{
+    if (!place.is_known()) return "";
+    return grouped_fixed(place.easting, 1) + " m E, " + grouped_fixed(place.northing, 1) + " m N";
+}
+
+std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, double reach)
+{
+    if (!place.is_known()) return 0;
+    const auto every_record = [](std::int32_t record) { return record; };
+    return nearest_of(track.count, every_record, track, place, reach);
+}
+
+// All within reach are asked of the index, and the nearest is taken of them: its own nearest search passes over
+// neighbours beyond a dividing line, and beside a track there often is one.
+std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel, double reach)
+{
+    const TrackImage& image = survey.track_image;
+    if (image.followed.is_shown) return followed_record_at(image.followed, pixel, reach);
+    const PixelTransform transform = active_transform(image);
+    const GridPlace place = place_of_pixel(image, pixel.x, pixel.y);
+    const double metres = reach / (transform.scale * transform.zoom);
+    const TrackTable track = track_table(survey.processing.store);
+    if (!place.is_known()) return 0;
+    if (!survey.track_index.is_initialised()) return nearest_record(track, place, metres);
+
+    const FoundPoints near = survey.track_index.find_points_near(place.easting, place.northing, metres);
+    const auto record_near = [&near](std::int32_t k) { return near.indices[static_cast<std::size_t>(k)]; };
+    return nearest_of(near.count, record_near, track, place, metres);
+}
+
+std::string averaging_hint(const SampleProcessing& run)
+{
+    if (run.lines_not_averaged < 1) return "";
+    return grouped_digits(std::to_string(run.lines_not_averaged)) + " of " +
+           grouped_digits(std::to_string(run.lines_read)) + " lines closed a bin and were not averaged";
+}
+
+} // namespace tarvo

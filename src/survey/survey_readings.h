@@ -1,0 +1,45 @@
+#pragma once
+
+#include "survey/survey_state.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarvo {
+
+// What the dials show. kNull: not known.
+struct DialReadings {
+    double heading = kNull; // degrees
+    double pitch = kNull;
+    double roll = kNull;
+    double depth = kNull; // metres
+    double elevation = kNull;
+    double speed = kNull;                      // over ground, metres a second
+    std::vector<double> total_field = {kNull}; // nT, sensors from 1
+};
+
+// Of the data line at hand; the speed is that of the newest stored record.
+DialReadings dial_readings_of_sample(const SurveyState& survey, const CurrentSample& sample);
+DialReadings dial_readings_of_record(const SurveyState& survey, std::int32_t record);
+
+// Metres a second from the record before to this one, kNull where a position is missing or no time has passed.
+double speed_over_ground(const TrackTable& track, std::int32_t record);
+
+// One line about a stored record for the status bar: position, distance, line, time and the sensors' values.
+std::string record_text(const SurveyState& survey, std::int32_t record);
+
+// "428,060.3 m E, 5,994,869.6 m N"; empty when the place is not known.
+std::string place_text(const GridPlace& place);
+
+// The stored record whose position is nearest to a place, if one lies within `reach` metres of it; 0: none.
+std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, double reach);
+
+// The stored record that the track image shows nearest to a pixel, if one lies within `reach` pixels of it; 0: none.
+std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel, double reach);
+
+// How many lines went into no average, said to the operator with the remedy in mind; empty when none was left out.
+std::string averaging_hint(const SampleProcessing& run);
+
+} // namespace tarvo

@@ -1,0 +1,33 @@
+#include "survey/survey_state.h"
+
+#include <algorithm>
+
+namespace tarvo {
+
+TrackScene track_scene(const SurveyState& survey)
+{
+    const SampleStore& store = survey.processing.store;
+    TrackScene scene;
+    scene.track = track_table(store);
+    if (store.number_of_sensors() >= 1 && store.gradient_records >= store.RecordCount) {
+        scene.display_values = store.sensors[1].gradients[0].data();
+    }
+    scene.sample_rate = static_cast<float>(1.0 / survey.processing.plan.SampleInterval);
+    scene.settings = survey.display_settings;
+    const std::vector<std::int32_t>& pick_records = survey.picks.pick_sample_index;
+    const auto picks_in_use = static_cast<std::size_t>(survey.picks.number_of_picks) + 1;
+    scene.picks = {std::span(pick_records).first(std::min(picks_in_use, pick_records.size())), survey.current_pick};
+    return scene;
+}
+
+bool has_pick_list(const SurveyState& survey)
+{
+    return survey.processing.store.RecordCount >= 1 && survey.picks.number_of_picks >= 1;
+}
+
+IndexedTrack indexed_track(const SurveyState& survey)
+{
+    return {track_table(survey.processing.store), survey.track_index};
+}
+
+} // namespace tarvo

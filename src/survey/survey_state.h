@@ -1,0 +1,55 @@
+#pragma once
+
+#include "definitions/field_locations.h"
+#include "definitions/header_columns.h"
+#include "definitions/survey_definitions.h"
+#include "display/display_settings.h"
+#include "display/track_image.h"
+#include "picks/pick_list.h"
+#include "picks/pick_workflow.h"
+#include "picks/quadtree.h"
+#include "processing/gradients.h"
+#include "processing/processing_parameters.h"
+#include "processing/sample_processing.h"
+#include "processing/track_skip.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace tarvo {
+
+// The survey that is open: what describes it, what has been made of it, and what is shown of it.
+struct SurveyState {
+    std::string data_file_name;                  // empty: none chosen, or a live survey
+    std::string definitions_file_name;           // empty: the one beside the data file
+    std::optional<std::string> header_line_text; // Text_locations_name_line; none: the number that the definitions give
+    int header_line_number = 1;
+
+    SurveyDefinitions survey_definitions;
+    ProcessingParameters parameters;
+    DisplaySettings display_settings;
+
+    HeaderColumns header_columns;
+    FieldLocations locations;
+    SampleProcessing processing;
+    GradientFilters filters;
+    cQuadTree track_index; // of the finished track
+    TrackImage track_image;
+
+    PickList picks;
+    std::int32_t current_pick = -1; // -1: none
+
+    PanRange pan_range; // of HScroll_pan
+};
+
+// What the track image draws from, as it stands now.
+TrackScene track_scene(const SurveyState& survey);
+
+// The pick list can be looked at: a sample is stored and a pick exists.
+bool has_pick_list(const SurveyState& survey);
+
+// What picks are laid on and moved along, as it stands now.
+IndexedTrack indexed_track(const SurveyState& survey);
+
+} // namespace tarvo

@@ -1,0 +1,89 @@
+#include "intake/column_report.h"
+#include "intake/run_rate.h"
+#include "survey/survey_readings.h"
+#include "text/numbers.h"
+
+#include <gtest/gtest.h>
+
+namespace tarvo {
+
+TEST(SurveyReadings, SpeedIsKnownBetweenTwoPositionsAtTwoTimes)
+{
+    const double day = 45000;
+    const double second = 1 / 86400.0;
+    const double distance[] = {0, 0, 3, 3, 10, 12};
+    const double time[] = {0, day, day + 2 * second, day + 3 * second, day + 4 * second, day + 4 * second};
+    const double easting[] = {0, 0, 3, kNull, 10, 12};
+    const double northing[] = {0, 0, 0, 0, 0, 0};
+    const TrackTable track = {5, distance, time, easting, northing};
+    struct Case {
+        const char* label;
+        std::int32_t record;
+        double speed;
+    };
+    const Case cases[] = {{"first", 1, kNull},       {"3 m in 2 s", 2, 1.5},        {"no position", 3, kNull},
+                          {"none before", 4, kNull}, {"no time between", 5, kNull}, {"not stored", 6, kNull}};
+    for (const Case& c : cases) EXPECT_NEAR(speed_over_ground(track, c.record), c.speed, 1e-4) << c.label;
+
+    EXPECT_EQ(nearest_record(track, {2.0, 0.1}, 5), 2);
+    EXPECT_EQ(nearest_record(track, {6.0, 0.0}, 2), 0) << "out of reach";
+    EXPECT_EQ(nearest_record(track, {11.0, 0.0}, 5), 4) << "the first of two at one distance";
+    EXPECT_EQ(nearest_record(track, {}, 5), 0);
+}
+
+TEST(SurveyReadings, LinesThatWereNotAveragedAreToldWithTheirNumber)
+{
+    SampleProcessing run;
+    run.lines_read = 5381;
+    EXPECT_EQ(averaging_hint(run), "");
+    run.lines_not_averaged = 2675;
+    EXPECT_EQ(averaging_hint(run), "2,675 of 5,381 lines closed a bin and were not averaged");
+}
+
+TEST(SurveyReadings, DigitsAreGroupedForPeople)
+{
+    const std::pair<const char*, const char*> cases[] = {{"0", "0"},           {"999", "999"},
+                                                         {"1000", "1,000"},    {"-123456.789", "-123,456.789"},
+                                                         {"-999.5", "-999.5"}, {"1234567", "1,234,567"}};
+    for (const auto& [plain, grouped] : cases) EXPECT_EQ(grouped_digits(plain), grouped);
+}
+
+TEST(ColumnReport, NamesWhatTheFileHasAndWhatItLacks)
+{
+    SurveyDefinitions definitions;
+    definitions.fields[kTime].name = "utc";
+    definitions.fields[kEast].name = "N/A";
+    definitions.fields[kDepth].name = "Z";
+    definitions.components_per_sensor = 3;
+    definitions.sensors[1].component_columns = {"N/A", "bx", "BY ", "bz"};
+    definitions.sensors[1].coordinate_columns = {"", "x", "y", "z"}; // not read: positions come from the arm
+    const auto report = defined_columns(definitions, header_columns_of("UTC, Bx, by"));
+    EXPECT_EQ(found_columns_text(report), "utc (Time), bx (sensor 1 Tx), BY  (sensor 1 Ty)");
+    EXPECT_EQ(missing_columns_text(report), "Z (Depth), bz (sensor 1 Tz)");
+    EXPECT_EQ(column_warnings_text({"no time", "no depth"}), "no time; no depth");
+    EXPECT_EQ(column_warnings_text(std::vector<std::string>(13, "x")), "x; x; x; x; x; x; x; x; x; x; x; x; and more");
+}
+
+TEST(RunRate, TellsLinesPerSecondAndTheTimeLeft)
+{
+    RunRate rate;
+    RunCounters counters;
+    counters.file_length = 10000;
+    rate.update(counters, 100.0);
+    EXPECT_EQ(rate.text(), "");
+    counters.lines_read = 2000;
+    counters.characters_consumed = 1000;
+    rate.update(counters, 100.4);
+    EXPECT_EQ(rate.text(), "") << "too short a span to be read";
+    rate.update(counters, 101.0);
+    EXPECT_EQ(rate.text(), "2,000 lines/s, 0:09 left");
+    counters.file_length = 0; // a live run
+    counters.lines_read = 2003;
+    rate.update(counters, 103.0);
+    EXPECT_EQ(rate.text(), "1.5 lines/s");
+    counters.lines_read = 5;
+    rate.update(counters, 104.0);
+    EXPECT_EQ(rate.text(), "") << "another run has begun";
+}
+
+} // namespace tarvo
