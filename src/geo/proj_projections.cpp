@@ -48,7 +48,7 @@ std::string utm_code(std::string_view text)
 // What PROJ takes for a coordinate system: a bare "+proj=..." would be an operation.
 std::string crs_text(std::string_view survey_grid)
 {
-    const std::string utm = utm_code(survey_grid);
+    std::string utm = utm_code(survey_grid);
     if (!utm.empty()) return utm;
     std::string text(survey_grid);
     if (text.starts_with("+") && text.find("+type=crs") == std::string::npos) text += " +type=crs";
