@@ -3,6 +3,7 @@
 #include "display/display_settings.h"
 #include "processing/track_table.h"
 
+#include <array>
 #include <cstdint>
 #include <span>
 
@@ -12,6 +13,9 @@ namespace tarvo {
 struct PickMarks {
     std::span<const std::int32_t> records; // of picks 1.., element 0 unused; below 1: the pick is not on the track
     std::int32_t current_pick = -1;        // -1: none
+    // Where they were marked: 1 easting, 2 northing, metres; empty: on their records.
+    std::span<const std::array<double, 4>> places = {};
+    double tolerance = 0; // metres: a pick farther from its record stands where it was marked
 };
 
 // What the display draws from. It owns nothing and holds as long as the sample store is not changed.

@@ -6,10 +6,11 @@
 
 namespace tarvo {
 
-// The two switches of marking a pick; stored as 1 and 0.
+// How picks are marked and laid on the track. The switches are stored as 1 and 0.
 struct PickSettings {
     bool ShowNewPickDialog = true; // else a pick is saved at once under the next name of its series
     bool DeferPickCombo = false;   // a new pick does not become the current one, and is listed with the next change
+    double PickTolerance = 10.0;   // metres: a pick farther from its sample stays where it was marked
 };
 
 SettingOutcome set_pick_setting(PickSettings& settings, std::string_view key, std::string_view text);

@@ -6,6 +6,7 @@
 #include "display/display_settings.h"
 #include "display/track_image.h"
 #include "picks/pick_list.h"
+#include "picks/pick_settings.h"
 #include "picks/pick_workflow.h"
 #include "picks/quadtree.h"
 #include "processing/gradients.h"
@@ -29,6 +30,7 @@ struct SurveyState {
     SurveyDefinitions survey_definitions;
     ProcessingParameters parameters;
     DisplaySettings display_settings;
+    PickSettings pick_settings;
 
     HeaderColumns header_columns;
     FieldLocations locations;

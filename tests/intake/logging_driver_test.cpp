@@ -19,7 +19,7 @@ struct DriverTest : testing::Test {
     FakeRunDisplay display;
     SurveyState survey;
     FakePickDisplay pick_display;
-    PickWorkflow pick_work{survey.picks, survey.current_pick, op, pick_display};
+    PickWorkflow pick_work{survey.picks, survey.current_pick, survey.pick_settings, op, pick_display};
     LoggingDriver driver{survey, pick_work, op, display};
 
     void SetUp() override { write_survey(100); }
