@@ -18,6 +18,8 @@ struct PickMarks {
     double tolerance = 0; // metres: a pick farther from its record stands where it was marked
 };
 
+struct Backdrop; // of display/backdrop.h
+
 // What the display draws from. It owns nothing and holds as long as the sample store is not changed.
 struct TrackScene {
     TrackTable track;
@@ -25,6 +27,7 @@ struct TrackScene {
     float sample_rate = 1.0F;               // stored samples per second
     DisplaySettings settings;
     PickMarks picks;
+    const Backdrop* backdrop = nullptr; // what lies under the track; null: nothing, it is drawn on black
 };
 
 } // namespace tarvo
