@@ -122,6 +122,7 @@ TEST(Residual, EqualsThePlainRuleAndIsTheSameLive)
         std::vector<std::vector<double>> seen; // the live rows after each record
         const auto follow = [&] {
             calculate_newest_residual(live, survey.store, survey.lines, parameters, nullptr);
+            EXPECT_EQ(live.values[1][survey.store.RecordCount], kNull) << "the newest has no window yet";
             seen.emplace_back(live.values[1].data(), live.values[1].data() + survey.store.RecordCount + 1);
         };
         for (int line = 1; line <= 4; ++line) {
