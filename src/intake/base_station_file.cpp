@@ -1,8 +1,8 @@
 #include "intake/base_station_file.h"
 
 #include "definitions/definitions_file.h"
-#include "intake/header.h"
 #include "intake/iaga_2002.h"
+#include "intake/survey_source.h"
 #include "processing/fixed_time.h"
 #include "processing/sample_processing.h"
 #include "text/file_names.h"
@@ -69,14 +69,12 @@ void read_by_definitions(const std::string& file_name, BaseStation& base)
         throw std::runtime_error(op.message);
     }
     definitions.fields[kLine].name = "N/A"; // its lines are one run of readings
-    const HeaderReading header = read_header_line(1, file_name, header_line, op);
-    FieldLocations locations;
-    if (header.status < 0 || locate_header_fields(header_columns_of(header.header), definitions, locations, op) < 0) {
-        throw std::runtime_error(op.message);
-    }
-    check_columns(file_name, definitions, locations);
+    FileSource source(file_name, header_line);
+    const std::optional<SourceColumns> columns = open_source(source, definitions, op);
+    if (!columns) throw std::runtime_error(op.message);
+    check_columns(file_name, definitions, columns->locations);
     SampleProcessing run;
-    start_processing(run, definitions, locations, every_line_a_record());
+    start_processing(run, definitions, columns->locations, every_line_a_record());
     std::string_view line;
     std::int32_t taken = 0;
     const auto take_records = [&] {
@@ -85,8 +83,9 @@ void read_by_definitions(const std::string& file_name, BaseStation& base)
                              run.store.sensors[1].averages[0][taken + 1]);
         }
     };
-    while (header.stream->next_line(line) != LineReader::Outcome::end) {
-        process_data_line(line, run);
+    for (auto outcome = source.next_line(line); outcome != SurveySource::Outcome::end;
+         outcome = source.next_line(line)) {
+        if (outcome == SurveySource::Outcome::line) process_data_line(line, run);
         take_records();
     }
     close_open_bin(run);

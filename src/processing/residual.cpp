@@ -270,11 +270,11 @@ void calculate_newest_residual(ResidualField& field, const SampleStore& store, c
     const std::int32_t newest = store.RecordCount;
     if (newest < 1) return;
     fit_sensors(field, store);
-    // A dropped line has taken its records back: its place holds others now.
-    const bool is_dropped_line = newest <= field.records && field.line > 0;
-    if (is_dropped_line) {
+    const bool is_dropped_line = field.line > 0 && lines.ShortLinesDropped != field.dropped_lines;
+    field.dropped_lines = lines.ShortLinesDropped;
+    if (is_dropped_line) { // it has taken its records back: their places hold others now
         begin_line(field, field.line, lines.first_record(field.line));
-        field.records = std::min(newest, lines.first_record(field.line)) - 1;
+        field.records = std::min(newest, lines.first_record(field.line) - 1);
     }
     reserve_rows(field, newest);
     if (field.sweeps.size() != store.sensors.size()) {

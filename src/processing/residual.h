@@ -69,7 +69,8 @@ struct ResidualField {
 
     // Of a run that goes on: the line that is open, by sensor from 1.
     std::vector<ResidualSweep> sweeps;
-    std::int32_t line = 0; // 0: none yet
+    std::int32_t line = 0;          // 0: none yet
+    std::int32_t dropped_lines = 0; // when it was brought up to date
 };
 
 // Makes the residual of every stored record anew. Returns why it was refused, in which case nothing has changed; empty

@@ -121,6 +121,7 @@ TEST(Residual, EqualsThePlainRuleAndIsTheSameLive)
         ResidualField live;
         std::vector<std::vector<double>> seen; // the live rows after each record
         const auto follow = [&] {
+            if (below(random, 3) == 0) return; // a record that is caught up with later
             calculate_newest_residual(live, survey.store, survey.lines, parameters, nullptr);
             EXPECT_EQ(live.values[1][survey.store.RecordCount], kNull) << "the newest has no window yet";
             seen.emplace_back(live.values[1].data(), live.values[1].data() + survey.store.RecordCount + 1);
@@ -150,7 +151,8 @@ TEST(Residual, EqualsThePlainRuleAndIsTheSameLive)
         }
         // All but the nulls and the end of the line that is still open.
         const auto line_start = static_cast<std::size_t>(survey.lines.first_record(survey.lines.CurrentLine));
-        for (std::size_t r = 1; r < line_start; ++r) ASSERT_EQ(last[r], residual[r - 1]) << "closed line, " << r;
+        for (std::size_t r = 1; r < std::min(line_start, last.size()); ++r)
+            ASSERT_EQ(last[r], residual[r - 1]) << "closed line, " << r;
         ASSERT_GT(completed, 0U);
     }
 }
