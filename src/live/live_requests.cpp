@@ -184,11 +184,12 @@ void LiveRequests::apply_definition(int code, std::string_view payload)
 std::string LiveRequests::end_definitions()
 {
     GatheringOperator messages;
-    const int status =
-        locate_header_fields(survey_.header_columns, survey_.survey_definitions, survey_.locations, messages);
+    LiveFeed feed(survey_.header_columns);
+    const std::optional<SourceColumns> columns = open_source(feed, survey_.survey_definitions, messages);
     const bool nothing_located =
-        survey_.locations.located_field_count == 0 && survey_.locations.sensor_channel_count() == 0;
-    if (status < 0 || nothing_located) {
+        !columns || (columns->locations.located_field_count == 0 && columns->locations.sensor_channel_count() == 0);
+    survey_.locations = columns ? columns->locations : FieldLocations();
+    if (nothing_located) {
         op_.show_message("The data definitions are invalid\n" + column_warnings_text(messages.gathered()));
         return kBadHeader;
     }
