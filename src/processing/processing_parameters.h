@@ -16,6 +16,8 @@ struct ProcessingParameters {
     bool CircularHeading = false;          // headings of a bin are averaged on the circle
     bool CompassHeading = false;           // headings count clockwise from north
     bool SpacingOverFixes = false;         // a line's sample spacing counts from its first position to its last
+    bool SpikeFilter = false;              // single wild readings are left out of the residual
+    double ResidualWindow = 0;             // metres along the track; 0: by the altitude
 
     bool operator==(const ProcessingParameters&) const = default;
 };

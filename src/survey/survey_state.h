@@ -8,6 +8,7 @@
 #include "picks/pick_workflow.h"
 #include "picks/quadtree.h"
 #include "processing/gradients.h"
+#include "processing/residual.h"
 #include "processing/sample_processing.h"
 #include "processing/track_skip.h"
 #include "survey/settings.h"
@@ -31,6 +32,9 @@ struct SurveyState : Settings {
     FieldLocations locations;
     SampleProcessing processing;
     GradientFilters filters;
+    ResidualField residual;          // made when somebody wants it: see survey_residual.h
+    bool wants_residual = false;     // for more than its own settings and a base station
+    std::optional<BaseStation> base; // of this survey
     cQuadTree track_index; // of the finished track
     TrackImage track_image;
 
