@@ -57,9 +57,9 @@ PickLocation location_of_sample(const TrackTable& track, std::int32_t sample_ind
             track.time[sample_index]};
 }
 
-PickWorkflow::PickWorkflow(PickList& picks, std::int32_t& current_pick, PickSettings& pick_settings, Operator& op,
+PickWorkflow::PickWorkflow(PickList& picks, std::int32_t& current_pick, const PickSettings& settings, Operator& op,
                            PickDisplay& display)
-    : settings(pick_settings), picks_(picks), current_pick_(current_pick), op_(op), display_(display)
+    : picks_(picks), current_pick_(current_pick), settings_(settings), op_(op), display_(display)
 {
 }
 
@@ -121,7 +121,7 @@ void PickWorkflow::save_new_pick()
 {
     try {
         const std::int32_t picks_before = picks_.number_of_picks;
-        if (settings.ShowNewPickDialog) {
+        if (settings_.ShowNewPickDialog) {
             display_.show_new_pick_marker(new_pick_location_);
             display_.open_new_pick_dialog();
             display_.clear_new_pick_marker();
@@ -131,7 +131,7 @@ void PickWorkflow::save_new_pick()
         if (picks_.number_of_picks == picks_before) return;
 
         display_.display_pick_list();
-        if (settings.DeferPickCombo) return;
+        if (settings_.DeferPickCombo) return;
         current_pick_ = picks_.number_of_picks;
         display_.show_pick_controls(controls());
         display_.redraw_picks();
@@ -275,7 +275,7 @@ bool PickWorkflow::may_share_sample() const
 bool PickWorkflow::may_move_onto_track(const TrackTable& track) const
 {
     const double distance = distance_from_track(picks_, current_pick_, track);
-    if (!(distance > settings.PickTolerance)) return true;
+    if (!(distance > settings_.PickTolerance)) return true;
     const std::string& name = picks_.pick_names[static_cast<std::size_t>(current_pick_)];
     return op_.ask_yes_no("The anomaly " + name + " was marked " + format_fixed(distance, 1) +
                           " m away from its nearest sample. Give it the place and time of a sample?");

@@ -31,10 +31,8 @@ PickLocation location_of_sample(const TrackTable& track, std::int32_t sample_ind
 class PickWorkflow {
 public:
     // Everything must outlive the workflow. current_pick: the selected pick's index; -1: none.
-    PickWorkflow(PickList& picks, std::int32_t& current_pick, PickSettings& pick_settings, Operator& op,
+    PickWorkflow(PickList& picks, std::int32_t& current_pick, const PickSettings& settings, Operator& op,
                  PickDisplay& display);
-
-    PickSettings& settings;
 
     // Main window
 
@@ -106,6 +104,7 @@ private:
 
     PickList& picks_;
     std::int32_t& current_pick_;
+    const PickSettings& settings_;
     Operator& op_;
     PickDisplay& display_;
     PickLocation new_pick_location_;

@@ -101,7 +101,7 @@ TEST_F(DriverTest, ALiveRunLeavesThePicksOfAFileBehind)
 {
     press(StartButton::load_or_pause);
     pick_work.open_picks_of(survey.data_file_name, indexed_track(survey));
-    pick_work.settings.ShowNewPickDialog = false;
+    survey.pick_settings.ShowNewPickDialog = false;
     pick_work.mnuAddAnomaly(indexed_track(survey).track, 4);
     const std::string stored = folder.read("line_pick.dat");
     driver.start_pipe_data_logging();
