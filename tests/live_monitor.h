@@ -40,7 +40,7 @@ public:
 // A monitor without a window, its live side on a pipe that only keeps the name; `pipe` may stand in for it.
 struct LiveMonitor {
     explicit LiveMonitor(PipeEndpoint* pipe = nullptr)
-        : live(monitor.survey, monitor.driver, op, pipe != nullptr ? *pipe : fake_pipe, shown, [this] { return now; })
+        : live(session.survey, session.driver, op, pipe != nullptr ? *pipe : fake_pipe, shown, [this] { return now; })
     {
     }
 
@@ -61,12 +61,12 @@ struct LiveMonitor {
         send("$GDP0001 " + std::to_string(second) + ".0," + std::to_string(100 + second) + ",200,5,48000.5");
     }
 
-    const SampleProcessing& run() const { return monitor.survey.processing; }
+    const SampleProcessing& run() const { return session.survey.processing; }
 
     FakeOperator op;
     FakeRunDisplay display;
     FakePickDisplay picks;
-    Monitor monitor{op, display, picks};
+    Session session{op, display, picks};
     FakePipe fake_pipe;
     FakeLiveDisplay shown;
     const RunControls& controls() const { return display.controls.back(); }

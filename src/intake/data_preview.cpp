@@ -10,20 +10,6 @@ namespace tarvo {
 
 namespace {
 
-// Keeps what it is told. Locating columns asks nothing.
-class WarningList : public Operator {
-public:
-    explicit WarningList(std::vector<std::string>& warnings) : warnings_(warnings) {}
-
-    void show_message(const std::string& text) override { warnings_.push_back(text); }
-    bool ask_yes_no(const std::string&) override { return false; }
-    std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
-    std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
-
-private:
-    std::vector<std::string>& warnings_;
-};
-
 void add_role(std::vector<ColumnRole>& roles, std::int32_t column, const std::string& caption, std::int32_t colour)
 {
     ColumnRole& role = roles[static_cast<std::size_t>(column)];
@@ -95,8 +81,7 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
     preview.columns = header_columns_of(header_and_data(first_lines, header_line_number).header);
     definitions.sensors.resize(static_cast<std::size_t>(definitions.number_of_sensors) + 1);
     FieldLocations locations;
-    WarningList warnings(preview.warnings);
-    locate_header_fields(preview.columns, definitions, locations, warnings);
+    preview.warnings = locate_header_fields(preview.columns, definitions, locations).warnings;
     preview.roles = roles_of(definitions, locations);
 
     SampleProcessing run;
@@ -115,8 +100,8 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
         ++preview.data_lines;
         if (!fields_counted && !trimmed(text).empty()) {
             fields_counted = true;
-            const std::string warning = field_count_warning(preview.columns, text);
-            if (!warning.empty()) preview.warnings.push_back(warning);
+            const Warnings warnings = field_count_warnings(preview.columns, text);
+            preview.warnings.insert(preview.warnings.end(), warnings.begin(), warnings.end());
         }
         const bool accepted = convert_record_fields(run.fields.read(text), run) == 0;
         line.kind = accepted ? PreviewLineKind::data : PreviewLineKind::rejected;

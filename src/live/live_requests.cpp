@@ -22,20 +22,6 @@ constexpr const char* kInvalidRequest = "Invalid Request";
 constexpr const char* kInvalidRequestCode = "Invalid Request Code";
 constexpr const char* kBadHeader = "Bad Header";
 
-// Gathers messages, for the operator to see them all at once.
-class GatheringOperator : public Operator {
-public:
-    void show_message(const std::string& text) override { gathered_.push_back(text); }
-    bool ask_yes_no(const std::string&) override { return false; }
-    std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
-    std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
-
-    const std::vector<std::string>& gathered() const { return gathered_; }
-
-private:
-    std::vector<std::string> gathered_;
-};
-
 bool is_definition(int code)
 {
     return (code >= kHeaderColumns && code <= kSensorCounts) || (code >= kFirstSensor && code <= kLastSensor) ||
@@ -183,18 +169,18 @@ void LiveRequests::apply_definition(int code, std::string_view payload)
 // A header that holds none of the columns that the definitions name is another survey's.
 std::string LiveRequests::end_definitions()
 {
-    GatheringOperator messages;
-    const int status =
-        locate_header_fields(survey_.header_columns, survey_.survey_definitions, survey_.locations, messages);
+    const ColumnLocating located =
+        locate_header_fields(survey_.header_columns, survey_.survey_definitions, survey_.locations);
     const bool nothing_located =
         survey_.locations.located_field_count == 0 && survey_.locations.sensor_channel_count() == 0;
-    if (status < 0 || nothing_located) {
-        op_.show_message("The data definitions are invalid\n" + column_warnings_text(messages.gathered()));
+    if (located.status < 0) op_.show_message(located.fault);
+    if (located.status < 0 || nothing_located) {
+        op_.show_message("The data definitions are invalid\n" + column_warnings_text(located.warnings));
         return kBadHeader;
     }
     set_default_field_names(survey_.survey_definitions);
     start_pipe_data_logging();
-    for (const std::string& warning : messages.gathered()) op_.show_warning(WarningAbout::columns, warning);
+    op_.show_warnings(located.warnings);
     return kOk;
 }
 

@@ -30,12 +30,12 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
     click(kLoad);
     EXPECT_TRUE(control<QAbstractButton>("Command_mark_anomaly_location").isEnabled());
     CoreLoad core(file);
-    EXPECT_EQ(stored_samples(window.survey().processing), stored_samples(core.monitor.survey.processing));
+    EXPECT_EQ(stored_samples(window.survey().processing), stored_samples(core.session.survey.processing));
     EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(), QStringLiteral("5,000 lines, 455 samples"));
 
-    TrackImage& image = core.monitor.survey.track_image;
+    TrackImage& image = core.session.survey.track_image;
     const TrackImage& shown = window.survey().track_image;
-    const TrackScene scene = track_scene(core.monitor.survey);
+    const TrackScene scene = track_scene(core.session.survey);
     resize_track_image(image, scene, shown.picture.width(), shown.picture.height(), op);
     make_record_current(image, scene, shown.current_record, Recentre::no, op);
     EXPECT_TRUE(image.picture == shown.picture);
@@ -109,7 +109,7 @@ TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)
          },
          second},
         {"start the other load", kReplay,
-         [&] { window.when_idle([&] { window.press_start(StartButton::load_or_pause); }); }, first},
+         [&] { window.session().when_idle([&] { window.press_start(StartButton::load_or_pause); }); }, first},
     };
     for (const Case& c : cases) {
         window.open_file(first);
@@ -121,7 +121,7 @@ TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)
                 });
         click(c.button);
         EXPECT_TRUE(eventually([&] { return acted; })) << c.label;
-        EXPECT_TRUE(eventually([&] { return !run().any_run_active() && !window.monitor().driver.is_at_work(); }))
+        EXPECT_TRUE(eventually([&] { return !run().any_run_active() && !window.session().driver.is_at_work(); }))
             << c.label;
         EXPECT_TRUE(eventually([&] { return window.survey().data_file_name == c.open_at_end; })) << c.label;
         EXPECT_EQ(caption(kReplay), QStringLiteral("Start replay")) << c.label;
@@ -167,9 +167,9 @@ TEST_F(WindowTest, UnsavedPicksKeepTheWindowOpenUntilTheyAreWritten)
     window.show();
     window.open_file(write_survey(folder, "a", 300));
     click(kLoad);
-    PickWorkflow& work = window.monitor().pick_work;
+    PickWorkflow& work = window.session().pick_work;
     work.settings.ShowNewPickDialog = false;
-    window.monitor().survey.picks.pick_file_name = folder.path("gone/a_pick.dat");
+    window.session().survey.picks.pick_file_name = folder.path("gone/a_pick.dat");
     work.mnuAddAnomaly(indexed_track(window.survey()).track, 20);
     op.answer = false;
     EXPECT_FALSE(window.close());
