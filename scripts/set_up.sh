@@ -6,6 +6,7 @@ export LC_ALL=C.UTF-8
 build_packages=(
     g++ cmake ninja-build
     libpng-dev
+    libproj-dev proj-data
     qt6-base-dev libqcustomplot-dev libqcustomplot2.1-qt6 fonts-dejavu-core
     libgtest-dev libbenchmark-dev
 )

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 
 namespace tarvo {
 
@@ -23,14 +22,6 @@ int delay_of_speed(int position)
 {
     const double slowness = kFullSpeed - std::clamp(position, 0, kFullSpeed);
     return static_cast<int>(std::nearbyint(slowness * slowness / 10.0));
-}
-
-// Length in bytes; 0 for what has none, such as a pipe.
-std::int64_t length_of_file(const std::string& file_name)
-{
-    std::error_code fault;
-    const auto length = std::filesystem::file_size(file_name, fault);
-    return fault ? 0 : static_cast<std::int64_t>(length);
 }
 
 // One phase within another operation, however it ends.
@@ -81,8 +72,10 @@ RunCounters LoggingDriver::counters() const
     counters.lines_rejected = run.lines_rejected;
     counters.lines_not_averaged = run.lines_not_averaged;
     if (run.lines.has_line()) counters.current_line_number = run.lines.CurrentLineNumber;
-    if (stream_) counters.characters_consumed = stream_->characters_consumed();
-    counters.file_length = file_length_;
+    if (source_) {
+        counters.characters_consumed = source_->characters_consumed();
+        counters.file_length = source_->length();
+    }
     return counters;
 }
 
@@ -191,19 +184,13 @@ int LoggingDriver::start_data_logging()
 
 bool LoggingDriver::open_data_file()
 {
-    file_length_ = length_of_file(survey_.data_file_name);
-    HeaderReading reading = read_header_line(1, survey_.data_file_name, survey_.header_line_number, op_);
-    if (reading.status < 0) return false;
-    survey_.header_columns = header_columns_of(reading.header);
-    const ColumnLocating located =
-        locate_header_fields(survey_.header_columns, survey_.survey_definitions, survey_.locations);
-    op_.show_warnings(located.warnings);
-    if (located.status < 0) {
-        op_.show_message(located.fault);
-        return false;
-    }
+    source_ = std::make_unique<FileSource>(survey_.data_file_name, survey_.header_line_number);
+    std::optional<SourceColumns> columns = open_source(*source_, survey_.survey_definitions, op_);
+    if (!columns) return false;
+    op_.show_warnings(columns->warnings);
+    survey_.header_columns = std::move(columns->header);
+    survey_.locations = std::move(columns->locations);
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
-    stream_ = std::move(reading.stream);
     first_line_checked_ = false;
     return true;
 }
@@ -223,7 +210,7 @@ void LoggingDriver::initialise_data_logging()
 int LoggingDriver::process_input_data()
 {
     int result = read_lines();
-    if (!stream_) return 0; // stopped by an event
+    if (!source_) return 0; // stopped by an event
     if (state().stop_requested && result == 0) result = kEndOfData;
     return result == 0 ? 0 : finish_run(result);
 }
@@ -233,15 +220,8 @@ int LoggingDriver::read_lines()
 {
     const BusyFlag busy(looping_);
     try {
-        while (stream_ && !state().run_paused && !state().stop_requested) {
-            std::string_view line;
-            const LineReader::Outcome outcome = stream_->next_line(line);
-            if (outcome == LineReader::Outcome::end) return kEndOfData;
-            if (outcome == LineReader::Outcome::too_long) {
-                refuse_line();
-            } else {
-                process_line(line);
-            }
+        while (source_ && !state().run_paused && !state().stop_requested) {
+            if (take_next_line(*source_) == SurveySource::Outcome::end) return kEndOfData;
             if (state().replay_running && replay_delay_ >= 1) display_.wait(replay_delay_);
             display_.process_events(counters());
         }
@@ -255,7 +235,9 @@ int LoggingDriver::read_lines()
 int LoggingDriver::process_input_data(std::string_view line)
 {
     try {
-        return process_line(line);
+        feed_.offer(line);
+        take_next_line(feed_);
+        return line_status_;
     } catch (const std::exception& fault) { // the sample is stored, showing it failed
         if (!live_fault_shown_) {
             live_fault_shown_ = true;
@@ -263,6 +245,15 @@ int LoggingDriver::process_input_data(std::string_view line)
         }
         return 0;
     }
+}
+
+SurveySource::Outcome LoggingDriver::take_next_line(SurveySource& source)
+{
+    std::string_view line;
+    const SurveySource::Outcome outcome = source.next_line(line);
+    if (outcome == SurveySource::Outcome::too_long) refuse_line();
+    if (outcome == SurveySource::Outcome::line) line_status_ = process_line(line);
+    return outcome;
 }
 
 int LoggingDriver::process_line(std::string_view line)
@@ -322,8 +313,7 @@ int LoggingDriver::finish_run(int result)
 
 void LoggingDriver::stop_data_logging()
 {
-    stream_.reset();
-    file_length_ = 0;
+    source_.reset();
     if (!is_finishing()) {
         survey_.track_image.is_held = false; // else until the whole track can be drawn
         phase_ = RunPhase::idle;
@@ -369,6 +359,7 @@ void LoggingDriver::start_pipe_data_logging()
         pick_work_.open_picks_of({}, indexed_track(survey_));
     }
     initialise_data_logging();
+    feed_ = LiveFeed(survey_.header_columns);
     phase_ = RunPhase::live;
     first_line_checked_ = false;
     live_fault_shown_ = false;

@@ -169,18 +169,19 @@ void LiveRequests::apply_definition(int code, std::string_view payload)
 // A header that holds none of the columns that the definitions name is another survey's.
 std::string LiveRequests::end_definitions()
 {
-    const ColumnLocating located =
-        locate_header_fields(survey_.header_columns, survey_.survey_definitions, survey_.locations);
+    LiveFeed feed(survey_.header_columns);
+    const std::optional<SourceColumns> columns = open_source(feed, survey_.survey_definitions, op_);
     const bool nothing_located =
-        survey_.locations.located_field_count == 0 && survey_.locations.sensor_channel_count() == 0;
-    if (located.status < 0) op_.show_message(located.fault);
-    if (located.status < 0 || nothing_located) {
-        op_.show_message("The data definitions are invalid\n" + column_warnings_text(located.warnings));
+        !columns || (columns->locations.located_field_count == 0 && columns->locations.sensor_channel_count() == 0);
+    survey_.locations = columns ? columns->locations : FieldLocations();
+    if (nothing_located) {
+        op_.show_message("The data definitions are invalid\n" +
+                         column_warnings_text(columns ? columns->warnings : Warnings()));
         return kBadHeader;
     }
     set_default_field_names(survey_.survey_definitions);
     start_pipe_data_logging();
-    op_.show_warnings(located.warnings);
+    op_.show_warnings(columns->warnings);
     return kOk;
 }
 

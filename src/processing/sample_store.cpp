@@ -62,7 +62,7 @@ void reset_sample_store(SampleStore& store, const SurveyDefinitions& definitions
     for (int slot = 1; slot <= number_of_field_slots; ++slot) {
         const bool located = locations.column[static_cast<std::size_t>(slot)] >= 0;
         const bool derived = slot == kDem && locations.derived_dem;
-        if (located || derived || slot == kEast || slot == kNorth) store.stored_slots.push_back(slot);
+        if (located || derived || field_slot(slot).kind == SlotKind::coordinate) store.stored_slots.push_back(slot);
     }
     reserve_records(store, 1);
 }

@@ -9,7 +9,7 @@ class SessionDisplay {
 public:
     virtual ~SessionDisplay() = default;
 
-    virtual void show_survey() {}                           // file, columns and picture, anew
+    virtual void show_survey() {}                            // file, columns and picture, anew
     virtual void show_missing_columns(const std::string&) {} // those that the definitions name; empty: none is missing
     virtual void clear_hints() {}
     virtual void note_opened_file(const std::string&) {}

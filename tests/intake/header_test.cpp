@@ -133,19 +133,19 @@ TEST(LocatedFields, ReportEverythingThatIsMissing)
         texts.push_back(warning.text);
     }
     EXPECT_EQ(texts, (std::vector<std::string>{"The Time column was not found", "The East column was not found",
-                                                     "The North column was not found", "No Depth column was not found",
-                                                     "The field name: Time was not located in the header",
-                                                     "The field name: Depth was not located in the header",
-                                                     "The field name: Elev was not located in the header",
-                                                     "The field name: Line was not located in the header",
-                                                     "The sensor component field TMI was not located for sensor 1"}));
+                                               "The North column was not found", "No Depth column was not found",
+                                               "The field name: Time was not located in the header",
+                                               "The field name: Depth was not located in the header",
+                                               "The field name: Elev was not located in the header",
+                                               "The field name: Line was not located in the header",
+                                               "The sensor component field TMI was not located for sensor 1"}));
 }
 
 TEST(LocatedFields, DeriveADemFromDepthAndElevation)
 {
     for (const char* const header : {"depth,alt", "depth,alt,dem", "alt"}) {
         SurveyDefinitions definitions = definitions_naming({"", "", "", "", "depth", "alt", "dem", "", "", "", ""});
-            FieldLocations at;
+        FieldLocations at;
         locate_header_fields(header_columns_of(header), definitions, at);
         EXPECT_EQ(at.derived_dem, std::string(header) == "depth,alt") << header;
     }

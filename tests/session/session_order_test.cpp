@@ -45,13 +45,14 @@ struct SessionOrder : testing::Test {
     {
         folder.write(name + ".def",
                      "Tarvo Program Parameters V3.0\n\nCoordinate Data Scale : 1.0\nDepth Data Scale : 1.0 0\n"
-                     "\nNumber of Fish Data Fields : 3 1\n\n1: Time\n\n2: East\n\n3: North\n\nNumber of Sensors : 1\n"
+                     "\nNumber of Fish Data Fields : 4 1\n\n1: Time\n\n2: East\n\n3: North\n\n4: Depth\n\nNumber of "
+                     "Sensors : 1\n"
                      "Number of Components per Sensor : 1\nRead Sensor Location: No\n\nSensor Number 1\n"
                      "Sensor Along Track Offset from Fish Location (mm): 0\nSensor Arm Length (mm): 0\n"
                      "Sensor Arm Rotation (deg): 0\nSensor Component 1: " +
                          sensor + "\n");
-        std::string text = "Time,East,North,M1\n";
-        for (int line = 0; line < lines; ++line) text += std::to_string(line) + ",1,2,48000\n";
+        std::string text = "Time,East,North,Depth,M1\n";
+        for (int line = 0; line < lines; ++line) text += std::to_string(line) + ",1,2,3,48000\n";
         return folder.write(name + ".csv", text);
     }
     void press(StartButton button) { session.press_start(button, "1"); }

@@ -142,12 +142,14 @@ void MainWindow::add_panel_actions(QMenu& menu)
 {
     const auto add = [&](QWidget* panel, const QString& text, const char* key) {
         const QString name = QLatin1String("menu_show_") + QLatin1String(key);
-        QAction& action = actions_.add_switch(menu, {name, text, {}, true, [this, panel](bool shown) {
-            panel->setVisible(shown);
-            bool any = false;
-            for (const auto& [name_of_panel, panel_action] : panel_actions_) any |= panel_action->isChecked();
-            side_->setVisible(any);
-        }});
+        QAction& action =
+            actions_.add_switch(menu, {name, text, {}, true, [this, panel](bool shown) {
+                                           panel->setVisible(shown);
+                                           bool any = false;
+                                           for (const auto& [name_of_panel, panel_action] : panel_actions_)
+                                               any |= panel_action->isChecked();
+                                           side_->setVisible(any);
+                                       }});
         panel_actions_.emplace_back(key, &action);
     };
     add(panels_.dials, tr("&Dials"), "DisplayDials");

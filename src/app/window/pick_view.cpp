@@ -51,8 +51,8 @@ void PickView::connect_panels(WindowActions& actions)
     QAction& remove = actions.action("menu_delete_pick");
     remove.setShortcutContext(Qt::WidgetShortcut);
     for (const char* const name : kMoves) actions.action(name).setShortcutContext(Qt::WidgetShortcut);
-    for (QWidget* const widget : std::initializer_list<QWidget*>{&panels_.track->track(), panels_.bars,
-                                                                 panels_.graphs, &picks.pick_choice()}) {
+    for (QWidget* const widget :
+         std::initializer_list<QWidget*>{&panels_.track->track(), panels_.bars, panels_.graphs, &picks.pick_choice()}) {
         widget->addAction(&remove);
         for (const char* const name : kMoves) widget->addAction(&actions.action(name));
     }

@@ -36,9 +36,9 @@ public:
 
 signals:
     void controls_changed(const tarvo::RunControls& controls);
-    void cleared();                           // the displays are to be emptied
+    void cleared();                               // the displays are to be emptied
     void point_text_changed(const QString& text); // of the current point
-    void finished();                          // a run has ended and is shown
+    void finished();                              // a run has ended and is shown
 
 private:
     void pump_events();

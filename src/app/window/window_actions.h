@@ -33,8 +33,8 @@ struct ActionEntry {
     QString text;
     const char* shortcut = ""; // as "Ctrl+O"
     Needs needs = Needs::nothing;
-    std::function<void()> perform;
-    QString help; // what the shortcuts page says of it; empty: the text
+    std::function<void()> perform = {};
+    QString help = {}; // what the shortcuts page says of it; empty: the text
 };
 
 // A switch of a menu.

@@ -106,15 +106,15 @@ void MainWindow::make_pick_menu()
 
 void MainWindow::make_view_menu()
 {
-    QMenu& menu = actions_.add_menu(
-        "menu_view", tr("&View"),
-        {{"menu_whole_track", tr("&Whole track"), "Ctrl+0", Needs::nothing,
-          [this] { view_.choose_zoom(QStringLiteral("100%"), 0); }, tr("Show the whole track")},
-         {"menu_play", tr("&Play along the track"), "Ctrl+P", Needs::nothing,
-          [this] { panels_.track->toggle_playing(); }, tr("Play along the track, halt")},
-         {"menu_fit_range", tr("&Fit the colour range"), "Ctrl+F", Needs::nothing, [this] { view_.fit_range(); },
-          tr("Fit the colour range to the view")},
-         {}});
+    QMenu& menu =
+        actions_.add_menu("menu_view", tr("&View"),
+                          {{"menu_whole_track", tr("&Whole track"), "Ctrl+0", Needs::nothing,
+                            [this] { view_.choose_zoom(QStringLiteral("100%"), 0); }, tr("Show the whole track")},
+                           {"menu_play", tr("&Play along the track"), "Ctrl+P", Needs::nothing,
+                            [this] { panels_.track->toggle_playing(); }, tr("Play along the track, halt")},
+                           {"menu_fit_range", tr("&Fit the colour range"), "Ctrl+F", Needs::nothing,
+                            [this] { view_.fit_range(); }, tr("Fit the colour range to the view")},
+                           {}});
     add_panel_actions(menu);
     menu.addSeparator();
     actions_.add(menu, {"menu_full_screen", tr("F&ull screen"), "F11", Needs::nothing,
