@@ -340,7 +340,7 @@ void LoggingDriver::terminate_data_logging()
     const auto let_events_happen = [this] { display_.process_events(counters()); };
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
     if (const std::string refusal = finish_residual(survey_, let_events_happen); !refusal.empty()) {
-        op_.show_warning(WarningAbout::data, refusal);
+        op_.show_warnings({{WarningAbout::data, "base station", refusal}});
     }
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
     let_events_happen();
