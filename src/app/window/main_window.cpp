@@ -164,9 +164,21 @@ void MainWindow::closeEvent(QCloseEvent* event)
     event->ignore();
     panels_.track->track().setFocus(); // what was being typed is taken before it is kept
     if (session_.close() != Closing::now) return;
+    if (!panels_.live->is_settled_or_wait()) return;
     if (settings_timer_.isActive()) keep_settings();
     keep_layout();
     event->accept();
+}
+
+void MainWindow::listen()
+{
+    if (!panels_.live->requests().is_listening()) live_->press();
+}
+
+void MainWindow::leave(Operator& told)
+{
+    if (settings_timer_.isActive()) keep_settings();
+    panels_.live->requests().leave(told);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event)

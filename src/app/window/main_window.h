@@ -45,6 +45,10 @@ public:
     // The start button pair, with the header line number as the box has it.
     void press_start(StartButton index);
 
+    void listen(); // for a live survey, as the button does
+
+    // The end of the program without an operator, also where the display is gone: what is recorded and picked is kept.
+    void leave(Operator& told);
     void keep_settings() override; // in the store
 
 protected:

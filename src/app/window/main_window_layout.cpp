@@ -118,6 +118,7 @@ void MainWindow::connect_panels()
     connect(&run_view_, &RunView::point_text_changed, pointed_, &QLabel::setText);
     connect(&view_, &SurveyView::current_record_changed, &run_view_, &RunView::show_point_readings);
     connect(panels_.live, &LivePanel::pressed, &run_view_, &RunView::cut_wait_short);
+    connect(panels_.live, &LivePanel::settled, this, &QWidget::close, Qt::QueuedConnection);
     connect(panels_.live, &LivePanel::postponed, this,
             [this] { session_.when_idle([this] { panels_.live->press(); }); });
     connect(panels_.live, &LivePanel::status_text_changed, this, [this](const QString& text) {
