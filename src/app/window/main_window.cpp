@@ -172,7 +172,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 
 void MainWindow::listen()
 {
-    if (!panels_.live->requests().is_listening()) live_->press();
+    if (!panels_.live->requests().is_listening()) panels_.live->press();
 }
 
 void MainWindow::leave(Operator& told)
