@@ -41,6 +41,8 @@ struct SurveyState {
     std::int32_t current_pick = -1; // -1: none
 
     PanRange pan_range; // of HScroll_pan
+
+    const Backdrop* backdrop = nullptr; // the background layers as they are drawn now; null: there are none
 };
 
 // What the track image draws from, as it stands now.
