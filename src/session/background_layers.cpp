@@ -20,9 +20,9 @@ struct BackgroundLayers::Job {
 
 // What it brought back.
 struct BackgroundLayers::Result {
-    std::shared_ptr<Job> job;  // that it comes from
-    std::string fault;         // empty: none
-    OpenLayer opened;          // of pixels its source alone
+    std::shared_ptr<Job> job; // that it comes from
+    std::string fault;        // empty: none
+    OpenLayer opened;         // of pixels its source alone
     bool is_of_pixels = false;
     std::shared_ptr<const PlacedRaster> raster;
     Backdrop backdrop; // of a drawing

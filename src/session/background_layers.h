@@ -73,7 +73,7 @@ private:
     struct Outbox;
     struct Job;
     struct Result;
-    struct Layer { // beside the entry of the same number
+    struct Layer {                           // beside the entry of the same number
         std::unique_ptr<LayerSource> source; // null while a worker has it
         std::shared_ptr<Job> job;            // null: no worker is at it
         std::shared_ptr<const PlacedRaster> raster;

@@ -48,6 +48,9 @@ struct SurveyState {
 // What the track image draws from, as it stands now.
 TrackScene track_scene(const SurveyState& survey);
 
+// The coordinate system that positions are in, as the definitions name it; empty: not known.
+std::string survey_grid_text(const SurveyState& survey);
+
 // The pick list can be looked at: a sample is stored and a pick exists.
 bool has_pick_list(const SurveyState& survey);
 
