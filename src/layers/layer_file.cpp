@@ -76,7 +76,9 @@ std::string first_grid_of(GDALDataset& dataset)
 
 GdalLayerReader::GdalLayerReader()
 {
-    CPLSetErrorHandler(CPLQuietErrorHandler); // what goes wrong is told by who asked
+    constexpr GIntBig kPixelCache = 64 * 1024 * 1024; // bytes, of the pixels that were read last
+    CPLSetErrorHandler(CPLQuietErrorHandler);         // what goes wrong is told by who asked
+    GDALSetCacheMax64(kPixelCache);
     allow_local_files_only();
     register_formats();
 }
