@@ -8,6 +8,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 
@@ -44,6 +45,7 @@ struct BackgroundLayers::Outbox {
     LayerReader& loaded_reader()
     {
         const std::lock_guard lock(loading);
+        if (reader == nullptr && !load) throw std::runtime_error("this program shows no layers");
         if (reader == nullptr) reader = load();
         return *reader;
     }
@@ -60,7 +62,9 @@ bool is_same_view(const std::optional<MapView>& one, const MapView& other)
 
 } // namespace
 
-BackgroundLayers::BackgroundLayers(LoadReader load, std::function<void()> wake) : outbox_(std::make_shared<Outbox>())
+BackgroundLayers::BackgroundLayers() : outbox_(std::make_shared<Outbox>()) {}
+
+void BackgroundLayers::connect_workers(LoadReader load, std::function<void()> wake)
 {
     outbox_->load = std::move(load);
     outbox_->wake = std::move(wake);

@@ -35,11 +35,14 @@ public:
     // Called on a worker, once, when the first layer is opened; throws std::runtime_error with the reason.
     using LoadReader = std::function<std::shared_ptr<LayerReader>()>;
 
-    // wake: called on a worker when there is a result. It must stay callable as long as a worker may be at work.
-    BackgroundLayers(LoadReader load, std::function<void()> wake);
+    BackgroundLayers();
     BackgroundLayers(const BackgroundLayers&) = delete;
     BackgroundLayers& operator=(const BackgroundLayers&) = delete;
     ~BackgroundLayers(); // waits a moment for the workers; one that hangs is left alone
+
+    // Before the first layer is opened. wake: called on a worker when there is a result; it must stay callable as long
+    // as a worker may be at work.
+    void connect_workers(LoadReader load, std::function<void()> wake);
 
     const std::vector<LayerEntry>& entries() const { return entries_; }
     bool is_empty() const { return entries_.empty(); }

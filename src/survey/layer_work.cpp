@@ -73,6 +73,11 @@ OpenLayer open_layer(LayerReader& reader, const LayerRecord& record, const std::
     return layer;
 }
 
+std::vector<std::string> layer_map_names()
+{
+    return {"grey", "survey"};
+}
+
 std::shared_ptr<const PlacedRaster> read_raster(LayerSource& source, const MapView& view, const std::atomic<bool>& stop)
 {
     const LayerFacts& facts = source.facts();

@@ -33,6 +33,9 @@ OpenLayer open_layer(LayerReader& reader, const LayerRecord& record, const std::
 std::shared_ptr<const PlacedRaster> read_raster(LayerSource& source, const MapView& view,
                                                 const std::atomic<bool>& stop);
 
+// The colour maps of grids, by their names.
+std::vector<std::string> layer_map_names();
+
 // One layer as it is drawn. Either shapes or a raster; neither draws nothing.
 struct LayerDrawing {
     LayerRecord record;

@@ -73,6 +73,11 @@ private:
 
 class BackgroundLayersTest : public testing::Test {
 protected:
+    BackgroundLayersTest()
+    {
+        layers_.connect_workers([let_go = let_go_] { return std::make_shared<FakeReader>(let_go); },
+                                [bell = result_] { bell->ring(); });
+    }
     void wait_until_idle()
     {
         while (layers_.is_working()) {
@@ -89,8 +94,7 @@ protected:
     TestFolder folder_;
     std::shared_ptr<Bell> let_go_ = std::make_shared<Bell>();
     std::shared_ptr<Bell> result_ = std::make_shared<Bell>();
-    BackgroundLayers layers_{[this] { return std::make_shared<FakeReader>(let_go_); },
-                             [bell = result_] { bell->ring(); }};
+    BackgroundLayers layers_;
 };
 
 const MapView kView = {{0, 0, 1, 1}, 40, 20};
