@@ -19,7 +19,14 @@ TrackScene track_scene(const SurveyState& survey)
     const std::size_t elements = std::min(picks_in_use, pick_records.size());
     scene.picks = {std::span(pick_records).first(elements), survey.current_pick,
                    std::span(survey.picks.pick_locations).first(elements), survey.pick_settings.PickTolerance};
+    scene.backdrop = survey.backdrop;
     return scene;
+}
+
+std::string survey_grid_text(const SurveyState& survey)
+{
+    static_cast<void>(survey);
+    return {};
 }
 
 bool has_pick_list(const SurveyState& survey)
