@@ -1,10 +1,6 @@
 #pragma once
 
-#include "ports/settings_store.h"
-
 #include <cstdint>
-#include <string>
-#include <string_view>
 
 namespace tarvo {
 
@@ -22,15 +18,11 @@ struct DisplaySettings {
     double gradient_tick_spacing = 2.0;     // in units of the display value
     double reference_gradient_range = 10.0; // sets the step of the fine range adjuster
 
+    bool show_grid = false;                 // the displayed quantity lies on square cells under the track
+    double grid_cell = 0;                   // metres; 0: one that suits the survey
+    double grid_fill_radius = 0;            // metres; 0: five cells
+
     bool operator==(const DisplaySettings&) const = default;
 };
-
-// Takes a text as the value of the setting with this key. Refused: a text that is not numeric or not in the range of
-// its setting. The timing tick is rounded to a whole number, a gradient range below 1 becomes 1.
-SettingOutcome set_display_setting(DisplaySettings& settings, std::string_view key, std::string_view text);
-
-// The stored settings; what is not stored, or would be refused, keeps its default.
-DisplaySettings read_display_settings(const SettingsStore& store);
-void write_display_settings(const DisplaySettings& settings, SettingsStore& store);
 
 } // namespace tarvo
