@@ -318,8 +318,8 @@ void LoggingDriver::terminate_data_logging()
     SampleProcessing& run = survey_.processing;
     const auto let_events_happen = [this] { display_.process_events(counters()); };
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
-    if (const std::string refusal = finish_residual(survey_, let_events_happen); !refusal.empty()) {
-        op_.show_warning(WarningAbout::data, refusal);
+    for (const std::string& note : finish_residual(survey_, let_events_happen)) {
+        op_.show_warning(WarningAbout::data, note);
     }
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
     let_events_happen();
