@@ -1,5 +1,7 @@
 #include "display/grid_picture.h"
 
+#include "display/backdrop.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -40,6 +42,17 @@ void paint_grid(Picture& picture, const PixelRectangle& part, const PixelTransfo
             ++pixel;
         }
     }
+}
+
+void lay_ground(Picture& picture, const PixelRectangle& part, const PixelTransform& transform, const TrackScene& scene)
+{
+    if (scene.backdrop != nullptr) lay_backdrop(picture, part, transform, *scene.backdrop);
+    if (scene.grid != nullptr) paint_grid(picture, part, transform, *scene.grid);
+}
+
+void lay_ground(Picture& picture, const PixelTransform& transform, const TrackScene& scene)
+{
+    lay_ground(picture, {0, 0, picture.width(), picture.height()}, transform, scene);
 }
 
 } // namespace tarvo

@@ -40,4 +40,8 @@ ColouredGrid coloured_grid(const FieldGrid& grid, ColourOf colour_of)
 void paint_grid(Picture& picture, const PixelRectangle& part, const PixelTransform& transform,
                 const ColouredGrid& grid);
 
+// What lies under the track of a scene, on a part of such a picture: the backdrop, and over it the grid.
+void lay_ground(Picture& picture, const PixelRectangle& part, const PixelTransform& transform, const TrackScene& scene);
+void lay_ground(Picture& picture, const PixelTransform& transform, const TrackScene& scene); // on all of it
+
 } // namespace tarvo
