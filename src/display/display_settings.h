@@ -18,6 +18,10 @@ struct DisplaySettings {
     double gradient_tick_spacing = 2.0;     // in units of the display value
     double reference_gradient_range = 10.0; // sets the step of the fine range adjuster
 
+    bool show_grid = false;                 // the displayed quantity lies on square cells under the track
+    double grid_cell = 0;                   // metres; 0: one that suits the survey
+    double grid_fill_radius = 0;            // metres; 0: five cells
+
     bool operator==(const DisplaySettings&) const = default;
 };
 

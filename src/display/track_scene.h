@@ -18,7 +18,8 @@ struct PickMarks {
     double tolerance = 0; // metres: a pick farther from its record stands where it was marked
 };
 
-struct Backdrop; // of display/backdrop.h
+struct Backdrop;     // of display/backdrop.h
+struct ColouredGrid; // of display/grid_picture.h
 
 // What the display draws from. It owns nothing and holds as long as the sample store is not changed.
 struct TrackScene {
@@ -28,6 +29,7 @@ struct TrackScene {
     DisplaySettings settings;
     PickMarks picks;
     const Backdrop* backdrop = nullptr; // what lies under the track; null: nothing, it is drawn on black
+    const ColouredGrid* grid = nullptr; // lies over the backdrop; null: none
 };
 
 } // namespace tarvo

@@ -5,6 +5,7 @@
 #include "picks/track_index.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
+#include "survey/ground_grid.h"
 #include "survey/survey_residual.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
@@ -204,6 +205,7 @@ void LoggingDriver::initialise_data_logging()
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
     survey_.filters = make_gradient_filters(survey_.parameters);
     clear_residual(survey_.residual);
+    survey_.ground = {};
     clear_track_image(survey_.track_image, op_);
     display_.clear_monitor_form();
     display_.show_counters(counters());
@@ -339,9 +341,10 @@ void LoggingDriver::terminate_data_logging()
     SampleProcessing& run = survey_.processing;
     const auto let_events_happen = [this] { display_.process_events(counters()); };
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
-    if (const std::string refusal = finish_residual(survey_, let_events_happen); !refusal.empty()) {
-        op_.show_warnings({{WarningAbout::data, "base station", refusal}});
+    for (const std::string& note : finish_residual(survey_, let_events_happen)) {
+        op_.show_warnings({{WarningAbout::data, "base station", note}});
     }
+    update_ground_grid(survey_, let_events_happen);
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
     let_events_happen();
     build_track_index(track_table(run.store), survey_.track_index, let_events_happen);

@@ -20,6 +20,7 @@ TrackScene track_scene(const SurveyState& survey)
     scene.picks = {std::span(pick_records).first(elements), survey.current_pick,
                    std::span(survey.picks.pick_locations).first(elements), survey.pick_settings.PickTolerance};
     scene.backdrop = survey.backdrop;
+    if (!survey.ground.coloured.is_empty()) scene.grid = &survey.ground.coloured;
     return scene;
 }
 

@@ -1,11 +1,13 @@
 #include "tools/process_survey.h"
 
 #include "display/survey_pictures.h"
+#include "intake/base_station_file.h"
 #include "picks/pick_export.h"
 #include "picks/pick_file.h"
 #include "picks/pick_placing.h"
 #include "processing/sample_export.h"
 #include "session/session.h"
+#include "survey/survey_residual.h"
 #include "text/replace_file.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
@@ -37,16 +39,19 @@ bool write_product(const char* what, const std::function<void()>& write, Operato
 void write_samples(const SurveyState& survey, const std::string& file_name)
 {
     const SampleProcessing& run = survey.processing;
+    const ResidualField* const residual = is_residual_wanted(survey) ? &survey.residual : nullptr;
     if (file_name == "-") {
-        export_samples(run.store, run.lines, [](std::string_view text) {
+        const auto print = [](std::string_view text) {
             std::cout.write(text.data(), static_cast<std::streamsize>(text.size()));
-        });
+        };
+        export_samples(run.store, run.lines, print, nullptr, residual);
         std::cout.flush();
         if (!std::cout) throw std::runtime_error("standard output cannot be written");
         return;
     }
     FileReplacement file(file_name);
-    export_samples(run.store, run.lines, [&file](std::string_view text) { file.write(text); });
+    const auto write = [&file](std::string_view text) { file.write(text); };
+    export_samples(run.store, run.lines, write, nullptr, residual);
     file.commit();
 }
 
@@ -113,6 +118,19 @@ bool write_picks(SurveyState& survey, const ProcessOptions& options, Operator& o
            read;
 }
 
+// Reads the base station that was asked for. False: it was refused, which the operator has been told.
+bool read_base(const ProcessOptions& options, SurveyState& survey, Operator& op)
+{
+    if (options.base_file.empty()) return true;
+    BaseStationReading reading = read_base_station(options.base_file);
+    if (!reading.refusal.empty()) {
+        op.show_message(reading.refusal);
+        return false;
+    }
+    survey.base = std::move(reading.base);
+    return true;
+}
+
 void print_summary(const SurveyState& survey)
 {
     const SampleProcessing& run = survey.processing;
@@ -140,10 +158,12 @@ int process_survey(const ProcessOptions& options)
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
     static_cast<Settings&>(survey) = options.settings;
+    if (!read_base(options, survey, op)) return kFailed;
 
     const int ended = session.driver.Command_start_logging(StartButton::load_or_pause);
     if (ended != kEndOfData && survey.processing.store.RecordCount == 0) return kFailed;
     bool done = ended == kEndOfData;
+    done &= !is_residual_wanted(survey) || has_residual(survey) || survey.processing.store.RecordCount == 0;
     if (!options.samples_file.empty()) {
         done &= write_product(
             "samples", [&] { write_samples(survey, options.samples_file); }, op);

@@ -5,6 +5,7 @@
 #include "display/range_fit.h"
 #include "display/track_navigation.h"
 #include "session/settings_table.h"
+#include "survey/ground_grid.h"
 
 namespace tarvo {
 
@@ -70,6 +71,7 @@ void SurveyView::make_current(std::int32_t record, Recentre recentre)
 
 void SurveyView::show_changed_colours()
 {
+    refresh_ground_grid(survey_);
     redraw_colours(survey_.track_image, scene(), op_);
     emit track_changed();
     emit values_changed();
@@ -144,6 +146,7 @@ void SurveyView::announce()
 
 void SurveyView::refresh()
 {
+    if (!running_) update_ground_grid(survey_);
     TrackImage& image = survey_.track_image;
     image.full_view.buffer_valid = false;
     image.zoomed_view.buffer_valid = false;
