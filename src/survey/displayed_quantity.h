@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ports/settings_store.h"
 #include "survey/survey_state.h"
 
 #include <optional>

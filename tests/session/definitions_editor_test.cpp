@@ -108,7 +108,7 @@ TEST(DefinitionsEditor, WithoutChangesLoadedDataStayValid)
 TEST(DefinitionsEditor, WhatNobodyEditedKeepsItsDigitsAndWhatTheFileDropsIsAskedFor)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     constexpr double us_survey_foot = 0.3048006096012192;
     SurveyDefinitions stored;
     stored.coordinate_scale = us_survey_foot;

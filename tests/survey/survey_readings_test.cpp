@@ -58,7 +58,7 @@ TEST(SurveyReadings, WithoutATimeColumnThereIsNeitherTimeNorSpeed)
         FakeOperator op;
         write_definitions(folder.path("bay.def"), definitions, 1, op);
         const CoreLoad load(file);
-        const SurveyState& survey = load.monitor.survey;
+        const SurveyState& survey = load.session.survey;
         const bool has_time = definitions.fields[kTime].name == "x";
         EXPECT_NEAR(dial_readings_of_record(survey, 5).speed, has_time ? 1.0 : kNull, 1e-4);
         EXPECT_NEAR(dial_readings_of_sample(survey, survey.processing.sample).speed, has_time ? 1.0 : kNull, 1e-4);
