@@ -5,6 +5,7 @@
 #include "picks/track_index.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
+#include "survey/displayed_quantity.h"
 #include "survey/survey_residual.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
@@ -269,8 +270,10 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     const std::int32_t completed =
         calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
     follow_residual(survey_);
+    const bool is_range_new = follow_automatic_range(survey_);
     const TrackTable track = track_table(store);
     const TrackScene scene = track_scene(survey_);
+    if (is_range_new) redraw_colours(survey_.track_image, scene, op_);
     plot_track_point(survey_.track_image, scene, record, track.easting[record], track.northing[record]);
     if (completed > 0) recolour_track_points(survey_.track_image, scene, completed);
     display_.display_replay_data(record, std::max(completed, 0));
@@ -326,6 +329,7 @@ void LoggingDriver::terminate_data_logging()
     build_track_index(track_table(run.store), survey_.track_index, let_events_happen);
     let_events_happen();
     pick_work_.load_pick_list_on_form(indexed_track(survey_));
+    renew_automatic_range(survey_);
     show_finished_track(survey_.track_image, track_scene(survey_), op_);
     let_events_happen();
     display_.show_finished_run();

@@ -116,19 +116,6 @@ DialReadings dial_readings_of_record(const SurveyState& survey, std::int32_t rec
     return readings;
 }
 
-double speed_over_ground(const TrackTable& track, std::int32_t record)
-{
-    if (record < 2 || record > track.count) return kNull;
-    for (const std::int32_t at : {record - 1, record}) {
-        if (!is_valid_channel(track.easting[at]) || !is_valid_channel(track.northing[at])) return kNull;
-    }
-    const double seconds = (track.time[record] - track.time[record - 1]) * kSecondsPerDay;
-    // Days as 64-bit floats resolve about a microsecond: anything below a millisecond is rounding.
-    constexpr double kShortestStep = 0.001;
-    if (!(seconds >= kShortestStep)) return kNull;
-    return (track.distance[record] - track.distance[record - 1]) / seconds;
-}
-
 std::string record_text(const SurveyState& survey, std::int32_t record)
 {
     const SampleStore& store = survey.processing.store;

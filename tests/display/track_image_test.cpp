@@ -184,7 +184,7 @@ TEST(FollowingMode, KeepsWhereItDrewEachSample)
     for (std::size_t record = 15; record <= 40; ++record) track.values[record] = 9;
     recolour_track_points(image, scene, 15);
     EXPECT_EQ(image.picture, followed(120, 90).picture);
-    scene.settings.gradient_max_range = 3;
+    scene.colours.high = 3;
     redraw_colours(image, scene, op);
     EXPECT_EQ(image.picture, followed(120, 90).picture);
     resize_track_image(image, scene, 150, 101, op);
@@ -276,7 +276,7 @@ TEST(Redraw, RebuildsABufferOnlyWhenItMust)
     const auto full_is_rebuilt = rebuilds(image.full_view, Redraw::as_needed);
     update_image_display(image, scene, Redraw::requested, op);
     EXPECT_FALSE(full_is_rebuilt());
-    scene.settings.gradient_max_range = 5;
+    scene.colours.high = 5;
     update_image_display(image, scene, Redraw::as_needed, op);
     EXPECT_TRUE(full_is_rebuilt());
 
