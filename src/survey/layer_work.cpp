@@ -13,13 +13,10 @@ namespace {
 
 std::vector<Colour> map_colours(const std::string& name)
 {
-    constexpr int kEntries = 256;
+    constexpr double kLast = kColourMapEntries - 1;
+    const ColourScale scale = {0, kLast, &colour_map(name)};
     std::vector<Colour> colours;
-    for (int entry = 0; entry < kEntries; ++entry) {
-        constexpr Colour kGreyStep = 0x010101;
-        colours.push_back(name == "survey" ? value_colour(entry / (kEntries - 1.0), 1.0)
-                                           : kGreyStep * static_cast<Colour>(entry));
-    }
+    for (double entry = 0; entry <= kLast; ++entry) colours.push_back(value_colour(entry, scale));
     return colours;
 }
 
@@ -75,7 +72,7 @@ OpenLayer open_layer(LayerReader& reader, const LayerRecord& record, const std::
 
 std::vector<std::string> layer_map_names()
 {
-    return {"grey", "survey"};
+    return {kColourMapKeys.begin(), kColourMapKeys.end()};
 }
 
 std::shared_ptr<const PlacedRaster> read_raster(LayerSource& source, const MapView& view, const std::atomic<bool>& stop)
