@@ -15,6 +15,7 @@ SurveyState survey_of_slopes()
     definitions.number_of_sensors = 2;
     definitions.sensors.assign(3, {});
     FieldLocations locations;
+    locations.header_column_count = kElevation + 1;
     for (const int slot : {kTime, kEast, kNorth, kElevation}) locations.column[static_cast<std::size_t>(slot)] = slot;
     start_processing(survey.processing, definitions, locations, survey.parameters);
     reserve_records(store, 100);
