@@ -8,6 +8,7 @@
 #include "text/file_names.h"
 #include "tools/common/console.h"
 #include "tools/common/exit_status.h"
+#include "tools/common/version.h"
 #include "tools/process_options.h"
 
 #include <QApplication>
@@ -76,7 +77,7 @@ void end_by_signal(MainWindow& window, int signal)
 int run(QApplication& application, const LaunchOptions& options)
 {
     QApplication::setApplicationName(QStringLiteral("Tarvo"));
-    QApplication::setApplicationVersion(QStringLiteral(TARVO_VERSION));
+    QApplication::setApplicationVersion(to_qt(version_number()));
     QtSettingsStore settings;
     ConsoleOperator console; // for a picture that nobody waits for: no box may
     MainWindow window(settings, options.screenshot.empty() ? nullptr : &console);
@@ -108,7 +109,7 @@ int main(int argc, char** argv)
         if (std::none_of(arguments().begin(), arguments().end(), is_for_the_toolkit)) {
             const LaunchOptions options = read_launch_options(arguments());
             if (options.help) std::cout << launch_usage();
-            if (options.version) std::cout << "tarvo " TARVO_VERSION "\n";
+            if (options.version) std::cout << "tarvo " << version_and_build() << '\n';
             if (options.help || options.version) return kDone;
         }
         QApplication application(argc, argv); // takes the toolkit's own options out

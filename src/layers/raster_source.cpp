@@ -91,9 +91,10 @@ private:
         }
         constexpr int kEdgePlaces = 20;
         std::vector<LayerPlace> edge;
-        const auto& [x0, x_column, x_row, y0, y_column, y_row] = facts_.pixel_to_place;
+        const auto& plane = facts_.pixel_to_place; // x, its step by column and by row; y likewise
         const auto add = [&](double column, double row) {
-            edge.push_back({x0 + x_column * column + x_row * row, y0 + y_column * column + y_row * row});
+            edge.push_back(
+                {plane[0] + plane[1] * column + plane[2] * row, plane[3] + plane[4] * column + plane[5] * row});
         };
         const double width = dataset_->GetRasterXSize();
         const double height = dataset_->GetRasterYSize();

@@ -140,13 +140,13 @@ private:
         const std::size_t end = std::min(text_.find_first_not_of("+-.0123456789eE", at_), text_.size());
         const std::string_view digits = text_.substr(at_, end - at_);
         const std::string_view magnitude = digits.starts_with('-') ? digits.substr(1) : digits;
-        const auto is_digit = [&](std::size_t at) {
+        const auto has_digit = [&](std::size_t at) {
             return at < magnitude.size() && magnitude[at] >= '0' && magnitude[at] <= '9';
         };
         const std::optional<double> number = numeric_value(digits);
         const std::size_t point = magnitude.find('.');
-        const bool is_json = is_digit(0) && !(magnitude[0] == '0' && is_digit(1)) &&
-                             (point == std::string_view::npos || is_digit(point + 1));
+        const bool is_json = has_digit(0) && !(magnitude[0] == '0' && is_digit(1)) &&
+                             (point == std::string_view::npos || has_digit(point + 1));
         if (!number || !is_json) refuse("a value");
         at_ = end;
         return *number;

@@ -14,11 +14,6 @@ bool begins_unit(char c)
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '%' || static_cast<unsigned char>(c) > 127;
 }
 
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 // How many characters of a text are its longest number, exponent included; 0 when it begins with none.
 std::size_t number_length(std::string_view text)
 {

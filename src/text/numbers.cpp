@@ -13,11 +13,6 @@ namespace tarvo {
 
 namespace {
 
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 // The parts of the longest number at the start of a text.
 struct NumberShape {
     std::size_t length = 0;        // characters of the number; 0 when the text begins with none

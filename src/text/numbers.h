@@ -21,6 +21,11 @@ inline bool is_valid_sensor(double value)
     return std::abs(value) < 1e30;
 }
 
+constexpr bool is_digit(char letter)
+{
+    return letter >= '0' && letter <= '9';
+}
+
 // Without leading and trailing blanks; a TAB counts as a blank.
 std::string_view trimmed(std::string_view text);
 

@@ -10,11 +10,6 @@ namespace tarvo {
 
 namespace {
 
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 // +1 for N and E, -1 for S and W, 0 for every other character; whatever the axis.
 int sign_of_letter(char c)
 {

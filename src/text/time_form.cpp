@@ -37,11 +37,6 @@ bool is_letter(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 bool is_count_item(TimeItem item)
 {
     return item >= TimeItem::seconds && item <= TimeItem::second_of_week;

@@ -1,3 +1,4 @@
+#include "tools/common/version.h"
 #include "tools/forward_survey.h"
 
 #include <sys/eventfd.h>
@@ -40,7 +41,7 @@ int main(int argc, char** argv)
             return kDone;
         }
         if (options.version) {
-            std::cout << "tarvo-forward " TARVO_VERSION "\n";
+            std::cout << "tarvo-forward " << version_and_build() << '\n';
             return kDone;
         }
         catch_stop_signals();

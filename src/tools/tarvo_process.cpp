@@ -1,4 +1,5 @@
 #include "session/settings_table.h"
+#include "tools/common/version.h"
 #include "tools/process_survey.h"
 
 #include <iostream>
@@ -17,7 +18,7 @@ int main(int argc, char** argv)
             return kDone;
         }
         if (options.version) {
-            std::cout << "tarvo-process " TARVO_VERSION "\n";
+            std::cout << "tarvo-process " << version_and_build() << '\n';
             return kDone;
         }
         return process_survey(options);

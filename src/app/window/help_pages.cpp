@@ -1,5 +1,8 @@
 #include "app/window/help_pages.h"
 
+#include "app/common/texts.h"
+#include "tools/common/version.h"
+
 #include <QClipboard>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -43,7 +46,7 @@ void finish_dialog(QDialog& dialog, QVBoxLayout& layout, QDialogButtonBox& butto
 QString version_text()
 {
     return QStringLiteral("Tarvo %1\nCompiler: %2\nQt: %3 (built with %4)\nSystem: %5, %6")
-        .arg(QStringLiteral(TARVO_VERSION), QLatin1String(kCompiler), QLatin1String(qVersion()),
+        .arg(to_qt(version_and_build()), QLatin1String(kCompiler), QLatin1String(qVersion()),
              QStringLiteral(QT_VERSION_STR), QSysInfo::prettyProductName(), QSysInfo::currentCpuArchitecture());
 }
 
