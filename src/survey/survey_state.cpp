@@ -18,7 +18,14 @@ TrackScene track_scene(const SurveyState& survey)
     const auto picks_in_use = static_cast<std::size_t>(survey.picks.number_of_picks) + 1;
     scene.picks = {std::span(pick_records).first(std::min(picks_in_use, pick_records.size())), survey.current_pick};
     if (!survey.ground.coloured.is_empty()) scene.grid = &survey.ground.coloured;
+    scene.backdrop = survey.backdrop;
     return scene;
+}
+
+std::string survey_grid_text(const SurveyState& survey)
+{
+    static_cast<void>(survey);
+    return {};
 }
 
 bool has_pick_list(const SurveyState& survey)
