@@ -100,16 +100,15 @@ std::optional<Picture> zoomed_track_picture(const TrackScene& scene, int width, 
     return drawn_view(zoomed_view(scene, width, height, zoom_percent, record, op), scene, width, height, op);
 }
 
-std::optional<Picture> colour_bars_picture(const TrackScene& scene, std::span<const double* const> sensor_values,
-                                           int width, std::int32_t record, Operator& op)
+std::optional<Picture> colour_bars_picture(const TrackScene& scene, int sensor_count, int width, std::int32_t record,
+                                           Operator& op)
 {
     std::optional<Picture> stack;
     run_guarded(op, kFaultText, [&] {
-        std::vector<Picture> bars(sensor_values.size(), Picture(width, kBarHeight));
+        std::vector<Picture> bars(static_cast<std::size_t>(sensor_count) + 1, Picture(width, kBarHeight));
         SectionLimits section;
-        display_TG_bars(bars, sensor_values, scene, record, section, op);
+        display_TG_bars(bars, scene, record, section, op);
 
-        const int sensor_count = sensor_values.empty() ? 0 : static_cast<int>(sensor_values.size()) - 1;
         Picture picture(width, kBarHeight * sensor_count);
         for (int sensor = 1; sensor <= sensor_count; ++sensor) {
             copy_block(bars[static_cast<std::size_t>(sensor)], {0, 0, width, kBarHeight}, picture, 0,

@@ -105,7 +105,9 @@ bool carry_out_changes(const ProcessingChanges& changes, SurveyState& survey, Op
         recalculate_gradient_values(run.store, run.lines, survey.parameters, survey.filters, op);
     }
     if (changes.residual) {
-        for (const std::string& note : finish_residual(survey)) op.show_warning(WarningAbout::data, note);
+        for (const std::string& note : finish_residual(survey)) {
+            op.show_warnings({{WarningAbout::data, "base station", note}});
+        }
     }
     return false;
 }

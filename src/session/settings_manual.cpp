@@ -46,6 +46,10 @@ std::string values_text(const std::optional<double>*, const Setting& setting)
     const std::string limits = limits_text(setting.limits);
     return (limits.empty() ? "a number" : limits) + ", or nothing";
 }
+std::string values_text(const QuantityRange*, const Setting&)
+{
+    return "auto, or low and high with a blank between";
+}
 std::string values_text(const void*, const Setting& setting)
 {
     const std::string limits = limits_text(setting.limits);

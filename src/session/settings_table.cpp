@@ -1,5 +1,6 @@
 #include "session/settings_table.h"
 
+#include "display/colour_map.h"
 #include "display/range_fit.h"
 
 #include <algorithm>
@@ -16,6 +17,18 @@ using S = Settings;
 constexpr double kLargestWhole = std::numeric_limits<std::int32_t>::max();
 constexpr double kLargestSingle = std::numeric_limits<float>::max();
 constexpr double kWidestWindow = 1'000'000; // samples; a wider filter than any survey line would only cost memory
+
+// The range of a quantity's colours.
+template <QuantityId id>
+constexpr Setting range_row()
+{
+    return {.key = quantity(id).range_key,
+            .place = [](S& s) { return Place(&s.display_settings.ranges[static_cast<std::size_t>(id)]); },
+            .effect = Effect::redraw,
+            .caption = "Range",
+            .unit = quantity(id).unit,
+            .help = "The values that take the first and the last colour"};
+}
 
 constexpr Setting kSettings[] = {
     {.key = "LoggingScrollStep",
@@ -200,6 +213,31 @@ constexpr Setting kSettings[] = {
      .limits = over(0),
      .box = "Text_TG_tick_spacing",
      .refusal = "Warning: The maximum TG tick spacing is not valid"},
+    {.key = "DisplayQuantity",
+     .place = [](S& s) { return Place(&s.display_settings.quantity); },
+     .effect = Effect::redraw,
+     .caption = "Quantity",
+     .help = "What colours track and bars and is the upper graph",
+     .choices = kQuantityKeys},
+    {.key = "ColourMap",
+     .place = [](S& s) { return Place(&s.display_settings.colour_map); },
+     .effect = Effect::redraw,
+     .caption = "Colours",
+     .help = "Colours of quantities of one sign",
+     .choices = kColourMapKeys},
+    {.key = "SignedColourMap",
+     .place = [](S& s) { return Place(&s.display_settings.signed_colour_map); },
+     .effect = Effect::redraw,
+     .caption = "Colours of both signs",
+     .help = "Colours of quantities that are positive and negative",
+     .choices = kColourMapKeys},
+    range_row<QuantityId::vertical>(),
+    range_row<QuantityId::horizontal>(),
+    range_row<QuantityId::total>(),
+    range_row<QuantityId::residual>(),
+    range_row<QuantityId::depth>(),
+    range_row<QuantityId::elevation>(),
+    range_row<QuantityId::speed>(),
     {.key = "ShowGrid",
      .place = [](S& s) { return Place(&s.display_settings.show_grid); },
      .effect = Effect::redraw,
@@ -218,7 +256,7 @@ constexpr Setting kSettings[] = {
      .place = [](S& s) { return Place(&s.display_settings.grid_fill_radius); },
      .effect = Effect::redraw,
      .group = Group::grid,
-     .caption = "Grid fill radi&us",
+     .caption = "Grid fill radius",
      .unit = "m",
      .help = "How far away readings fill an empty cell; 0: five cells",
      .limits = at_least(0),
@@ -231,6 +269,13 @@ constexpr Setting kSettings[] = {
      .place = [](S& s) { return Place(&s.pick_settings.DeferPickCombo); },
      .caption = "&Keep the current pick when marking",
      .help = "A new pick does not become current"},
+    {.key = "PickTolerance",
+     .place = [](S& s) { return Place(&s.pick_settings.PickTolerance); },
+     .effect = Effect::redraw,
+     .caption = "Farthest pick from its sample",
+     .unit = "m",
+     .help = "A pick farther from the track stays where it was marked, with a dashed ring",
+     .limits = at_least(0)},
 };
 
 } // namespace

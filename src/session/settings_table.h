@@ -15,7 +15,8 @@ namespace tarvo {
 
 // Where a setting's value lives. A switch reads and writes 0 and 1; a number that may be left open is the empty text
 // then. A new kind of value needs its line here and its two conversions in setting_values.cpp.
-using SettingPlace = std::variant<bool*, std::int32_t*, float*, double*, std::optional<double>*, std::string*>;
+using SettingPlace =
+    std::variant<bool*, std::int32_t*, float*, double*, std::optional<double>*, std::string*, QuantityRange*>;
 
 // The numbers that are accepted, before they are rounded.
 struct SettingLimits {

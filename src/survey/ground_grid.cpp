@@ -1,6 +1,7 @@
 #include "survey/ground_grid.h"
 
 #include "display/colour_scale.h"
+#include "survey/displayed_quantity.h"
 
 #include <stdexcept>
 #include <utility>
@@ -15,26 +16,25 @@ GridSize grid_size(const SurveyState& survey)
     return {survey.display_settings.grid_cell, survey.display_settings.grid_fill_radius};
 }
 
-// A sensor's values lie where the sensor was; without positions of its own, where the fish was.
+// A sensor's values lie where the sensor was; without positions of its own, where the fish was. The speed has none.
 std::vector<GridPoints> displayed_points(const SurveyState& survey)
 {
     const SampleStore& store = survey.processing.store;
-    const TrackTable track = track_table(store);
+    const std::vector<const double*> columns = quantity_columns(survey, displayed_quantity(survey.display_settings));
     std::vector<GridPoints> points;
-    if (store.gradient_records < store.RecordCount) return points;
-    for (std::size_t sensor = 1; sensor < store.sensors.size(); ++sensor) {
+    for (std::size_t sensor = 1; sensor < store.sensors.size() && sensor < columns.size(); ++sensor) {
         const SensorRecords& records = store.sensors[sensor];
-        points.push_back(
-            {records.position[1].data(), records.position[2].data(), records.gradients[0].data(), track.count});
+        if (columns[sensor] == nullptr) continue;
+        points.push_back({records.position[1].data(), records.position[2].data(), columns[sensor], store.RecordCount});
     }
     return points;
 }
 
 void colour_grid(SurveyState& survey)
 {
-    const double range = survey.display_settings.gradient_max_range;
+    const ColourScale scale = shown_colours(survey);
     survey.ground.coloured =
-        coloured_grid(survey.ground.grid, [range](double value) { return value_colour(value, range); });
+        coloured_grid(survey.ground.grid, [&scale](double value) { return value_colour(value, scale); });
 }
 
 } // namespace

@@ -20,7 +20,8 @@ std::string calculate(SurveyState& survey, const std::function<void()>& pause)
 bool is_residual_wanted(const SurveyState& survey)
 {
     const ProcessingParameters& parameters = survey.parameters;
-    return survey.wants_residual || survey.base || parameters.SpikeFilter || parameters.ResidualWindow > 0;
+    return survey.wants_residual || survey.display_settings.quantity == quantity(QuantityId::residual).key ||
+           survey.base || parameters.SpikeFilter || parameters.ResidualWindow > 0;
 }
 
 const BaseStation* base_station(const SurveyState& survey)

@@ -15,6 +15,7 @@
 #include "processing/track_skip.h"
 #include "survey/settings.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -27,6 +28,12 @@ struct GroundGrid {
     GridSize size;  // that was asked for
     ColouredGrid coloured;
     std::string refusal; // why there is none although one is wanted
+};
+
+// A range made of the values that were stored then; records 0: not made.
+struct AutomaticRange {
+    ValueRange range;
+    std::int32_t records = 0;
 };
 
 // The survey that is open: what describes it, what has been made of it, and what is shown of it. Its settings are its
@@ -48,6 +55,7 @@ struct SurveyState : Settings {
     GroundGrid ground;               // see ground_grid.h
     cQuadTree track_index;           // of the finished track
     TrackImage track_image;
+    std::array<AutomaticRange, kQuantityCount> automatic_ranges; // by quantity
 
     PickList picks;
     std::int32_t current_pick = -1; // -1: none
