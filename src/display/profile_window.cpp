@@ -90,6 +90,27 @@ void profile_curve(const TrackTable& track, const SurveyLines& lines, const doub
     }
 }
 
+std::vector<DistanceRange> line_end_parts(const TrackTable& track, const SurveyLines& lines, double metres,
+                                          const DistanceRange& range)
+{
+    std::vector<DistanceRange> parts;
+    const auto add = [&](double from, double to) {
+        const DistanceRange part = {std::max(from, range.from), std::min(to, range.to)};
+        if (part.length() > 0) parts.push_back(part);
+    };
+    const RecordSpan shown = records_in(track, track.count, range);
+    if (shown.last < shown.first || !lines.has_line()) return parts;
+    for (std::int32_t line = line_of_record(lines, shown.first); line <= lines.CurrentLine; ++line) {
+        const std::int32_t last = std::min(lines.last_record(line), track.count);
+        if (lines.first_record(line) > shown.last) break;
+        const double from = track.distance[lines.first_record(line)];
+        const double to = track.distance[last];
+        add(from, std::min(from + metres, to));
+        add(std::max(to - metres, from + metres), to);
+    }
+    return parts;
+}
+
 std::vector<ProfilePick> picks_in_stretch(const TrackTable& track, const PickMarks& picks, const DistanceRange& range)
 {
     std::vector<ProfilePick> found;

@@ -49,6 +49,10 @@ struct ProfileCurve {
 void profile_curve(const TrackTable& track, const SurveyLines& lines, const double* values, std::int32_t value_count,
                    const DistanceRange& range, int most_points, ProfileCurve& curve);
 
+// The parts of a stretch that lie within so many metres of an end of their survey line, in the order of the track.
+std::vector<DistanceRange> line_end_parts(const TrackTable& track, const SurveyLines& lines, double metres,
+                                          const DistanceRange& range);
+
 // A pick that lies in a stretch.
 struct ProfilePick {
     std::int32_t pick = 0;

@@ -1,5 +1,6 @@
 #include "display/track_navigation.h"
 
+#include "display/track_layers.h"
 #include "ports/busy_flag.h"
 #include "text/numbers.h"
 
@@ -160,6 +161,18 @@ void show_place(TrackImage& image, const TrackScene& scene, const GridPlace& pla
     image.zoomed_view.zoom = static_cast<float>(std::min(zoom, kLargestZoom));
     centre_zoomed_view(image.zoomed_view, place);
     show_zoomed_view(image, scene, op);
+}
+
+void show_records(TrackImage& image, const TrackScene& scene, std::int32_t first, std::int32_t last, Operator& op)
+{
+    const std::optional<WorldExtent> extent = calculate_highlighted_limits(scene.track, {first, last}, op);
+    if (!extent) return;
+    constexpr double kMargin = 1.2; // of the stretch's extent
+    const WorldExtent& whole = image.frame.extent;
+    const double zoom_x = (whole.x_max - whole.x_min) / std::max(extent->x_max - extent->x_min, 1.0);
+    const double zoom_y = (whole.y_max - whole.y_min) / std::max(extent->y_max - extent->y_min, 1.0);
+    const GridPlace middle = {(extent->x_min + extent->x_max) / 2, (extent->y_min + extent->y_max) / 2};
+    show_place(image, scene, middle, std::max(std::min(zoom_x, zoom_y) / kMargin, 1.0), op);
 }
 
 void make_record_current(TrackImage& image, const TrackScene& scene, std::int32_t record, Recentre recentre,

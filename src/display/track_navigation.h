@@ -41,6 +41,9 @@ void drag_view(TrackImage& image, const TrackScene& scene, int right, int down, 
 // Shows a place of the survey grid in the middle of the enlarged view, wherever the track is.
 void show_place(TrackImage& image, const TrackScene& scene, const GridPlace& place, double zoom, Operator& op);
 
+// The same with a stretch of records filling the picture, a margin around it; without positions nothing happens.
+void show_records(TrackImage& image, const TrackScene& scene, std::int32_t first, std::int32_t last, Operator& op);
+
 enum class Recentre { no, yes };
 
 // Makes a record current, with the section around it and the crosshair on it; with Recentre::yes the zoomed view moves

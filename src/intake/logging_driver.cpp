@@ -291,9 +291,11 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     const std::int32_t record = store.RecordCount;
     if (record < records_before) return;
     if (record % kDialRefreshSamples == 0) display_.show_dials(dial_readings(survey_.processing));
-    const std::int32_t completed =
+    const std::int32_t gradient =
         calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
-    follow_residual(survey_);
+    const std::int32_t residual = follow_residual(survey_);
+    const bool shows_residual = displayed_quantity(survey_.display_settings).id == QuantityId::residual;
+    const std::int32_t completed = shows_residual ? residual : gradient;
     const bool is_range_new = follow_automatic_range(survey_);
     const TrackTable track = track_table(store);
     const TrackScene scene = track_scene(survey_);

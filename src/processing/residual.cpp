@@ -263,11 +263,11 @@ std::string calculate_residual(ResidualField& field, const SampleStore& store, c
     return {};
 }
 
-void calculate_newest_residual(ResidualField& field, const SampleStore& store, const SurveyLines& lines,
-                               const ProcessingParameters& parameters, const BaseStation* base)
+std::int32_t calculate_newest_residual(ResidualField& field, const SampleStore& store, const SurveyLines& lines,
+                                       const ProcessingParameters& parameters, const BaseStation* base)
 {
     const std::int32_t newest = store.RecordCount;
-    if (newest < 1) return;
+    if (newest < 1) return 0;
     fit_sensors(field, store);
     const bool is_dropped_line = field.line > 0 && lines.ShortLinesDropped != field.dropped_lines;
     field.dropped_lines = lines.ShortLinesDropped;
@@ -285,6 +285,7 @@ void calculate_newest_residual(ResidualField& field, const SampleStore& store, c
     }
     if (field.line == 0) begin_line(field, 1, lines.first_record(1));
 
+    std::int32_t first_done = 0;
     for (;;) {
         const bool is_open = field.line >= lines.CurrentLine;
         const std::int32_t last = std::min(lines.last_record(field.line), newest);
@@ -294,13 +295,16 @@ void calculate_newest_residual(ResidualField& field, const SampleStore& store, c
                 source_of(store, sensor, field.window.width, parameters, base, field.base_level);
             ResidualRows rows;
             rows.residual = field.values[at].data();
+            const std::int32_t next = field.sweeps[at].next;
             advance(field.sweeps[at], source, rows, last, is_open ? LineEnd::open : LineEnd::known, last);
+            if (first_done == 0 && field.sweeps[at].next > next) first_done = next;
         }
         if (is_open) break;
         begin_line(field, field.line + 1, lines.first_record(field.line + 1));
     }
     field.spikes = 0;
     for (const ResidualSweep& sweep : field.sweeps) field.spikes += sweep.spikes;
+    return first_done;
 }
 
 void clear_residual(ResidualField& field)

@@ -86,9 +86,10 @@ std::string residual_refusal(const SampleStore& store, const SurveyLines& lines,
 
 // Computes only the records that the newest stored records complete, in a run that goes on: those whose window can
 // change no more. An automatic window is 40 m wide so far and the base station's level is that of all its readings.
-// Records that were missed are caught up with. Throws std::bad_alloc.
-void calculate_newest_residual(ResidualField& field, const SampleStore& store, const SurveyLines& lines,
-                               const ProcessingParameters& parameters, const BaseStation* base);
+// Records that were missed are caught up with. Returns the first record that was computed, of any sensor; 0 when none
+// was. Throws std::bad_alloc.
+std::int32_t calculate_newest_residual(ResidualField& field, const SampleStore& store, const SurveyLines& lines,
+                                       const ProcessingParameters& parameters, const BaseStation* base);
 
 // Forgets everything, before a run begins.
 void clear_residual(ResidualField& field);

@@ -44,6 +44,7 @@ void update_ground_grid(SurveyState& survey, const std::function<void()>& pause)
     survey.ground = GroundGrid();
     if (!survey.display_settings.show_grid) return;
     survey.ground.size = grid_size(survey);
+    survey.ground.quantity = displayed_quantity(survey.display_settings).id;
     Gridding gridding = make_grid(displayed_points(survey), survey.ground.size, pause);
     survey.ground.grid = std::move(gridding.grid);
     survey.ground.refusal = std::move(gridding.refusal);
@@ -52,7 +53,9 @@ void update_ground_grid(SurveyState& survey, const std::function<void()>& pause)
 
 void refresh_ground_grid(SurveyState& survey)
 {
-    const bool is_made = !survey.ground.grid.is_empty() && survey.ground.size == grid_size(survey);
+    const GroundGrid& ground = survey.ground;
+    const bool is_made = !ground.grid.is_empty() && ground.size == grid_size(survey) &&
+                         ground.quantity == displayed_quantity(survey.display_settings).id;
     if (is_made && survey.display_settings.show_grid) {
         colour_grid(survey);
     } else {

@@ -116,6 +116,31 @@ double squared_distance(const TrackTable& track, std::int32_t record, bool has_p
     return (nearest_x - x) * (nearest_x - x) + (nearest_y - y) * (nearest_y - y);
 }
 
+struct LineRecords {
+    std::int32_t first;
+    std::int32_t last;
+};
+
+// The least distance from a record to a line, where it is below `limit`. What is farther along the track than the
+// distance that is missing to the nearest place so far cannot be nearer: it is leapt over.
+double distance_to_line(const TrackTable& track, const LineRecords& line, std::int32_t record, double limit)
+{
+    double least = limit;
+    for (std::int32_t other = line.first; other <= line.last;) {
+        if (!has_position(track, other)) {
+            ++other;
+            continue;
+        }
+        const double distance = std::sqrt(
+            squared_distance(track, other, other > line.first, track.easting[record], track.northing[record]));
+        least = std::min(least, distance);
+        const double* const next = std::upper_bound(track.distance + other + 1, track.distance + line.last + 1,
+                                                    track.distance[other] + (distance - least));
+        other = static_cast<std::int32_t>(next - track.distance);
+    }
+    return least;
+}
+
 } // namespace
 
 std::vector<LineSummary> line_summaries(const SampleProcessing& run)
@@ -203,15 +228,10 @@ double distance_to_other_line(const SampleProcessing& run, std::int32_t record)
     double least = std::numeric_limits<double>::infinity();
     for (std::int32_t line = 1; line <= run.lines.CurrentLine; ++line) {
         if (line == own) continue;
-        const std::int32_t first = run.lines.first_record(line);
         const std::int32_t last = std::min(run.lines.last_record(line), track.count);
-        for (std::int32_t other = first; other <= last; ++other) {
-            if (!has_position(track, other)) continue;
-            least = std::min(
-                least, squared_distance(track, other, other > first, track.easting[record], track.northing[record]));
-        }
+        least = std::min(least, distance_to_line(track, {run.lines.first_record(line), last}, record, least));
     }
-    return std::isfinite(least) ? std::sqrt(least) : kNull;
+    return std::isfinite(least) ? least : kNull;
 }
 
 } // namespace tarvo

@@ -1,6 +1,7 @@
 #include "survey/survey_readings.h"
 
 #include "processing/fixed_time.h"
+#include "survey/line_table.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -127,6 +128,8 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
     const std::int32_t line = line_of_record(survey.processing.lines, record);
     const double number = line > 0 ? survey.processing.lines.LineNumbers[line] : kNull;
     if (is_valid_channel(number)) text += "   line " + format_fixed(number, 0);
+    const double spacing = distance_to_other_line(survey.processing, record);
+    if (is_valid_channel(spacing)) text += "   next line " + format_fixed(spacing, 1) + " m off";
     // Without a Time column the stored times only count the data lines.
     text += "   " + (survey.processing.plan.has_time ? time_of_day_text(track.time[record]) : "--:--:--");
     for (int sensor = 1; sensor <= std::min(store.number_of_sensors(), kListedSensors); ++sensor) {

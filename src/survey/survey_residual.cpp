@@ -47,11 +47,11 @@ std::vector<std::string> finish_residual(SurveyState& survey, const std::functio
     }
 }
 
-void follow_residual(SurveyState& survey)
+std::int32_t follow_residual(SurveyState& survey)
 {
-    if (!is_residual_wanted(survey)) return;
+    if (!is_residual_wanted(survey)) return 0;
     const SampleProcessing& run = survey.processing;
-    calculate_newest_residual(survey.residual, run.store, run.lines, survey.parameters, base_station(survey));
+    return calculate_newest_residual(survey.residual, run.store, run.lines, survey.parameters, base_station(survey));
 }
 
 std::string residual_objection(const SurveyState& survey, const ProcessingParameters& wanted)

@@ -29,8 +29,8 @@ std::string update_residual(SurveyState& survey, const std::function<void()>& pa
 // the operator: why there is none now, or what to know of it.
 std::vector<std::string> finish_residual(SurveyState& survey, const std::function<void()>& pause = nullptr);
 
-// In a run: of the records that the newest one completes, when it is wanted.
-void follow_residual(SurveyState& survey);
+// In a run: of the records that the newest one completes, when it is wanted. Returns the first of them; 0: none.
+std::int32_t follow_residual(SurveyState& survey);
 
 // Why other parameters of the residual (SpikeFilter, ResidualWindow) do not suit the stored records; empty when they
 // do, and for parameters that are those of the survey.

@@ -26,6 +26,7 @@ namespace tarvo {
 struct GroundGrid {
     FieldGrid grid; // empty: none
     GridSize size;  // that was asked for
+    QuantityId quantity = QuantityId::gradient;
     ColouredGrid coloured;
     std::string refusal; // why there is none although one is wanted
 };

@@ -26,6 +26,22 @@ std::vector<double> curve_values(const TestTrack& track, const DistanceRange& ra
 
 } // namespace
 
+TEST(LineEndParts, AreThoseInTheStretchAndNeverOverlap)
+{
+    const TestTrack track = track_of(std::vector<double>(12, 1)); // 0 to 110 m
+    SurveyLines lines;
+    open_first_line(lines, 1);
+    for (std::int32_t record = 1; record <= 8; ++record) add_record_to_line(lines, record);
+    open_next_line(lines, 2, 8, 0);
+    for (std::int32_t record = 9; record <= 12; ++record) add_record_to_line(lines, record);
+    const TrackTable table = track.scene().track;
+    using Parts = std::vector<DistanceRange>;
+    EXPECT_EQ(line_end_parts(table, lines, 15, {-50, 200}), (Parts{{0, 15}, {55, 70}, {80, 95}, {95, 110}}));
+    EXPECT_EQ(line_end_parts(table, lines, 20, {60, 85}), (Parts{{60, 70}, {80, 85}})); // longer than a half: cut
+    EXPECT_EQ(line_end_parts(table, lines, 40, {75, 200}), (Parts{{80, 110}}));
+    EXPECT_EQ(line_end_parts(table, SurveyLines(), 40, {0, 200}), Parts());
+}
+
 TEST(ProfileCurve, HoldsTheStretchAndOneRecordToEitherSide)
 {
     const TestTrack track = track_of({1, 2, 3, kNull, 5, 6});

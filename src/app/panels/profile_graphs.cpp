@@ -4,6 +4,7 @@
 #include "app/panels/pick_lines_item.h"
 #include "app/panels/sensor_colours.h"
 #include "survey/displayed_quantity.h"
+#include "survey/survey_residual.h"
 #include "text/numbers.h"
 
 #include <QComboBox>
@@ -207,6 +208,7 @@ void ProfileGraphs::refresh()
     fill_quantity_plot(plots_[kQuantity]);
     fill_field_plot(plots_[kField]);
     fill_vertical_plot(plots_[kVertical]);
+    cover_line_ends();
     place_cursors();
     fit_->setChecked(std::any_of(plots_.begin(), plots_.end(), [](const Plot& plot) { return plot.values.is_fitted; }));
     plot_->replot(QCustomPlot::rpQueuedReplot);
@@ -276,6 +278,35 @@ void ProfileGraphs::fill_quantity_plot(Plot& plot)
     plot.values.from_zero = is_gradient;
     plot.values.range = shown_range(survey).width();
     show_values(plot, is_gradient ? settings.gradient_tick_spacing : plot.values.range / 4);
+}
+
+// Where the window of the residual is cut below half, the curves show pale through a veil.
+void ProfileGraphs::cover_line_ends()
+{
+    constexpr int kVeil = 150; // of 255
+    for (QCPItemRect* const veil : line_ends_) plot_->removeItem(veil);
+    line_ends_.clear();
+    const SurveyState& survey = view_.survey();
+    if (displayed_quantity(survey.display_settings).id != QuantityId::residual || !has_residual(survey)) return;
+    QColor colour = palette().color(QPalette::Base);
+    colour.setAlpha(kVeil);
+    Plot& plot = plots_[kQuantity];
+    for (const DistanceRange& part : line_end_parts(track_table(survey.processing.store), survey.processing.lines,
+                                                    survey.residual.window.width / 4, view_range())) {
+        auto* const veil = new QCPItemRect(plot_);
+        veil->setPen(Qt::NoPen);
+        veil->setBrush(colour);
+        veil->setClipAxisRect(plot.rect);
+        for (QCPItemPosition* const corner : {veil->topLeft, veil->bottomRight}) {
+            corner->setAxisRect(plot.rect);
+            corner->setAxes(plot.rect->axis(QCPAxis::atBottom), plot.rect->axis(QCPAxis::atLeft));
+            corner->setTypeX(QCPItemPosition::ptPlotCoords);
+            corner->setTypeY(QCPItemPosition::ptAxisRectRatio);
+        }
+        veil->topLeft->setCoords(part.from, 0);
+        veil->bottomRight->setCoords(part.to, 1);
+        line_ends_.push_back(veil);
+    }
 }
 
 void ProfileGraphs::fill_field_plot(Plot& plot)

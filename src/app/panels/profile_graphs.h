@@ -12,6 +12,7 @@
 
 class QCPAxisRect;
 class QCPGraph;
+class QCPItemRect;
 class QCPItemStraightLine;
 class QToolButton;
 class QCustomPlot;
@@ -64,6 +65,7 @@ private:
     void fit_graphs(Plot& plot, std::size_t count);
     void fill_quantity_plot(Plot& plot);
     void fill_field_plot(Plot& plot);
+    void cover_line_ends();
     void fill_curves(Plot& plot, std::span<const double* const> columns, std::int32_t count);
     void fill_vertical_plot(Plot& plot);
     void label_vertical_plot();
@@ -86,8 +88,9 @@ private:
     QToolButton* fit_;
     std::array<Plot, 3> plots_;
     std::function<bool(int)> is_shown_;
-    ProfileCurve curve_;         // kept for its memory
-    std::vector<double> speeds_; // likewise
+    ProfileCurve curve_;                  // kept for its memory
+    std::vector<double> speeds_;          // likewise
+    std::vector<QCPItemRect*> line_ends_; // of the residual
     ProfileStretch stretch_;
     QString vertical_label_; // where there is room for it
     bool pressed_ = false;

@@ -54,6 +54,13 @@ void SurveyView::follow()
     emit track_changed();
 }
 
+void SurveyView::show_records(std::int32_t first, std::int32_t last)
+{
+    make_current(first + (last - first) / 2, Recentre::no);
+    tarvo::show_records(survey_.track_image, scene(), first, last, op_);
+    emit track_changed();
+}
+
 void SurveyView::pan_to(int position)
 {
     survey_.pan_range.position = position;

@@ -29,6 +29,7 @@ public:
     void drag(int right, int down);
     void show_whole();
     void follow();
+    void show_records(std::int32_t first, std::int32_t last); // filling the picture
 
     // The current point. Positions are those of HScroll_pan.
     void pan_to(int position);

@@ -4,6 +4,7 @@
 #include "app/panels/survey_view.h"
 #include "app/window/pick_view.h"
 #include "app/window/run_view.h"
+#include "app/window/survey_tools.h"
 #include "app/window/window_actions.h"
 #include "app/window/window_panels.h"
 #include "ports/settings_store.h"
@@ -95,6 +96,7 @@ private:
     Session session_;
     SurveyView view_;
     WindowActions actions_;
+    SurveyTools survey_tools_;
 
     QSplitter* columns_ = nullptr;
     QSplitter* side_ = nullptr;

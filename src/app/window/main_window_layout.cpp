@@ -110,6 +110,8 @@ void MainWindow::connect_panels()
             [this](int position) { session_.driver.HScroll_speed_change(position); });
     connect(&run_view_, &RunView::controls_changed, this, &MainWindow::show_run_controls);
     connect(&run_view_, &RunView::finished, this, &MainWindow::show_averaging_hint);
+    connect(&run_view_, &RunView::finished, &survey_tools_, &SurveyTools::show_survey);
+    connect(&run_view_, &RunView::cleared, &survey_tools_, &SurveyTools::show_survey);
     connect(&run_view_, &RunView::cleared, this, [this] {
         column_warnings_.clear();
         if (session_.driver.is_pipe_open()) clear_hints(); // they are about a file, or an earlier live run

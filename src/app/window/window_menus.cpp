@@ -37,14 +37,17 @@ void MainWindow::make_menus()
                                     {"menu_export_track", tr("&Track image as PNG..."), "", Needs::idle_and_samples,
                                      [this] { export_track_file(survey(), op_); }}};
     for (const ActionEntry& entry : kExports) actions_.add(exports, entry);
+    survey_tools_.add_exports(actions_, exports);
     file.addSeparator();
     actions_.add(file, {"menu_quit", tr("&Quit"), "Ctrl+Q", Needs::nothing, [this] { close(); }});
 
-    actions_.add_menu("menu_survey", tr("&Survey"),
-                      {{"menu_definitions", tr("Survey &definitions..."), "Ctrl+D", Needs::idle,
-                        [this] { session_.when_idle([this] { edit_definitions(); }); }},
-                       {"menu_processing_parameters", tr("&Processing parameters..."), "Ctrl+T", Needs::idle,
-                        [this] { session_.when_idle([this] { edit_processing_parameters(); }); }}});
+    QMenu& survey_menu =
+        actions_.add_menu("menu_survey", tr("&Survey"),
+                          {{"menu_definitions", tr("Survey &definitions..."), "Ctrl+D", Needs::idle,
+                            [this] { session_.when_idle([this] { edit_definitions(); }); }},
+                           {"menu_processing_parameters", tr("&Processing parameters..."), "Ctrl+T", Needs::idle,
+                            [this] { session_.when_idle([this] { edit_processing_parameters(); }); }}});
+    survey_tools_.add_survey_actions(actions_, survey_menu);
     actions_.add_menu("menu_run", tr("&Run"),
                       {{"menu_start_load", tr("Start &load"), "F5", Needs::idle,
                         [this] { press_start(StartButton::load_or_pause); }, tr("Load the file")},
@@ -116,6 +119,7 @@ void MainWindow::make_view_menu()
                             [this] { view_.fit_range(); }, tr("Fit the colour range to the view")},
                            {}});
     add_panel_actions(menu);
+    survey_tools_.add_view_actions(actions_, menu);
     menu.addSeparator();
     actions_.add(menu, {"menu_full_screen", tr("F&ull screen"), "F11", Needs::nothing,
                         [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); }});
