@@ -242,8 +242,9 @@ void read_data_format(DefinitionLines& file, SurveyDefinitions& definitions, Ope
     if (!format.unknown_lines.empty()) {
         std::string lines;
         for (const std::string& unknown : format.unknown_lines) lines += "\n" + unknown;
-        op.show_warning(WarningAbout::data, "The data format in " + file.file_name() +
-                                                " holds lines that are not known here. They are kept:" + lines);
+        op.show_warnings({{WarningAbout::data, file.file_name(),
+                           "The data format in " + file.file_name() +
+                               " holds lines that are not known here. They are kept:" + lines}});
     }
     definitions.data_format = std::move(format);
     show_first_time_column(definitions);

@@ -93,18 +93,17 @@ std::size_t mark_of(const std::string& bytes)
 
 // What is to be replaced though this list does not hold it: a file that could not be read, or one that another program
 // has changed, such as a second monitor on the same survey.
-void keep_what_others_wrote(const PickList& picks, Operator& op)
+Warnings keep_what_others_wrote(const PickList& picks)
 {
     const std::string& path = picks.pick_file_name;
-    if (!is_there(path)) return;
+    if (!is_there(path)) return {};
     const bool is_unreadable = path == picks.unreadable_file;
     const bool is_changed = path == picks.known_file.path && known_file(path).mark != picks.known_file.mark;
-    if (!is_unreadable && !is_changed) return;
+    if (!is_unreadable && !is_changed) return {};
     const std::string copy = keep_copy_aside(path, is_unreadable ? "unreadable" : "changed");
-    op.show_warning(WarningAbout::picks,
-                    "The pick file " + path +
-                        (is_unreadable ? " could not be read" : " was changed by another program") +
-                        "; what it held is kept in " + copy);
+    return {{WarningAbout::picks, path,
+             "The pick file " + path + (is_unreadable ? " could not be read" : " was changed by another program") +
+                 "; what it held is kept in " + copy}};
 }
 
 } // namespace
@@ -155,7 +154,7 @@ int write_pick_file(PickList& picks, Operator& op)
     if (picks.pick_file_name.empty() || picks.number_of_picks == 0) return -1;
     try {
         const std::string text = pick_file_text(picks);
-        keep_what_others_wrote(picks, op);
+        op.show_warnings(keep_what_others_wrote(picks));
         picks.unreadable_file.clear();
         replace_file(picks.pick_file_name, text);
         picks.known_file = {picks.pick_file_name, mark_of(text)};

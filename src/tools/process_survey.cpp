@@ -5,7 +5,7 @@
 #include "picks/pick_file.h"
 #include "picks/pick_placing.h"
 #include "processing/sample_export.h"
-#include "session/monitor.h"
+#include "session/session.h"
 #include "text/replace_file.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
@@ -134,14 +134,14 @@ int process_survey(const ProcessOptions& options)
     const bool show_progress = !options.quiet && isatty(STDERR_FILENO) != 0;
     ConsoleRunDisplay display(show_progress ? ConsoleRunDisplay::Progress::shown : ConsoleRunDisplay::Progress::hidden);
     ConsolePickDisplay pick_display;
-    Monitor monitor(op, display, pick_display);
-    SurveyState& survey = monitor.survey;
+    Session session(op, display, pick_display);
+    SurveyState& survey = session.survey;
     survey.data_file_name = options.data_file;
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
     static_cast<Settings&>(survey) = options.settings;
 
-    const int ended = monitor.driver.Command_start_logging(StartButton::load_or_pause);
+    const int ended = session.driver.Command_start_logging(StartButton::load_or_pause);
     if (ended != kEndOfData && survey.processing.store.RecordCount == 0) return kFailed;
     bool done = ended == kEndOfData;
     if (!options.samples_file.empty()) {

@@ -11,8 +11,8 @@ namespace {
 
 constexpr const char* kData = "A title\ntime,east,north,depth,mag1,mag2\n1,2,3,4,5,6\n";
 
-struct Session {
-    explicit Session(const TestFolder& folder) { survey.data_file_name = folder.write("bay.csv", kData); }
+struct EditedSurvey {
+    explicit EditedSurvey(const TestFolder& folder) { survey.data_file_name = folder.write("bay.csv", kData); }
 
     DefinitionsAcceptance accept()
     {
@@ -27,7 +27,7 @@ struct Session {
 TEST(DefinitionsEditor, GuessesForADataFileWithoutDefinitionsUntilAccepted)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     EXPECT_EQ(session.editor.origin, DefinitionsEditor::Origin::guess);
     EXPECT_EQ(session.editor.header_line_number, 2);
@@ -47,7 +47,7 @@ TEST(DefinitionsEditor, GuessesForADataFileWithoutDefinitionsUntilAccepted)
 TEST(DefinitionsEditor, EditsTheFileThatARunWouldRead)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     SurveyDefinitions stored;
     stored.fields[kTime].name = "clock";
     ASSERT_EQ(write_definitions(folder.path("bay.def"), stored, 2, session.op), 0);
@@ -69,7 +69,7 @@ TEST(DefinitionsEditor, EditsTheFileThatARunWouldRead)
 TEST(DefinitionsEditor, ASensorWithoutColumnIsRefusedAndNamed)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     session.editor.working.sensors[2].component_columns[1] = "N/A";
     const SurveyDefinitions before = session.survey.survey_definitions;
@@ -84,7 +84,7 @@ TEST(DefinitionsEditor, ASensorWithoutColumnIsRefusedAndNamed)
 TEST(DefinitionsEditor, AFileThatCannotBeWrittenRefuses)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     session.survey.definitions_file_name = folder.path("none/bay.def");
     EXPECT_EQ(session.accept().status, -1);
@@ -94,7 +94,7 @@ TEST(DefinitionsEditor, AFileThatCannotBeWrittenRefuses)
 TEST(DefinitionsEditor, WithoutChangesLoadedDataStayValid)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     session.accept();
     session.survey.survey_definitions.fields[kTime].field_index = 1; // as a run leaves it
@@ -108,7 +108,7 @@ TEST(DefinitionsEditor, WithoutChangesLoadedDataStayValid)
 TEST(DefinitionsEditor, GuessingAgainKeepsScalesAndSign)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     session.editor.working.coordinate_scale = 0.3048;
     session.editor.working.flip_depth_sign = 1;

@@ -60,8 +60,8 @@ TEST(ColumnReport, NamesWhatTheFileHasAndWhatItLacks)
     const auto report = defined_columns(definitions, header_columns_of("UTC, Bx, by"));
     EXPECT_EQ(found_columns_text(report), "utc (Time), bx (sensor 1 Tx), BY  (sensor 1 Ty)");
     EXPECT_EQ(missing_columns_text(report), "Z (Depth), bz (sensor 1 Tz)");
-    EXPECT_EQ(column_warnings_text({"no time", "no depth"}), "no time; no depth");
-    EXPECT_EQ(column_warnings_text(std::vector<std::string>(13, "x")), "x; x; x; x; x; x; x; x; x; x; x; x; and more");
+    EXPECT_EQ(column_warnings_text({{{}, "", "no time"}, {{}, "", "no depth"}}), "no time; no depth");
+    EXPECT_EQ(column_warnings_text(Warnings(13, {{}, "", "x"})), "x; x; x; x; x; x; x; x; x; x; x; x; and more");
 }
 
 TEST(RunRate, TellsLinesPerSecondAndTheTimeLeft)
