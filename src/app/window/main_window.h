@@ -2,6 +2,7 @@
 
 #include "app/common/qt_operator.h"
 #include "app/panels/survey_view.h"
+#include "app/window/layer_show.h"
 #include "app/window/pick_view.h"
 #include "app/window/run_view.h"
 #include "app/window/window_actions.h"
@@ -35,6 +36,7 @@ public:
     Operator& op() { return op_; }
     SettingsStore& settings() { return settings_; }
     WindowActions& actions() { return actions_; }
+    LayerShow& layers() { return layers_; }
     const WindowPanels& panels() const { return panels_; }
 
     void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt)
@@ -61,6 +63,7 @@ private:
     void show_missing_columns(const std::string& columns) override;
     void clear_hints() override;
     void note_opened_file(const std::string& file_name) override;
+    void show_layers() override;
     void edit_definitions() override;
     void cut_wait_short() override;
     void end_listening() override;
@@ -95,6 +98,7 @@ private:
     Session session_;
     SurveyView view_;
     WindowActions actions_;
+    LayerShow layers_;
 
     QSplitter* columns_ = nullptr;
     QSplitter* side_ = nullptr;
