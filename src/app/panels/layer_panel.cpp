@@ -9,7 +9,7 @@
 #include <QColorDialog>
 #include <QComboBox>
 #include <QFormLayout>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QShortcut>
@@ -94,22 +94,27 @@ QWidget* LayerPanel::make_buttons()
     add->setToolTip(tr("Opens a raster, a grid, a drawing or a chart under the track"));
     connect(add, &QToolButton::clicked, this, &LayerPanel::add_wanted);
 
+    QWidget* const remove = make_button("Command_remove_layer", tr("Remove"),
+                                        tr("Take the layer off the list; its file stays"), &LayerPanel::remove);
+    QWidget* const raise =
+        make_button("Command_raise_layer", QStringLiteral("\u2191"), tr("Raise the layer"), &LayerPanel::raise_layer);
+    QWidget* const lower =
+        make_button("Command_lower_layer", QStringLiteral("\u2193"), tr("Lower the layer"), &LayerPanel::lower_layer);
+    QWidget* const zoom = make_button("Command_zoom_to_layer", tr("Zoom to"), tr("Show the layer in the track picture"),
+                                      &LayerPanel::zoom_to);
+    QWidget* const read =
+        make_button("Command_read_layer", tr("Reread"), tr("Read the layer's file anew"), &LayerPanel::read_again);
     auto* const buttons = new QWidget;
-    auto* const row = new QHBoxLayout(buttons);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(2);
-    row->addWidget(add);
-    row->addWidget(
-        make_button("Command_raise_layer", QStringLiteral("\u2191"), tr("Raise the layer"), &LayerPanel::raise_layer));
-    row->addWidget(
-        make_button("Command_lower_layer", QStringLiteral("\u2193"), tr("Lower the layer"), &LayerPanel::lower_layer));
-    row->addWidget(make_button("Command_zoom_to_layer", tr("Zoom to"), tr("Show the layer in the track picture"),
-                               &LayerPanel::zoom_to));
-    row->addWidget(
-        make_button("Command_read_layer", tr("Reread"), tr("Read the layer's file anew"), &LayerPanel::read_again));
-    row->addWidget(make_button("Command_remove_layer", tr("Remove"), tr("Take the layer off the list; its file stays"),
-                               &LayerPanel::remove));
-    row->addStretch(1);
+    auto* const rows = new QGridLayout(buttons);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(2);
+    rows->addWidget(add, 0, 0);
+    rows->addWidget(remove, 0, 1);
+    rows->addWidget(raise, 0, 2);
+    rows->addWidget(zoom, 1, 0);
+    rows->addWidget(read, 1, 1);
+    rows->addWidget(lower, 1, 2);
+    rows->setColumnStretch(3, 1);
     return buttons;
 }
 
@@ -170,6 +175,11 @@ std::optional<std::size_t> LayerPanel::chosen() const
     const int row = list_->indexOfTopLevelItem(item);
     if (row < 0 || row >= static_cast<int>(layers_.entries().size())) return std::nullopt;
     return layers_.entries().size() - 1 - static_cast<std::size_t>(row);
+}
+
+void LayerPanel::choose_uppermost()
+{
+    list_->setCurrentItem(list_->topLevelItem(0));
 }
 
 void LayerPanel::fill_list()

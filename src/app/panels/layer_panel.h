@@ -28,7 +28,9 @@ public:
     explicit LayerPanel(LayerView& layers, QWidget* parent = nullptr);
     ~LayerPanel() override; // the list may speak while it is taken apart
 
-    QSize sizeHint() const override { return {260, 340}; }
+    void choose_uppermost(); // such as one that was just added
+
+    QSize sizeHint() const override { return {220, 340}; }
 
 signals:
     void add_wanted();

@@ -96,7 +96,9 @@ void LayerShow::choose_file()
 void LayerShow::open_files(const QStringList& files)
 {
     for (const QString& file : files) layers_.add(to_utf8(file));
-    if (!files.isEmpty()) show_list();
+    if (files.isEmpty()) return;
+    show_list();
+    panel_->choose_uppermost();
 }
 
 void LayerShow::show_list()
