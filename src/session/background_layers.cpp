@@ -308,10 +308,8 @@ void BackgroundLayers::show(const std::optional<MapView>& view, int letter_scale
         view_.reset();
         return;
     }
-    if (view_ && letter_scale == letter_scale_ && drawing_ == nullptr && !is_drawing_due_ &&
-        holds_view(backdrop_, *view)) {
-        return;
-    }
+    // What it asked for is at hand, or on its way.
+    if (view_ && letter_scale == letter_scale_ && holds_view(*view_, *view)) return;
     view_ = with_room(*view);
     letter_scale_ = letter_scale;
     is_drawing_due_ = true;

@@ -12,7 +12,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QShortcut>
 #include <QSlider>
 #include <QSpinBox>
 #include <QToolButton>
@@ -54,9 +53,6 @@ LayerPanel::LayerPanel(LayerView& layers, QWidget* parent) : QWidget(parent), la
     layout->addWidget(note_);
     layout->addWidget(make_form());
 
-    stop_key_ = new QShortcut(Qt::Key_Escape, this);
-    stop_key_->setContext(Qt::WindowShortcut);
-    connect(stop_key_, &QShortcut::activated, &layers_, &LayerView::stop_reading);
     connect(list_, &LayerTree::row_dragged, this, [this](int from, int to) {
         const int last = list_->topLevelItemCount() - 1;
         layers_.move(static_cast<std::size_t>(last - from), static_cast<std::size_t>(last - to));
@@ -194,7 +190,6 @@ void LayerPanel::fill_list()
         }
         if (list_->currentItem() == nullptr && rows > 0) list_->setCurrentItem(list_->topLevelItem(0));
     }
-    stop_key_->setEnabled(layers_.is_reading());
     fill_form();
 }
 

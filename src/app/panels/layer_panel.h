@@ -10,7 +10,6 @@ class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
-class QShortcut;
 class QSlider;
 class QSpinBox;
 class QToolButton;
@@ -67,7 +66,6 @@ private:
     QCheckBox* planned_ = nullptr;
     QLabel* note_ = nullptr;
     std::vector<QToolButton*> layer_buttons_; // for a chosen one
-    QShortcut* stop_key_ = nullptr;
     bool is_filling_ = false;
 };
 

@@ -11,6 +11,7 @@
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QMenu>
+#include <QShortcut>
 
 #include <algorithm>
 
@@ -33,11 +34,21 @@ void LayerShow::make(QMenu& menu, HintBar& hints)
     window_.addDockWidget(Qt::LeftDockWidgetArea, dock_);
     dock_->hide(); // until there is a first one, or it is asked for
 
+    stop_key_ = new QShortcut(Qt::Key_Escape, &window_);
+    connect(stop_key_, &QShortcut::activated, &layers_, &LayerView::stop_reading);
+    connect(&layers_, &LayerView::list_changed, this, &LayerShow::show_state);
+    show_state();
+
     QMenu& layers = *menu.addMenu(tr("&Layers"));
     layers.setObjectName(QStringLiteral("menu_layers"));
     layers.setToolTipsVisible(true);
     connect(&layers, &QMenu::aboutToShow, this, [this, &layers] { fill_menu(layers); });
     fill_menu(layers);
+}
+
+void LayerShow::show_state()
+{
+    if (stop_key_ != nullptr) stop_key_->setEnabled(layers_.is_reading() && session_.is_idle());
 }
 
 void LayerShow::fill_menu(QMenu& menu)

@@ -6,6 +6,7 @@
 class QDockWidget;
 class QMainWindow;
 class QMenu;
+class QShortcut;
 
 namespace tarvo {
 
@@ -25,7 +26,7 @@ public:
     LayerView& layers() { return layers_; }
     QDockWidget& dock() { return *dock_; }
     void open_files(const QStringList& files); // which may be dropped
-    void keep_list() { layers_.keep_list(); }
+    void show_state();                         // the key that stops a reading is the run's while there is one
 
 private:
     void fill_menu(QMenu& menu);
@@ -41,6 +42,7 @@ private:
     HintBar* hints_ = nullptr;
     LayerPanel* panel_ = nullptr;
     QDockWidget* dock_ = nullptr;
+    QShortcut* stop_key_ = nullptr;
 };
 
 } // namespace tarvo
