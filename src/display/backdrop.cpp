@@ -7,7 +7,7 @@ namespace tarvo {
 
 namespace {
 
-// From the pixels of a view to those of the backdrop: column * scale + right, row * scale + down.
+// From the pixels of a view to those of a larger one: column * scale + right, row * scale + down.
 struct BackdropShift {
     double scale = 1;
     double right = 0;
@@ -16,13 +16,13 @@ struct BackdropShift {
     bool is_plain() const { return scale == 1; }
 };
 
-BackdropShift shift_to_backdrop(const PixelTransform& transform, const Backdrop& backdrop)
+BackdropShift shift_between(const PixelTransform& transform, const PixelTransform& larger)
 {
     constexpr double kSameScale = 1e-9; // less than a pixel over the longest picture
-    const double pixels = pixels_per_metre(backdrop.transform);
+    const double pixels = pixels_per_metre(larger);
     const double scale = pixels / pixels_per_metre(transform);
-    return {std::abs(scale - 1) < kSameScale ? 1.0 : scale, (transform.x_min - backdrop.transform.x_min) * pixels,
-            (backdrop.transform.y_max - transform.y_max) * pixels};
+    return {std::abs(scale - 1) < kSameScale ? 1.0 : scale, (transform.x_min - larger.x_min) * pixels,
+            (larger.y_max - transform.y_max) * pixels};
 }
 
 void copy_scaled(Picture& target, const PixelRectangle& part, const BackdropShift& shift, const Picture& source)
@@ -56,20 +56,20 @@ MapView with_room(const MapView& view)
     return larger;
 }
 
-bool covers_view(const Backdrop& backdrop, const MapView& view)
+bool covers_view(const MapView& larger, const MapView& view)
 {
-    const BackdropShift shift = shift_to_backdrop(view.transform, backdrop);
+    const BackdropShift shift = shift_between(view.transform, larger.transform);
     const int right = rounded_pixel(shift.right);
     const int down = rounded_pixel(shift.down);
-    return shift.is_plain() && right >= 0 && down >= 0 && right + view.width <= backdrop.picture.width() &&
-           down + view.height <= backdrop.picture.height();
+    return shift.is_plain() && right >= 0 && down >= 0 && right + view.width <= larger.width &&
+           down + view.height <= larger.height;
 }
 
-bool holds_view(const Backdrop& backdrop, const MapView& view)
+bool holds_view(const MapView& larger, const MapView& view)
 {
     constexpr double kWholePixel = 0.01; // of a pixel that it may be off
-    const BackdropShift shift = shift_to_backdrop(view.transform, backdrop);
-    return covers_view(backdrop, view) && std::abs(shift.right - rounded_pixel(shift.right)) < kWholePixel &&
+    const BackdropShift shift = shift_between(view.transform, larger.transform);
+    return covers_view(larger, view) && std::abs(shift.right - rounded_pixel(shift.right)) < kWholePixel &&
            std::abs(shift.down - rounded_pixel(shift.down)) < kWholePixel;
 }
 
@@ -77,7 +77,7 @@ void lay_backdrop(Picture& target, const PixelRectangle& part, const PixelTransf
                   const Backdrop& backdrop)
 {
     if (backdrop.is_empty()) return;
-    const BackdropShift shift = shift_to_backdrop(transform, backdrop);
+    const BackdropShift shift = shift_between(transform, backdrop.transform);
     if (!shift.is_plain()) {
         copy_scaled(target, part, shift, backdrop.picture);
         return;

@@ -12,16 +12,17 @@ struct Backdrop {
     PixelTransform transform;
 
     bool is_empty() const { return picture.is_empty(); }
+    MapView view() const { return {transform, picture.width(), picture.height()}; }
 };
 
 // The view with room on every side, whole pixels of it, so that it can be panned for a while.
 MapView with_room(const MapView& view);
 
-// The view is a part of the backdrop, pixel by pixel.
-bool holds_view(const Backdrop& backdrop, const MapView& view);
+// The view is a part of a larger one, pixel by pixel.
+bool holds_view(const MapView& larger, const MapView& view);
 
-// The view's pixels all are in the backdrop, if need be not quite in their places.
-bool covers_view(const Backdrop& backdrop, const MapView& view);
+// The view's pixels all are in a larger one, if need be not quite in their places.
+bool covers_view(const MapView& larger, const MapView& view);
 
 // Lays the backdrop on a part of a target that shows what the transform says: a block copy where both have one scale,
 // to the nearest pixel, else each pixel from where its middle lies. Where the backdrop ends, the target stays.

@@ -118,7 +118,7 @@ void BackgroundLayers::open_list(const std::string& list_file)
     kept_ = {};
     list_file_ = list_file;
     list_is_unreadable_ = false;
-    backdrop_ = {};
+    drop_backdrop();
     if (list_file.empty() || !is_there(list_file)) return;
     try {
         kept_ = read_layer_list(list_file);
@@ -175,11 +175,21 @@ void BackgroundLayers::give_up(std::size_t layer)
     work.job.reset();
 }
 
+// With no layer left there is nothing to draw either.
+void BackgroundLayers::drop_backdrop()
+{
+    if (drawing_ != nullptr) drawing_->stop = true;
+    drawing_.reset();
+    is_drawing_due_ = false;
+    backdrop_ = {};
+}
+
 void BackgroundLayers::remove(std::size_t layer)
 {
     give_up(layer);
     entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(layer));
     layers_.erase(layers_.begin() + static_cast<std::ptrdiff_t>(layer));
+    if (layers_.empty()) return drop_backdrop();
     is_drawing_due_ = true;
     start_what_is_due();
 }
@@ -298,10 +308,8 @@ void BackgroundLayers::show(const std::optional<MapView>& view, int letter_scale
         view_.reset();
         return;
     }
-    if (view_ && letter_scale == letter_scale_ && drawing_ == nullptr && !is_drawing_due_ &&
-        holds_view(backdrop_, *view)) {
-        return;
-    }
+    // What it asked for is at hand, or on its way.
+    if (view_ && letter_scale == letter_scale_ && holds_view(*view_, *view)) return;
     view_ = with_room(*view);
     letter_scale_ = letter_scale;
     is_drawing_due_ = true;

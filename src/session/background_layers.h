@@ -90,6 +90,7 @@ private:
     void start_drawing();
     void start_what_is_due();
     void give_up(std::size_t layer);
+    void drop_backdrop();
     void take(Result& result, Changes& changes);
     void add_entry(const LayerRecord& record, bool is_new);
     void run(const std::shared_ptr<Job>& job, std::function<Result(Job& job)> work);

@@ -2,6 +2,7 @@
 
 #include "intake/column_report.h"
 #include "intake/open_survey.h"
+#include "ports/guarded_operation.h"
 #include "session/definitions_editor.h"
 
 #include <utility>
@@ -14,8 +15,8 @@ Session::Session(Operator& op, RunDisplay& run_display, PickDisplay& pick_displa
 }
 
 Session::Session(Operator& op, RunDisplay& run_display, PickDisplay& pick_display, SessionDisplay& display)
-    : pick_work(survey.picks, survey.current_pick, survey.pick_settings, op, pick_display), driver(survey, pick_work, op, run_display),
-      op_(op), run_display_(run_display), display_(display)
+    : pick_work(survey.picks, survey.current_pick, survey.pick_settings, op, pick_display),
+      driver(survey, pick_work, op, run_display), op_(op), run_display_(run_display), display_(display)
 {
 }
 
@@ -31,13 +32,29 @@ void Session::open_file(const std::string& file_name, const std::optional<std::s
 void Session::read_file(const std::string& file_name, const std::optional<std::string>& header_line)
 {
     if (!pick_work.may_leave_list()) return;
+    keep_layers();
     display_.clear_hints();
     const SurveyOpening opening = open_survey(survey, pick_work, file_name, header_line, op_);
     if (survey.data_file_name == file_name) display_.note_opened_file(file_name);
+    read_layers();
     run_display_.clear_monitor_form();
     run_display_.show_counters({});
     if (opening == SurveyOpening::opened) show_missing_columns();
     if (opening == SurveyOpening::without_definitions) display_.edit_definitions();
+}
+
+void Session::read_layers()
+{
+    layers.set_survey_grid(survey_grid_text(survey));
+    run_guarded(op_, "An error occurred while reading the list of layers: ", [this] {
+        layers.open_list(layer_list_name_for(survey.data_file_name));
+    });
+    display_.show_layers();
+}
+
+void Session::keep_layers()
+{
+    run_guarded(op_, "An error occurred while saving the list of layers: ", [this] { layers.keep_list(); });
 }
 
 void Session::show_missing_columns()
@@ -80,6 +97,7 @@ void Session::load()
 void Session::take_edited_definitions()
 {
     if (survey.data_file_name.empty()) display_.show_survey();
+    layers.set_survey_grid(survey_grid_text(survey));
     read_header();
     if (ask_to_load(survey, op_)) load();
 }
@@ -110,6 +128,7 @@ Closing Session::close()
         return Closing::later;
     }
     if (!pick_work.may_leave_list()) return Closing::refused;
+    keep_layers();
     if (driver.is_pipe_open()) display_.end_listening();
     if (is_idle()) return Closing::now;
     when_idle(close_later);

@@ -4,6 +4,7 @@
 #include "picks/pick_workflow.h"
 #include "ports/operator.h"
 #include "ports/run_display.h"
+#include "session/background_layers.h"
 #include "session/processing_dialog.h"
 #include "session/session_display.h"
 #include "survey/survey_state.h"
@@ -35,6 +36,7 @@ public:
     SurveyState survey;
     PickWorkflow pick_work;
     LoggingDriver driver;
+    BackgroundLayers layers;
 
     // Chooses a data file: what is beside it is read at once, a run that goes on is stopped cleanly first.
     // header_line: instead of the number that the definitions give; none: theirs.
@@ -73,6 +75,8 @@ private:
     void read_header();
     void show_missing_columns();
     void load();
+    void read_layers();
+    void keep_layers();
 
     Operator& op_;
     RunDisplay& run_display_;

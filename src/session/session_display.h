@@ -13,6 +13,7 @@ public:
     virtual void show_missing_columns(const std::string&) {} // those that the definitions name; empty: none is missing
     virtual void clear_hints() {}
     virtual void note_opened_file(const std::string&) {}
+    virtual void show_layers() {} // another list of background layers
     virtual void edit_definitions() {} // of a file that has none
     virtual void keep_settings() {}
     virtual void cut_wait_short() {} // of a replay's delay

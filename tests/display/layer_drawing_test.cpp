@@ -159,20 +159,20 @@ TEST(Backdrop, GivesAPannedViewThePixelsOfAFreshOne)
         MapView panned = view;
         panned.transform.x_min += right / 1.6;
         panned.transform.y_max -= down / 1.6;
-        EXPECT_TRUE(holds_view(backdrop, panned)) << right << ' ' << down;
+        EXPECT_TRUE(holds_view(roomy, panned)) << right << ' ' << down;
         Picture picture(60, 40);
         lay_backdrop(picture, panned.transform, backdrop);
         EXPECT_EQ(picture, draw(panned)) << right << ' ' << down;
     }
     MapView other = view;
     other.transform.x_min += 16 / 1.6;
-    EXPECT_FALSE(covers_view(backdrop, other));
+    EXPECT_FALSE(covers_view(roomy, other));
     other.transform.x_min = view.transform.x_min + 0.5 / 1.6;
-    EXPECT_TRUE(covers_view(backdrop, other));
-    EXPECT_FALSE(holds_view(backdrop, other));
+    EXPECT_TRUE(covers_view(roomy, other));
+    EXPECT_FALSE(holds_view(roomy, other));
     other = view;
     other.transform.zoom = 4;
-    EXPECT_FALSE(covers_view(backdrop, other));
+    EXPECT_FALSE(covers_view(roomy, other));
     Picture doubled(60, 40);
     lay_backdrop(doubled, other.transform, backdrop);
     const Picture fresh = draw(view);

@@ -138,7 +138,7 @@ TEST_F(BackgroundLayersTest, AViewIsReadAndDrawnOnceAndThenReused)
     layers_.show(panned, 1);
     wait_until_idle();
     EXPECT_EQ(layers_.backdrop().picture.row(0)[0], 2U);
-    EXPECT_TRUE(holds_view(layers_.backdrop(), panned));
+    EXPECT_TRUE(holds_view(layers_.backdrop().view(), panned));
     LayerRecord hidden = layers_.entries()[0].record;
     hidden.visible = false;
     layers_.change(0, hidden);

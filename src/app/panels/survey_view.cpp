@@ -61,6 +61,25 @@ void SurveyView::show_records(std::int32_t first, std::int32_t last)
     emit track_changed();
 }
 
+void SurveyView::show_place(const GridPlace& place, double zoom)
+{
+    tarvo::show_place(survey_.track_image, scene(), place, zoom, op_);
+}
+
+void SurveyView::show_new_backdrop()
+{
+    survey_.track_image.full_view.buffer_valid = false;
+    survey_.track_image.zoomed_view.buffer_valid = false;
+    update_image_display(survey_.track_image, scene(), Redraw::requested, op_);
+}
+
+void SurveyView::show_planned_line(const QString& text)
+{
+    if (text == planned_line_text_) return;
+    planned_line_text_ = text;
+    emit planned_line_changed();
+}
+
 void SurveyView::pan_to(int position)
 {
     survey_.pan_range.position = position;

@@ -31,6 +31,15 @@ public:
     void follow();
     void show_records(std::int32_t first, std::int32_t last); // filling the picture
 
+    // A place of the survey grid, enlarged, wherever the track is.
+    void show_place(const GridPlace& place, double zoom);
+
+    // The background layers as they are drawn now, and how far off a planned line the newest sample is (empty: there
+    // are no planned lines).
+    void show_new_backdrop();
+    void show_planned_line(const QString& text);
+    const QString& planned_line_text() const { return planned_line_text_; }
+
     // The current point. Positions are those of HScroll_pan.
     void pan_to(int position);
     void make_current(std::int32_t record, Recentre recentre);
@@ -70,6 +79,7 @@ signals:
     void track_changed();          // the picture, its view or what lies over it
     void current_record_changed(); // and with it the middle of bars and graphs
     void values_changed();         // stored samples, ranges or sensors
+    void planned_line_changed();   // its text
     void ranges_changed();         // display settings, to be kept
 
 private:
@@ -80,6 +90,7 @@ private:
     SurveyState& survey_;
     Operator& op_;
     bool running_ = false;
+    QString planned_line_text_;
 };
 
 } // namespace tarvo

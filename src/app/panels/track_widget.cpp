@@ -1,6 +1,7 @@
 #include "app/panels/track_widget.h"
 
 #include "app/common/texts.h"
+#include "app/panels/pick_lines.h"
 #include "app/panels/track_lettering.h"
 #include "survey/survey_readings.h"
 
@@ -18,7 +19,8 @@ namespace tarvo {
 namespace {
 
 constexpr int kPointingReach = 20; // device pixels around the pointer
-constexpr int kPickReach = 7;      // a ring and a little
+constexpr int kNoteMargin = 10;
+constexpr int kPickReach = 7; // a ring and a little
 
 // The core's pixels where they are.
 QImage image_over(const Picture& picture)
@@ -41,6 +43,7 @@ TrackWidget::TrackWidget(SurveyView& view, QWidget* parent) : QWidget(parent), v
     setToolTipDuration(4000);
     setAccessibleName(tr("Track"));
     connect(&view_, &SurveyView::track_changed, this, qOverload<>(&QWidget::update));
+    connect(&view_, &SurveyView::planned_line_changed, this, qOverload<>(&QWidget::update));
 }
 
 QPoint TrackWidget::device_pixel(const QPointF& position) const
@@ -69,6 +72,8 @@ void TrackWidget::paintEvent(QPaintEvent*)
     picture.setDevicePixelRatio(devicePixelRatioF());
     painter.drawImage(0, 0, picture);
     draw_track_lettering(painter, rect(), devicePixelRatioF(), view_.survey());
+    draw_outlined(painter, rect().adjusted(0, 0, 0, -kNoteMargin), Qt::AlignHCenter | Qt::AlignBottom,
+                  view_.planned_line_text(), Qt::white);
     if (!shows_focus_ || !hasFocus()) return;
     painter.setPen(palette().color(QPalette::Highlight));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));

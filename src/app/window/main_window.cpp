@@ -11,6 +11,7 @@
 #include "app/panels/track_widget.h"
 #include "intake/column_report.h"
 #include "session/settings_table.h"
+#include "survey/layer_files.h"
 #include "survey/survey_readings.h"
 
 #include <QCloseEvent>
@@ -20,12 +21,18 @@
 #include <QSignalBlocker>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace tarvo {
 
 MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     : settings_(settings), boxes_(this), op_(op != nullptr ? *op : boxes_), run_view_(session_, view_, panels_),
       pick_view_(session_, view_, op_, panels_, *this), session_(op_, run_view_, pick_view_, *this),
+<<<<<<< HEAD
       view_(session_.survey, op_), actions_(*this), survey_tools_(*this, session_, view_, op_)
+=======
+      view_(session_.survey, op_), actions_(*this), layers_(session_, view_, op_, *this)
+>>>>>>> lay
 {
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
@@ -41,6 +48,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
 
     make_panels();
     make_menus();
+    layers_.make(actions_.menu("menu_survey"), *panels_.hints);
     connect_panels();
     read_layout();
 
@@ -87,6 +95,11 @@ void MainWindow::show_missing_columns(const std::string& columns)
 void MainWindow::clear_hints()
 {
     panels_.hints->clear_hints();
+}
+
+void MainWindow::show_layers()
+{
+    layers_.layers().show_list_anew();
 }
 
 void MainWindow::edit_definitions()
@@ -154,6 +167,7 @@ void MainWindow::show_run_controls(const RunControls& controls)
     actions_.show_state({controls.file_controls_enabled, survey().processing.store.RecordCount > 0,
                          session_.driver.state().file_run_active()});
     pick_view_.show_run_controls(controls);
+    layers_.show_state();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
@@ -181,16 +195,24 @@ void MainWindow::leave(Operator& told)
 void MainWindow::dragEnterEvent(QDragEnterEvent* event)
 {
     const QList<QUrl> urls = event->mimeData()->urls();
-    if (urls.size() == 1 && urls.constFirst().isLocalFile()) event->acceptProposedAction();
+    const bool are_files = std::all_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+    if (!urls.isEmpty() && are_files) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event)
 {
-    const QList<QUrl> urls = event->mimeData()->urls();
-    if (urls.isEmpty()) return;
     event->acceptProposedAction();
-    // The program that the file was dragged from waits for this handler: what the file gives rise to comes after it.
-    QTimer::singleShot(0, this, [this, file = urls.constFirst().toLocalFile()] { open_file(to_utf8(file)); });
+    QStringList layers;
+    QStringList surveys;
+    for (const QUrl& url : event->mimeData()->urls()) {
+        const QString file = url.toLocalFile();
+        (is_layer_file(to_utf8(file)) ? layers : surveys).append(file);
+    }
+    // The program that the files were dragged from waits for this handler: what they give rise to comes after it.
+    QTimer::singleShot(0, this, [this, layers, surveys] {
+        if (!surveys.isEmpty()) open_file(to_utf8(surveys.constFirst()));
+        layers_.open_files(layers);
+    });
 }
 
 } // namespace tarvo

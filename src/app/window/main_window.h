@@ -2,6 +2,7 @@
 
 #include "app/common/qt_operator.h"
 #include "app/panels/survey_view.h"
+#include "app/window/layer_show.h"
 #include "app/window/pick_view.h"
 #include "app/window/run_view.h"
 #include "app/window/survey_tools.h"
@@ -36,6 +37,7 @@ public:
     Operator& op() { return op_; }
     SettingsStore& settings() { return settings_; }
     WindowActions& actions() { return actions_; }
+    LayerShow& layers() { return layers_; }
     const WindowPanels& panels() const { return panels_; }
 
     void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt)
@@ -62,6 +64,7 @@ private:
     void show_missing_columns(const std::string& columns) override;
     void clear_hints() override;
     void note_opened_file(const std::string& file_name) override;
+    void show_layers() override;
     void edit_definitions() override;
     void cut_wait_short() override;
     void end_listening() override;
@@ -96,7 +99,11 @@ private:
     Session session_;
     SurveyView view_;
     WindowActions actions_;
+<<<<<<< HEAD
     SurveyTools survey_tools_;
+=======
+    LayerShow layers_;
+>>>>>>> lay
 
     QSplitter* columns_ = nullptr;
     QSplitter* side_ = nullptr;
