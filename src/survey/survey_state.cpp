@@ -25,8 +25,8 @@ TrackScene track_scene(const SurveyState& survey)
 
 std::string survey_grid_text(const SurveyState& survey)
 {
-    static_cast<void>(survey);
-    return {};
+    const std::optional<DataFormat>& format = survey.survey_definitions.data_format;
+    return format ? format->survey_grid : std::string();
 }
 
 bool has_pick_list(const SurveyState& survey)

@@ -161,10 +161,11 @@ void MainWindow::make_file_menu()
     live_->add_actions(menu);
     menu.addSeparator();
     QMenu& exports = *menu.addMenu(tr("&Export"));
-    store_actions_.push_back(add_action(exports, "menu_export_samples", tr("&Samples as CSV..."), {},
-                                        [this] { export_samples_file(survey(), op_, this); }));
-    store_actions_.push_back(add_action(exports, "menu_export_lines", tr("Survey &lines as CSV..."), {},
-                                        [this] { export_lines_file(survey(), op_); }));
+    for (const ExportFormat& format : export_formats()) {
+        const std::string name = std::string("menu_export_") + format.key;
+        store_actions_.push_back(add_action(exports, name.c_str(), tr(format.caption), {},
+                                            [this, &format] { export_file(format, survey(), op_, this); }));
+    }
     store_actions_.push_back(add_action(exports, "menu_export_track", tr("&Track image as PNG..."), {},
                                         [this] { export_track_file(survey(), op_); }));
     menu.addSeparator();

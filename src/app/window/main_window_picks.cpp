@@ -1,6 +1,5 @@
 // The window as the display of the pick work, and the controls that drive it.
 
-#include "app/common/survey_export.h"
 #include "app/common/texts.h"
 #include "app/dialogs/new_pick_form.h"
 #include "app/dialogs/pick_list_form.h"
@@ -78,10 +77,6 @@ void MainWindow::make_pick_menu()
         widget->addActions({move_actions_.begin(), move_actions_.end()});
     }
     delete_pick_->setShortcutContext(Qt::WidgetShortcut);
-    menu.addSeparator();
-    add_action(menu, "menu_export_picks", tr("E&xport as CSV..."), {}, [this] { export_picks_csv(survey(), op_); });
-    add_action(menu, "menu_export_picks_map", tr("Export as &GeoJSON..."), {},
-               [this] { export_picks_geojson(survey(), op_); });
     menu.addSeparator();
     const auto add_switch = [&](const char* name, const QString& text, const QString& tip, bool PickSettings::*value) {
         QAction* const action = menu.addAction(text);
