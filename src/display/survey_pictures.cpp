@@ -1,7 +1,7 @@
 #include "display/survey_pictures.h"
 
-#include "display/backdrop.h"
 #include "display/colour_bars.h"
+#include "display/grid_picture.h"
 #include "display/track_view.h"
 #include "ports/guarded_operation.h"
 
@@ -70,7 +70,7 @@ std::optional<Picture> drawn_view(const std::optional<FramedView>& view, const T
     if (!view) return picture;
     run_guarded(op, kFaultText, [&] {
         picture.emplace(width, height);
-        if (scene.backdrop != nullptr) lay_backdrop(*picture, view->transform(), *scene.backdrop);
+        lay_ground(*picture, view->transform(), scene);
     });
     if (picture && display_full_data_track(*picture, view->view, view->frame, scene, op) < 0) picture.reset();
     return picture;

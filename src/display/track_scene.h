@@ -6,6 +6,7 @@
 #include "processing/track_speed.h"
 #include "processing/track_table.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -17,9 +18,13 @@ namespace tarvo {
 struct PickMarks {
     std::span<const std::int32_t> records; // of picks 1.., element 0 unused; below 1: the pick is not on the track
     std::int32_t current_pick = -1;        // -1: none
+    // Where they were marked: 1 easting, 2 northing, metres; empty: on their records.
+    std::span<const std::array<double, 4>> places = {};
+    double tolerance = 0; // metres: a pick farther from its record stands where it was marked
 };
 
-struct Backdrop; // of display/backdrop.h
+struct Backdrop;     // of display/backdrop.h
+struct ColouredGrid; // of display/grid_picture.h
 
 // What the display draws from. It owns nothing and holds as long as the sample store is not changed.
 struct TrackScene {
@@ -33,6 +38,7 @@ struct TrackScene {
     DisplaySettings settings;
     PickMarks picks;
     const Backdrop* backdrop = nullptr; // what lies under the track; null: nothing, it is drawn on black
+    const ColouredGrid* grid = nullptr; // lies over the backdrop; null: none
 };
 
 // The shown quantity's values of one sensor by record.

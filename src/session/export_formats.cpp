@@ -3,7 +3,10 @@
 #include "picks/map_export.h"
 #include "picks/pick_export.h"
 #include "ports/guarded_operation.h"
+#include "survey/ground_grid.h"
+#include "survey/line_table.h"
 #include "survey/survey_files.h"
+#include "survey/survey_residual.h"
 #include "text/file_names.h"
 #include "text/replace_file.h"
 
@@ -19,12 +22,25 @@ namespace {
 bool write_samples(const ExportRequest& request, const ExportSink& sink)
 {
     const SampleProcessing& run = request.survey.processing;
-    return export_samples(run.store, run.lines, sink, request.progress);
+    const ResidualField* const residual = is_residual_wanted(request.survey) ? &request.survey.residual : nullptr;
+    return export_samples(run.store, run.lines, sink, request.progress, residual);
 }
 
 bool write_lines(const ExportRequest& request, const ExportSink& sink)
 {
     export_lines(request.survey.processing.lines, sink);
+    return true;
+}
+
+bool write_line_table(const ExportRequest& request, const ExportSink& sink)
+{
+    sink(line_table_csv(line_summaries(request.survey.processing)));
+    return true;
+}
+
+bool write_grid(const ExportRequest& request, const ExportSink& sink)
+{
+    export_ground_grid(request.survey, sink);
     return true;
 }
 
@@ -63,6 +79,10 @@ constexpr ExportFormat kFormats[] = {
      write_samples},
     {"lines", ExportSubject::lines, "survey lines", "Survey &lines as CSV...", "_lines.csv", "CSV files", "csv",
      write_lines},
+    {"line_table", ExportSubject::lines, "table of survey lines", "&Table of survey lines as CSV...", "_line_table.csv",
+     "CSV files", "csv", write_line_table},
+    {"grid", ExportSubject::grid, "grid", "&Grid as ESRI ASCII grid...", "_grid.asc", "ESRI ASCII grids", "asc",
+     write_grid},
     {"picks", ExportSubject::picks, "picks", "&Picks as CSV...", "_picks.csv", "CSV files", "csv", write_picks_csv},
     {"picks_geojson", ExportSubject::picks, "picks", "Picks as &GeoJSON...", "_picks.geojson", "GeoJSON files",
      "geojson", write_picks_geojson},

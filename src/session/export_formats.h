@@ -10,7 +10,7 @@
 
 namespace tarvo {
 
-enum class ExportSubject { samples, lines, picks };
+enum class ExportSubject { samples, lines, grid, picks };
 
 struct ExportRequest {
     const SurveyState& survey;

@@ -90,7 +90,8 @@ std::string help_text(const Setting& setting)
     case SettingEffect::gradients: return std::string(setting.help) + ". A change recalculates the gradients.";
     case SettingEffect::reload: return std::string(setting.help) + ". A change reloads the data file.";
     case SettingEffect::none:
-    case SettingEffect::redraw: break;
+    case SettingEffect::redraw:
+    case SettingEffect::residual: break;
     }
     return setting.help;
 }

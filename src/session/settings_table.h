@@ -36,10 +36,10 @@ constexpr SettingLimits at_least(double low, double high = std::numeric_limits<d
 }
 
 // What a change asks for.
-enum class SettingEffect { none, redraw, gradients, reload };
+enum class SettingEffect { none, redraw, residual, gradients, reload };
 
 // Where the processing dialog has the setting's box. none: it is set elsewhere in the window, or by --set alone.
-enum class SettingGroup { none, samples, filters, corrections, display };
+enum class SettingGroup { none, samples, filters, corrections, residual, display, grid };
 
 enum class WholeNumber { truncated, rounded }; // how a real becomes a whole number
 

@@ -13,10 +13,11 @@ namespace {
 
 std::vector<Colour> map_colours(const std::string& name)
 {
-    constexpr double kLast = kColourMapEntries - 1;
-    const ColourScale scale = {0, kLast, &colour_map(name)};
+    const ColourScale scale = {0.0, kColourMapEntries - 1.0, &colour_map(name)};
     std::vector<Colour> colours;
-    for (double entry = 0; entry <= kLast; ++entry) colours.push_back(value_colour(entry, scale));
+    for (std::size_t entry = 0; entry < kColourMapEntries; ++entry) {
+        colours.push_back(value_colour(static_cast<double>(entry), scale));
+    }
     return colours;
 }
 
@@ -72,7 +73,7 @@ OpenLayer open_layer(LayerReader& reader, const LayerRecord& record, const std::
 
 std::vector<std::string> layer_map_names()
 {
-    return {kColourMapKeys.begin(), kColourMapKeys.end()};
+    return {"grey", "survey"};
 }
 
 std::shared_ptr<const PlacedRaster> read_raster(LayerSource& source, const MapView& view, const std::atomic<bool>& stop)

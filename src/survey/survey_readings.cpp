@@ -89,7 +89,7 @@ DialReadings dial_readings_of_sample(const SurveyState& survey, const CurrentSam
     const ChannelArray& values = sample.ChannelValues;
     DialReadings readings = {values[kHeading],   values[kPitch], values[kRoll], values[kDepth],
                              values[kElevation], kNull,          {kNull}};
-    readings.speed = speed_over_ground(track_table(run.store), run.store.RecordCount);
+    if (run.plan.has_time) readings.speed = speed_over_ground(track_table(run.store), run.store.RecordCount);
     for (std::size_t sensor = 1; sensor < run.plan.sensors.size(); ++sensor) {
         readings.total_field.push_back(sample_total_field(run.plan, sensor, sample));
     }
@@ -107,7 +107,7 @@ DialReadings dial_readings_of_record(const SurveyState& survey, std::int32_t rec
                     store.channel(kRoll, record),
                     store.channel(kDepth, record),
                     store.channel(kElevation, record),
-                    speed_over_ground(track_table(store), record),
+                    survey.processing.plan.has_time ? speed_over_ground(track_table(store), record) : kNull,
                     {kNull}};
     }
     for (std::size_t sensor = 1; sensor < store.sensors.size(); ++sensor) {
@@ -127,7 +127,8 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
     const std::int32_t line = line_of_record(survey.processing.lines, record);
     const double number = line > 0 ? survey.processing.lines.LineNumbers[line] : kNull;
     if (is_valid_channel(number)) text += "   line " + format_fixed(number, 0);
-    text += "   " + time_of_day_text(track.time[record]);
+    // Without a Time column the stored times only count the data lines.
+    text += "   " + (survey.processing.plan.has_time ? time_of_day_text(track.time[record]) : "--:--:--");
     for (int sensor = 1; sensor <= std::min(store.number_of_sensors(), kListedSensors); ++sensor) {
         text += sensor_text(store, sensor, record);
     }

@@ -18,8 +18,11 @@ TrackScene track_scene(const SurveyState& survey)
     scene.settings = survey.display_settings;
     const std::vector<std::int32_t>& pick_records = survey.picks.pick_sample_index;
     const auto picks_in_use = static_cast<std::size_t>(survey.picks.number_of_picks) + 1;
-    scene.picks = {std::span(pick_records).first(std::min(picks_in_use, pick_records.size())), survey.current_pick};
+    const std::size_t elements = std::min(picks_in_use, pick_records.size());
+    scene.picks = {std::span(pick_records).first(elements), survey.current_pick,
+                   std::span(survey.picks.pick_locations).first(elements), survey.pick_settings.PickTolerance};
     scene.backdrop = survey.backdrop;
+    if (!survey.ground.coloured.is_empty()) scene.grid = &survey.ground.coloured;
     return scene;
 }
 

@@ -3,11 +3,13 @@
 #include "definitions/field_locations.h"
 #include "definitions/header_columns.h"
 #include "definitions/survey_definitions.h"
+#include "display/grid_picture.h"
 #include "display/track_image.h"
 #include "picks/pick_list.h"
 #include "picks/pick_workflow.h"
 #include "picks/quadtree.h"
 #include "processing/gradients.h"
+#include "processing/gridding.h"
 #include "processing/residual.h"
 #include "processing/sample_processing.h"
 #include "processing/track_skip.h"
@@ -19,6 +21,14 @@
 #include <string>
 
 namespace tarvo {
+
+// The displayed quantity on square cells, as it lies under the track.
+struct GroundGrid {
+    FieldGrid grid; // empty: none
+    GridSize size;  // that was asked for
+    ColouredGrid coloured;
+    std::string refusal; // why there is none although one is wanted
+};
 
 // A range made of the values that were stored then; records 0: not made.
 struct AutomaticRange {
@@ -42,6 +52,7 @@ struct SurveyState : Settings {
     ResidualField residual;          // made when somebody wants it: see survey_residual.h
     bool wants_residual = false;     // for more than its own settings and a base station
     std::optional<BaseStation> base; // of this survey
+    GroundGrid ground;               // see ground_grid.h
     cQuadTree track_index;           // of the finished track
     TrackImage track_image;
     std::array<AutomaticRange, kQuantityCount> automatic_ranges; // by quantity

@@ -31,6 +31,7 @@ Loads a recorded survey, prints a summary, and writes what the options ask for.
   --zoom PERCENT       the track enlarged, 100 to 10000
   --at RECORD          the record in the middle of the enlarged track and of the colour bars
   --bars FILE.png      the sensors' colour bars around that record
+  --base FILE          readings of a base station: IAGA-2002, or text with its definitions file beside it
   --quiet              no progress line
   --help-settings      the settings with their defaults and values
   --help, --version
@@ -83,6 +84,11 @@ void take_zoom(ProcessOptions& options, std::string_view text)
 void check_products(const ProcessOptions& options)
 {
     std::vector<std::string> taken = files_of_survey(options.data_file, options.definitions_file);
+    taken.insert(taken.end(), options.layer_files.begin(), options.layer_files.end());
+    if (!options.base_file.empty()) {
+        taken.push_back(options.base_file);
+        taken.push_back(definitions_file_name_for(options.base_file));
+    }
     for (const std::string* const product :
          {&options.samples_file, &options.lines_file, &options.picks_file, &options.track_file, &options.bars_file}) {
         if (product->empty()) continue;
@@ -132,6 +138,7 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
         {"--picks", text_into(options.picks_file)},
         {"--track", text_into(options.track_file)},
         {"--bars", text_into(options.bars_file)},
+        {"--base", text_into(options.base_file)},
         {"--size", [&](const std::string& text) { take_size(options, text); }},
         {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
         {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};

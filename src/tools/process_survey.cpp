@@ -1,11 +1,13 @@
 #include "tools/process_survey.h"
 
 #include "display/survey_pictures.h"
+#include "intake/base_station_file.h"
 #include "picks/pick_file.h"
 #include "picks/pick_placing.h"
 #include "session/export_formats.h"
-#include "session/monitor.h"
+#include "session/session.h"
 #include "survey/displayed_quantity.h"
+#include "survey/survey_residual.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
 #include "tools/process_layers.h"
@@ -108,6 +110,19 @@ bool write_picks(SurveyState& survey, const ProcessOptions& options, Operator& o
     return write_table("picks", survey, options.picks_file, op) && read;
 }
 
+// Reads the base station that was asked for. False: it was refused, which the operator has been told.
+bool read_base(const ProcessOptions& options, SurveyState& survey, Operator& op)
+{
+    if (options.base_file.empty()) return true;
+    BaseStationReading reading = read_base_station(options.base_file);
+    if (!reading.refusal.empty()) {
+        op.show_message(reading.refusal);
+        return false;
+    }
+    survey.base = std::move(reading.base);
+    return true;
+}
+
 void print_summary(const SurveyState& survey)
 {
     const SampleProcessing& run = survey.processing;
@@ -129,16 +144,18 @@ int process_survey(const ProcessOptions& options)
     const bool show_progress = !options.quiet && isatty(STDERR_FILENO) != 0;
     ConsoleRunDisplay display(show_progress ? ConsoleRunDisplay::Progress::shown : ConsoleRunDisplay::Progress::hidden);
     ConsolePickDisplay pick_display;
-    Monitor monitor(op, display, pick_display);
-    SurveyState& survey = monitor.survey;
+    Session session(op, display, pick_display);
+    SurveyState& survey = session.survey;
     survey.data_file_name = options.data_file;
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
     static_cast<Settings&>(survey) = options.settings;
+    if (!read_base(options, survey, op)) return kFailed;
 
-    const int ended = monitor.driver.Command_start_logging(StartButton::load_or_pause);
+    const int ended = session.driver.Command_start_logging(StartButton::load_or_pause);
     if (ended != kEndOfData && survey.processing.store.RecordCount == 0) return kFailed;
     bool done = ended == kEndOfData;
+    done &= !is_residual_wanted(survey) || has_residual(survey) || survey.processing.store.RecordCount == 0;
     if (options.samples_file == "-") {
         done &= write_product(
             "samples", [&] { print_samples(survey); }, op);

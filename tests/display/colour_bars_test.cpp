@@ -60,7 +60,7 @@ TEST(ColourBars, KeepAChosenSection)
     EXPECT_EQ(bars[1], expected);
     EXPECT_EQ(section, (SectionLimits{5, 11}));
 
-    display_TG_bars(bars, {}, 10, section, op);
+    display_TG_bars(bars, TrackScene(), 10, section, op);
     EXPECT_EQ(bars[1], expected) << "no track points: nothing is drawn";
 }
 

@@ -4,6 +4,7 @@
 #include "display/track_navigation.h"
 #include "session/settings_table.h"
 #include "survey/displayed_quantity.h"
+#include "survey/ground_grid.h"
 
 namespace tarvo {
 
@@ -69,6 +70,7 @@ void SurveyView::make_current(std::int32_t record, Recentre recentre)
 
 void SurveyView::show_changed_colours()
 {
+    refresh_ground_grid(survey_);
     redraw_colours(survey_.track_image, scene(), op_);
     emit track_changed();
     emit values_changed();
@@ -160,6 +162,7 @@ void SurveyView::announce()
 void SurveyView::refresh()
 {
     renew_automatic_range(survey_);
+    if (!running_) update_ground_grid(survey_);
     TrackImage& image = survey_.track_image;
     image.full_view.buffer_valid = false;
     image.zoomed_view.buffer_valid = false;
