@@ -1,8 +1,10 @@
 #pragma once
 
+#include "picks/map_export.h"
 #include "picks/pick_list.h"
 
 #include <string>
+#include <vector>
 
 namespace tarvo {
 
@@ -11,9 +13,8 @@ namespace tarvo {
 // empty when null; the sample is -1 for a pick that is not on the track.
 std::string pick_csv_text(const PickList& picks);
 
-// The picks as a GeoJSON FeatureCollection: points in the survey's own grid, metres, as they stand, with the
-// properties name, type, time (ISO 8601 without a zone), distance and sample. A pick without a position has a null
-// geometry. Bytes of a name that are not UTF-8 become U+FFFD.
-std::string pick_geojson_text(const PickList& picks);
+// The picks for maps, with the properties type, time (ISO 8601 without a zone), easting and northing in the survey's
+// grid, distance and sample.
+std::vector<MapFeature> pick_features(const PickList& picks, const Projection& projection);
 
 } // namespace tarvo

@@ -117,7 +117,9 @@ void Session::reload_after(const std::function<void()>& change)
     if (driver.is_pipe_open()) return;
     change();
     display_.keep_settings();
-    when_idle([this] { load(); });
+    when_idle([this] {
+        if (!survey.data_file_name.empty()) load();
+    });
 }
 
 Closing Session::close()

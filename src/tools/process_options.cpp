@@ -1,13 +1,11 @@
 #include "tools/process_options.h"
 
-#include "definitions/definitions_file.h"
 #include "display/track_navigation.h"
-#include "picks/pick_list.h"
 #include "session/settings_table.h"
+#include "survey/survey_files.h"
 #include "text/numbers.h"
 #include "tools/common/option_table.h"
 
-#include <filesystem>
 #include <string_view>
 #include <vector>
 
@@ -82,18 +80,10 @@ void take_zoom(ProcessOptions& options, std::string_view text)
     options.zoom_percent = numeric_value(text.substr(0, text.find('%')));
 }
 
-bool is_same_file(const std::string& one, const std::string& other)
-{
-    std::error_code neither_is_there;
-    return one == other || std::filesystem::equivalent(one, other, neither_is_there);
-}
-
 // No product may replace what it is made from, nor another product.
 void check_products(const ProcessOptions& options)
 {
-    std::vector<std::string> taken = {options.data_file, pick_file_name_for(options.data_file),
-                                      options.definitions_file.empty() ? definitions_file_name_for(options.data_file)
-                                                                       : options.definitions_file};
+    std::vector<std::string> taken = files_of_survey(options.data_file, options.definitions_file);
     taken.insert(taken.end(), options.layer_files.begin(), options.layer_files.end());
     if (!options.base_file.empty()) {
         taken.push_back(options.base_file);

@@ -2,14 +2,12 @@
 
 #include "display/survey_pictures.h"
 #include "intake/base_station_file.h"
-#include "picks/pick_export.h"
 #include "picks/pick_file.h"
 #include "picks/pick_placing.h"
-#include "processing/sample_export.h"
+#include "session/export_formats.h"
 #include "session/session.h"
 #include "survey/displayed_quantity.h"
 #include "survey/survey_residual.h"
-#include "text/replace_file.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
 #include "tools/process_layers.h"
@@ -37,30 +35,19 @@ bool write_product(const char* what, const std::function<void()>& write, Operato
     }
 }
 
-void write_samples(const SurveyState& survey, const std::string& file_name)
+void print_samples(const SurveyState& survey)
 {
-    const SampleProcessing& run = survey.processing;
-    const ResidualField* const residual = is_residual_wanted(survey) ? &survey.residual : nullptr;
-    if (file_name == "-") {
-        const auto print = [](std::string_view text) {
-            std::cout.write(text.data(), static_cast<std::streamsize>(text.size()));
-        };
-        export_samples(run.store, run.lines, print, nullptr, residual);
-        std::cout.flush();
-        if (!std::cout) throw std::runtime_error("standard output cannot be written");
-        return;
-    }
-    FileReplacement file(file_name);
-    const auto write = [&file](std::string_view text) { file.write(text); };
-    export_samples(run.store, run.lines, write, nullptr, residual);
-    file.commit();
+    export_format("samples").write({survey}, [](std::string_view text) {
+        std::cout.write(text.data(), static_cast<std::streamsize>(text.size()));
+    });
+    std::cout.flush();
+    if (!std::cout) throw std::runtime_error("standard output cannot be written");
 }
 
-void write_lines(const SurveyState& survey, const std::string& file_name)
+// One of the tables that have an option of their own; an empty name: not asked for.
+bool write_table(const char* key, const SurveyState& survey, const std::string& file_name, Operator& op)
 {
-    FileReplacement file(file_name);
-    export_lines(survey.processing.lines, [&file](std::string_view text) { file.write(text); });
-    file.commit();
+    return file_name.empty() || write_export(export_format(key), {survey}, file_name, op) == 0;
 }
 
 std::int32_t shown_record(const SurveyState& survey, const ProcessOptions& options)
@@ -120,9 +107,7 @@ bool write_picks(SurveyState& survey, const ProcessOptions& options, Operator& o
     bool read = true;
     if (std::filesystem::exists(pick_file)) read = read_pick_file(pick_file, survey.picks, op).status == 0;
     locate_pick_list_on_track(survey.picks, survey.track_index, track_table(survey.processing.store), op);
-    return write_product(
-               "picks", [&] { replace_file(options.picks_file, pick_csv_text(survey.picks)); }, op) &&
-           read;
+    return write_table("picks", survey, options.picks_file, op) && read;
 }
 
 // Reads the base station that was asked for. False: it was refused, which the operator has been told.
@@ -171,14 +156,13 @@ int process_survey(const ProcessOptions& options)
     if (ended != kEndOfData && survey.processing.store.RecordCount == 0) return kFailed;
     bool done = ended == kEndOfData;
     done &= !is_residual_wanted(survey) || has_residual(survey) || survey.processing.store.RecordCount == 0;
-    if (!options.samples_file.empty()) {
+    if (options.samples_file == "-") {
         done &= write_product(
-            "samples", [&] { write_samples(survey, options.samples_file); }, op);
+            "samples", [&] { print_samples(survey); }, op);
+    } else {
+        done &= write_table("samples", survey, options.samples_file, op);
     }
-    if (!options.lines_file.empty()) {
-        done &= write_product(
-            "survey lines", [&] { write_lines(survey, options.lines_file); }, op);
-    }
+    done &= write_table("lines", survey, options.lines_file, op);
     done &= check_quantity(survey, options, op);
     if (!options.track_file.empty()) done &= write_track(survey, options, op);
     if (!options.bars_file.empty()) done &= write_bars(survey, options, op);

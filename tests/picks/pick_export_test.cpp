@@ -31,19 +31,51 @@ TEST(PickExport, WritesCsvWithQuotedNamesAndEmptyNulls)
     EXPECT_EQ(pick_csv_text({}), "name,type,time,x,y,distance,sample\n");
 }
 
-TEST(PickExport, WritesGeoJsonThatAnyReaderTakes)
+// Degrees are a hundred-thousandth of the metres; what lies west of 0 has no image.
+struct Hundredths : Projection {
+    std::string name_ = "hundredths";
+    const std::string& name() const override { return name_; }
+    GridCoordinates to_grid(const GeographicPlace&) const override { return {}; }
+    GeographicPlace to_geographic(const GridCoordinates& place) const override
+    {
+        if (place.easting < 0) return {};
+        return {place.easting / 1e5, place.northing / 1e5};
+    }
+};
+
+TEST(PickExport, WritesMapFilesThatAnyReaderTakes)
 {
+    PickList picks = exported_picks();
+    append_pick(picks, {.name = "<West & \"3\">", .type = 1, .time = 25569, .location = {0, -5, 5, kNull}});
+    append_pick(picks, {.name = "<East>\n", .type = 1, .time = 25569, .location = {0, 5, -5, kNull}});
+    const std::vector<MapFeature> features = pick_features(picks, Hundredths());
     EXPECT_EQ(
-        pick_geojson_text(exported_picks()),
+        geojson_text(features),
         "{\"type\": \"FeatureCollection\", \"features\": [\n"
-        "{\"type\": \"Feature\", \"geometry\": {\"type\": \"Point\", \"coordinates\": [512345.7, -0.125]}, "
+        "{\"type\": \"Feature\", \"geometry\": {\"type\": \"Point\", \"coordinates\": [5.123457000, -0.000001250]}, "
         "\"properties\": {\"name\": \"Anomaly 3, \\\"east\\\"\", \"type\": 2, \"time\": \"2024-06-10T12:34:56\", "
-        "\"distance\": 1000, \"sample\": 17}},\n"
+        "\"easting\": 512345.7, \"northing\": -0.125, \"distance\": 1000, \"sample\": 17}},\n"
         "{\"type\": \"Feature\", \"geometry\": null, "
         "\"properties\": {\"name\": \"B\\\\\\u000a\\u0001\xC3\xA4\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD 1\", "
-        "\"type\": 0, \"time\": \"1970-01-01T00:00:00\", \"distance\": null, \"sample\": -1}}\n"
+        "\"type\": 0, \"time\": \"1970-01-01T00:00:00\", \"easting\": null, \"northing\": 5, \"distance\": null, "
+        "\"sample\": -1}},\n"
+        "{\"type\": \"Feature\", \"geometry\": null, "
+        "\"properties\": {\"name\": \"<West & \\\"3\\\">\", \"type\": 1, \"time\": \"1970-01-01T00:00:00\", "
+        "\"easting\": -5, \"northing\": 5, \"distance\": null, \"sample\": -1}},\n"
+        "{\"type\": \"Feature\", \"geometry\": {\"type\": \"Point\", \"coordinates\": [0.000050000, -0.000050000]}, "
+        "\"properties\": {\"name\": \"<East>\\u000a\", \"type\": 1, \"time\": \"1970-01-01T00:00:00\", "
+        "\"easting\": 5, \"northing\": -5, \"distance\": null, \"sample\": -1}}\n"
         "]}\n");
-    EXPECT_EQ(pick_geojson_text({}), "{\"type\": \"FeatureCollection\", \"features\": [\n]}\n");
+    EXPECT_EQ(kml_text(std::span(features).last(1)),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+              "<kml xmlns=\"http://www.opengis.net/kml/2.2\"><Document>\n"
+              "<Placemark><name>&lt;East&gt;&#10;</name><ExtendedData><Data name=\"type\"><value>1</value></Data>"
+              "<Data name=\"time\"><value>1970-01-01T00:00:00</value></Data>"
+              "<Data name=\"easting\"><value>5</value></Data><Data name=\"northing\"><value>-5</value></Data>"
+              "<Data name=\"distance\"><value></value></Data><Data name=\"sample\"><value>-1</value></Data>"
+              "</ExtendedData><Point><coordinates>0.000050000,-0.000050000</coordinates></Point></Placemark>\n"
+              "</Document></kml>\n");
+    EXPECT_EQ(geojson_text({}), "{\"type\": \"FeatureCollection\", \"features\": [\n]}\n");
 }
 
 TEST(PickTimes, AreTheClockAndCalendarOfTheirDay)

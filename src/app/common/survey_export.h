@@ -1,20 +1,14 @@
 #pragma once
 
-#include "ports/operator.h"
-#include "survey/survey_state.h"
+#include "session/export_formats.h"
 
 class QWidget;
 
 namespace tarvo {
 
-// File > Export: each asks where to and writes the file as a whole; the samples show how far they are. Nobody can touch
-// the survey meanwhile.
-void export_samples_file(const SurveyState& survey, Operator& op, QWidget* window);
-void export_lines_file(const SurveyState& survey, Operator& op);
-void export_line_table_file(const SurveyState& survey, Operator& op);
-void export_grid_file(const SurveyState& survey, Operator& op); // the displayed quantity as ESRI ASCII grid
-void export_track_file(const SurveyState& survey, Operator& op);
-void export_picks_csv(const SurveyState& survey, Operator& op);
-void export_picks_geojson(const SurveyState& survey, Operator& op);
+// File > Export and the menus of picks: each asks where to and writes the file as a whole, none of the survey's own;
+// the samples show how far they are. Nobody can touch the survey meanwhile.
+void export_file(const ExportFormat& format, const SurveyState& survey, Operator& op, QWidget* window);
+void export_track_file(const SurveyState& survey, Operator& op); // the track image as it is shown
 
 } // namespace tarvo

@@ -53,9 +53,12 @@ QMenuBar* PickListForm::make_menu(QAction* undo)
         [this, &work] { work.menu_read_list(indexed_track(session_.survey)); });
     write_list_ = add(list, "menu_write_list", tr("&Write list"), [&work] { work.menu_write_list(); });
     list.addSeparator();
-    add(list, "menu_export_picks_csv", tr("Export as &CSV..."), [this, &survey] { export_picks_csv(survey, op_); });
-    add(list, "menu_export_picks_geojson", tr("Export as &GeoJSON..."),
-        [this, &survey] { export_picks_geojson(survey, op_); });
+    for (const ExportFormat& format : export_formats()) {
+        if (format.subject != ExportSubject::picks) continue;
+        const std::string name = std::string("menu_list_export_") + format.key;
+        add(list, name.c_str(), tr(format.caption),
+            [this, &format, &survey] { export_file(format, survey, op_, this); });
+    }
     list.addSeparator();
     add(list, "menu_close", tr("C&lose"), [this] { close(); });
     QMenu& edit = *bar->addMenu(tr("&Edit"));

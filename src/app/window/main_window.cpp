@@ -11,6 +11,7 @@
 #include "app/panels/track_widget.h"
 #include "intake/column_report.h"
 #include "session/settings_table.h"
+#include "survey/displayed_quantity.h"
 #include "survey/layer_files.h"
 #include "survey/survey_readings.h"
 
@@ -28,11 +29,8 @@ namespace tarvo {
 MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     : settings_(settings), boxes_(this), op_(op != nullptr ? *op : boxes_), run_view_(session_, view_, panels_),
       pick_view_(session_, view_, op_, panels_, *this), session_(op_, run_view_, pick_view_, *this),
-<<<<<<< HEAD
-      view_(session_.survey, op_), actions_(*this), survey_tools_(*this, session_, view_, op_)
-=======
-      view_(session_.survey, op_), actions_(*this), layers_(session_, view_, op_, *this)
->>>>>>> lay
+      view_(session_.survey, op_), actions_(*this), survey_tools_(*this, session_, view_, op_),
+      layers_(session_, view_, op_, *this)
 {
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
@@ -151,15 +149,30 @@ void MainWindow::take_warnings(const Warnings& warnings)
     }
 }
 
-void MainWindow::show_averaging_hint()
+void MainWindow::show_finished_run_hints()
 {
-    const bool can_be_cured = !survey().parameters.CarryClosingSample && !survey().data_file_name.empty();
-    const auto average_every_line = [this] {
-        session_.reload_after([this] { survey().parameters.CarryClosingSample = true; });
+    const auto correction = [this](const QString& caption, bool ProcessingParameters::*is_on) {
+        const bool can_be_cured = !(survey().parameters.*is_on) && !survey().data_file_name.empty();
+        const auto turn_on = [this, is_on] {
+            session_.reload_after([this, is_on] { survey().parameters.*is_on = true; });
+        };
+        return can_be_cured ? HintBar::Action{caption, turn_on} : HintBar::Action{};
     };
     panels_.hints->show_hint(QStringLiteral("averages"), to_qt(averaging_hint(survey().processing)),
-                             can_be_cured ? HintBar::Action{tr("Average every line"), average_every_line}
-                                          : HintBar::Action{});
+                             correction(tr("Average every line"), &ProcessingParameters::CarryClosingSample));
+    panels_.hints->show_hint(QStringLiteral("spacing"), to_qt(spacing_hint(survey())),
+                             correction(tr("Count over positions"), &ProcessingParameters::SpacingOverFixes));
+    show_range_hint();
+}
+
+void MainWindow::show_range_hint()
+{
+    if (view_.is_running()) return;
+    const Quantity& shown = displayed_quantity(survey().display_settings);
+    const std::string missing = missing_quantity_text(survey(), shown);
+    panels_.hints->show_hint(QStringLiteral("range"), to_qt(missing.empty() ? range_hint(survey()) : missing),
+                             missing.empty() ? HintBar::Action{tr("Fit"), [this] { view_.fit_range(); }}
+                                             : HintBar::Action{});
 }
 
 void MainWindow::show_run_controls(const RunControls& controls)

@@ -22,6 +22,8 @@ class QSplitter;
 
 namespace tarvo {
 
+struct ExportFormat;
+
 // Form_Tarvo: menus, panels and their layout around the survey that its session holds.
 class MainWindow : public QMainWindow, private SessionDisplay {
     Q_OBJECT
@@ -73,6 +75,7 @@ private:
     void make_panels();
     void connect_panels();
     void make_menus();
+    void add_export(QMenu& menu, const ExportFormat& format, Needs needs);
     void make_pick_menu();
     void make_view_menu();
     void add_panel_actions(QMenu& menu);
@@ -83,7 +86,8 @@ private:
     void choose_file();
     void edit_processing_parameters();
     void take_warnings(const Warnings& warnings);
-    void show_averaging_hint();
+    void show_finished_run_hints();
+    void show_range_hint();
     void show_run_controls(const RunControls& controls);
     QString stored(const char* key) const;
     void store(const char* key, const QString& value);

@@ -109,7 +109,8 @@ void MainWindow::connect_panels()
     connect(panels_.run_bar, &RunBar::speed_changed, this,
             [this](int position) { session_.driver.HScroll_speed_change(position); });
     connect(&run_view_, &RunView::controls_changed, this, &MainWindow::show_run_controls);
-    connect(&run_view_, &RunView::finished, this, &MainWindow::show_averaging_hint);
+    connect(&run_view_, &RunView::finished, this, &MainWindow::show_finished_run_hints);
+    connect(&view_, &SurveyView::ranges_changed, this, &MainWindow::show_range_hint);
     connect(&run_view_, &RunView::finished, &survey_tools_, &SurveyTools::show_survey);
     connect(&run_view_, &RunView::cleared, &survey_tools_, &SurveyTools::show_survey);
     connect(&run_view_, &RunView::cleared, this, [this] {

@@ -3,6 +3,7 @@
 #include "app/common/survey_export.h"
 #include "app/common/texts.h"
 #include "app/panels/live_panel.h"
+#include "app/panels/quantity_bar.h"
 #include "app/panels/track_panel.h"
 #include "app/window/help_pages.h"
 #include "app/window/main_window.h"
@@ -30,13 +31,11 @@ void MainWindow::make_menus()
     panels_.live->add_actions(file);
     file.addSeparator();
     QMenu& exports = *file.addMenu(tr("&Export"));
-    const ActionEntry kExports[] = {{"menu_export_samples", tr("&Samples as CSV..."), "", Needs::idle_and_samples,
-                                     [this] { export_samples_file(survey(), op_, this); }},
-                                    {"menu_export_lines", tr("Survey &lines as CSV..."), "", Needs::idle_and_samples,
-                                     [this] { export_lines_file(survey(), op_); }},
-                                    {"menu_export_track", tr("&Track image as PNG..."), "", Needs::idle_and_samples,
-                                     [this] { export_track_file(survey(), op_); }}};
-    for (const ActionEntry& entry : kExports) actions_.add(exports, entry);
+    for (const ExportFormat& format : export_formats()) {
+        if (format.subject != ExportSubject::picks) add_export(exports, format, Needs::idle_and_samples);
+    }
+    actions_.add(exports, {"menu_export_track", tr("Track &image as PNG..."), "", Needs::idle_and_samples,
+                           [this] { export_track_file(survey(), op_); }});
     survey_tools_.add_exports(actions_, exports);
     file.addSeparator();
     actions_.add(file, {"menu_quit", tr("&Quit"), "Ctrl+Q", Needs::nothing, [this] { close(); }});
@@ -46,7 +45,9 @@ void MainWindow::make_menus()
                           {{"menu_definitions", tr("Survey &definitions..."), "Ctrl+D", Needs::idle,
                             [this] { session_.when_idle([this] { edit_definitions(); }); }},
                            {"menu_processing_parameters", tr("&Processing parameters..."), "Ctrl+T", Needs::idle,
-                            [this] { session_.when_idle([this] { edit_processing_parameters(); }); }}});
+                            [this] { session_.when_idle([this] { edit_processing_parameters(); }); }},
+                           {"menu_use_all_corrections", tr("&Use all corrections"), "", Needs::idle,
+                            [this] { session_.reload_after([this] { use_all_corrections(survey()); }); }}});
     survey_tools_.add_survey_actions(actions_, survey_menu);
     actions_.add_menu("menu_run", tr("&Run"),
                       {{"menu_start_load", tr("Start &load"), "F5", Needs::idle,
@@ -64,6 +65,13 @@ void MainWindow::make_menus()
                       {{"menu_shortcuts", tr("&Keyboard and mouse"), "F1", Needs::nothing,
                         [this] { show_shortcuts_page(actions_.shortcuts(), this); }, tr("This page")},
                        {"menu_about", tr("&About Tarvo"), "", Needs::nothing, [this] { show_about_box(this); }}});
+}
+
+void MainWindow::add_export(QMenu& menu, const ExportFormat& format, Needs needs)
+{
+    const std::string name = std::string("menu_export_") + format.key;
+    actions_.add(menu, {name.c_str(), tr(format.caption), "", needs,
+                        [this, &format] { export_file(format, survey(), op_, this); }});
 }
 
 void MainWindow::make_pick_menu()
@@ -88,12 +96,12 @@ void MainWindow::make_pick_menu()
           [this] { pick_view_.move(-kLargeShiftStep); }, tr("Move the current pick back by ten samples")},
          {"menu_move_far_on", tr("Move ten on"), "Shift+Right", Needs::nothing,
           [this] { pick_view_.move(kLargeShiftStep); }, tr("Move the current pick on by ten samples")},
-         {},
-         {"menu_export_picks", tr("E&xport as CSV..."), "", Needs::nothing,
-          [this] { export_picks_csv(survey(), op_); }},
-         {"menu_export_picks_map", tr("Export as &GeoJSON..."), "", Needs::nothing,
-          [this] { export_picks_geojson(survey(), op_); }},
          {}});
+    QMenu& exports = *menu.addMenu(tr("E&xport"));
+    for (const ExportFormat& format : export_formats()) {
+        if (format.subject == ExportSubject::picks) add_export(exports, format, Needs::nothing);
+    }
+    menu.addSeparator();
     const auto add_switch = [&](const char* name, const QString& text, const QString& tip, bool PickSettings::*value) {
         PickSettings& settings = survey().pick_settings;
         actions_.add_switch(menu, {name, text, tip, settings.*value, [this, &settings, value](bool on) {
@@ -118,6 +126,9 @@ void MainWindow::make_view_menu()
                            {"menu_fit_range", tr("&Fit the colour range"), "Ctrl+F", Needs::nothing,
                             [this] { view_.fit_range(); }, tr("Fit the colour range to the view")},
                            {}});
+    fill_quantity_menu(*menu.addMenu(tr("Colour &by")), view_);
+    fill_colour_menu(*menu.addMenu(tr("Colour &map")), view_);
+    menu.addSeparator();
     add_panel_actions(menu);
     survey_tools_.add_view_actions(actions_, menu);
     menu.addSeparator();

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ports/projection.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tarvo {
+
+struct MapProperty {
+    std::string name;
+    std::string value; // a number's shortest text, or any text; empty: null
+    bool is_text = false;
+};
+
+// A named place for programs that show maps.
+struct MapFeature {
+    std::string name;
+    GeographicPlace place;
+    std::vector<MapProperty> properties;
+};
+
+// A GeoJSON FeatureCollection (RFC 7946): points by longitude and latitude with the properties, the name first. What
+// has no place has a null geometry. Bytes that are not UTF-8 become U+FFFD.
+std::string geojson_text(std::span<const MapFeature> features);
+
+// The same as KML 2.2; what has no place is left out of it. Characters that XML cannot hold become U+FFFD, too.
+std::string kml_text(std::span<const MapFeature> features);
+
+} // namespace tarvo
