@@ -329,7 +329,7 @@ void LoggingDriver::stop_data_logging()
     shown.current_line_number = counters().current_line_number;
     display_.show_counters(shown);
     controls_.start_caption = "Start replay";
-    controls_.pause_caption = "Pause replay";
+    controls_.pause_caption = "Start load"; // what a press then does
     show_controls();
 }
 

@@ -14,6 +14,7 @@ class QToolButton;
 
 namespace tarvo {
 
+class IconSet;
 class TrackWidget;
 
 // The track with what moves and colours it: mode, Combo_zoom, play, HScroll_pan, the range adjusters VScroll_TG.
@@ -21,22 +22,33 @@ class TrackPanel : public QWidget {
     Q_OBJECT
 
 public:
-    explicit TrackPanel(SurveyView& view, QWidget* parent = nullptr);
+    TrackPanel(SurveyView& view, IconSet& icons, QWidget* parent = nullptr);
 
     TrackWidget& track() { return *track_; }
+
+    // What stands in the tool bar, which takes them over: whole and follow; zoom and play; the colours' range.
+    QWidget* mode_tools() { return mode_tools_; }
+    QWidget* zoom_tools() { return zoom_tools_; }
+    QWidget* range_tools() { return range_tools_; }
+
     void show_state(); // brings the controls up to what the core has
     void toggle_playing();
 
 private:
-    QWidget* make_tools();
-    QWidget* make_range_tools();
+    void make_mode_tools();
+    void make_zoom_tools();
+    void make_range_tools();
     QToolButton* make_adjuster(int index, int value, const QString& text, const QString& tip);
     void choose_zoom(const QString& text);
     void step_along_track();
     void show_zoom(float zoom);
 
     SurveyView& view_;
+    IconSet& icons_;
     TrackWidget* track_ = nullptr;
+    QWidget* mode_tools_ = nullptr;
+    QWidget* zoom_tools_ = nullptr;
+    QWidget* range_tools_ = nullptr;
     QToolButton* following_ = nullptr;
     QToolButton* whole_ = nullptr;
     QComboBox* zoom_ = nullptr;

@@ -2,7 +2,7 @@
 
 #include "app/common/texts.h"
 #include "app/dialogs/definitions_form.h"
-#include "app/dialogs/header_box.h"
+#include "app/panels/header_box.h"
 #include "app/dialogs/processing_form.h"
 #include "app/panels/hint_bar.h"
 #include "app/panels/live_panel.h"
@@ -172,7 +172,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
 
 void MainWindow::listen()
 {
-    if (!panels_.live->requests().is_listening()) live_->press();
+    if (!panels_.live->requests().is_listening()) panels_.live->press();
 }
 
 void MainWindow::leave(Operator& told)

@@ -2,7 +2,7 @@
 
 #include "app/common/elided_label.h"
 #include "app/common/texts.h"
-#include "app/dialogs/header_box.h"
+#include "app/panels/header_box.h"
 #include "app/panels/colour_bar_panel.h"
 #include "app/panels/dial_panel.h"
 #include "app/panels/hint_bar.h"
