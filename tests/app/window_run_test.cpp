@@ -135,10 +135,9 @@ TEST_F(WindowTest, UnsavedPicksAreWrittenFromTheirHint)
 {
     window.open_file(write_survey(folder, "a", 300));
     click(kLoad);
-    PickWorkflow& work = window.session().pick_work;
-    work.settings.ShowNewPickDialog = false;
+    window.survey().pick_settings.ShowNewPickDialog = false;
     window.survey().picks.pick_file_name = folder.path("gone/a_pick.dat");
-    work.mnuAddAnomaly(indexed_track(window.survey()).track, 20);
+    window.session().pick_work.mnuAddAnomaly(indexed_track(window.survey()).track, 20);
     op.answer = false;
     EXPECT_FALSE(window.close());
     EXPECT_TRUE(window.isVisible());

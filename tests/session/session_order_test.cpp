@@ -129,7 +129,7 @@ TEST_F(SessionOrder, PicksThatAreInNoFileKeepTheSurveyOpen)
 {
     session.open_file(write_survey("a", 60));
     press(kLoad);
-    session.pick_work.settings.ShowNewPickDialog = false;
+    session.survey.pick_settings.ShowNewPickDialog = false;
     session.survey.picks.pick_file_name = folder.path("gone/a_pick.dat");
     session.pick_work.mnuAddAnomaly(indexed_track(session.survey).track, 2);
     op.answer = false;

@@ -10,6 +10,7 @@
 #include "app/panels/track_panel.h"
 #include "app/panels/track_widget.h"
 #include "intake/column_report.h"
+#include "session/settings_table.h"
 #include "survey/survey_readings.h"
 
 #include <QCloseEvent>
@@ -36,9 +37,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
         return true;
     };
     boxes_.take_warnings = [this](const Warnings& warnings) { take_warnings(warnings); };
-    read_processing_parameters(survey().parameters, settings_);
-    survey().display_settings = read_display_settings(settings_);
-    read_pick_settings(session_.pick_work.settings, settings_);
+    read_settings(survey(), settings_);
 
     make_panels();
     make_menus();
@@ -99,7 +98,7 @@ void MainWindow::edit_definitions()
 
 void MainWindow::edit_processing_parameters()
 {
-    ProcessingForm form(survey().parameters, survey().display_settings, op_, this);
+    ProcessingForm form(survey(), op_, this);
     form.exec();
     session_.take_processing_changes(form.changes());
 }
@@ -122,9 +121,7 @@ void MainWindow::close_later()
 
 void MainWindow::keep_settings()
 {
-    write_processing_parameters(survey().parameters, settings_);
-    write_display_settings(survey().display_settings, settings_);
-    write_pick_settings(session_.pick_work.settings, settings_);
+    write_settings(survey(), settings_);
 }
 
 // Those about columns are shown together, as a run tells them.

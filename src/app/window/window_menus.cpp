@@ -92,7 +92,7 @@ void MainWindow::make_pick_menu()
           [this] { export_picks_geojson(survey(), op_); }},
          {}});
     const auto add_switch = [&](const char* name, const QString& text, const QString& tip, bool PickSettings::*value) {
-        PickSettings& settings = session_.pick_work.settings;
+        PickSettings& settings = survey().pick_settings;
         actions_.add_switch(menu, {name, text, tip, settings.*value, [this, &settings, value](bool on) {
                                        settings.*value = on;
                                        keep_settings();
