@@ -17,6 +17,8 @@ constexpr double kLargestWhole = std::numeric_limits<std::int32_t>::max();
 constexpr double kLargestSingle = std::numeric_limits<float>::max();
 constexpr double kWidestWindow = 1'000'000; // samples; a wider filter than any survey line would only cost memory
 
+constexpr const char* kReplayPaces[] = {"slider", "1", "2", "5", "10", "50"};
+
 constexpr Setting kSettings[] = {
     {.key = "LoggingScrollStep",
      .place = [](S& s) { return Place(&s.parameters.LoggingScrollStep); },
@@ -191,6 +193,12 @@ constexpr Setting kSettings[] = {
      .place = [](S& s) { return Place(&s.pick_settings.DeferPickCombo); },
      .caption = "&Keep the current pick when marking",
      .help = "A new pick does not become current"},
+    {.key = "ReplayPace",
+     .place = [](S& s) { return Place(&s.run_settings.ReplayPace); },
+     .caption = "Pace of replays",
+     .help = "Slider: by the speed beside the start buttons; else the data's own time, so many times as fast, a gap of "
+             "over 10 s cut to 1 s",
+     .choices = kReplayPaces},
 };
 
 } // namespace

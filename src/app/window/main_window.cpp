@@ -25,7 +25,7 @@ namespace tarvo {
 MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     : settings_(settings), boxes_(this), op_(op != nullptr ? *op : boxes_), run_view_(session_, view_, panels_),
       pick_view_(session_, view_, op_, panels_, *this), session_(op_, run_view_, pick_view_, *this),
-      view_(session_.survey, op_), actions_(*this)
+      view_(session_.survey, op_), actions_(*this), docks_(*this), icons_(*this)
 {
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
@@ -40,7 +40,10 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     read_settings(survey(), settings_);
 
     make_panels();
+    make_docks();
     make_menus();
+    make_toolbar();
+    make_strip();
     connect_panels();
     read_layout();
 

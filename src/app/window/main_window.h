@@ -1,10 +1,13 @@
 #pragma once
 
+#include "app/common/colour_schemes.h"
+#include "app/common/icons.h"
 #include "app/common/qt_operator.h"
 #include "app/panels/survey_view.h"
 #include "app/window/pick_view.h"
 #include "app/window/run_view.h"
 #include "app/window/window_actions.h"
+#include "app/window/window_docks.h"
 #include "app/window/window_panels.h"
 #include "ports/settings_store.h"
 #include "session/session.h"
@@ -12,11 +15,8 @@
 #include <QMainWindow>
 #include <QTimer>
 
-#include <utility>
-#include <vector>
-
 class QLabel;
-class QSplitter;
+class QToolBar;
 
 namespace tarvo {
 
@@ -35,6 +35,8 @@ public:
     Operator& op() { return op_; }
     SettingsStore& settings() { return settings_; }
     WindowActions& actions() { return actions_; }
+    WindowDocks& docks() { return docks_; }
+    IconSet& icons() { return icons_; }
     const WindowPanels& panels() const { return panels_; }
 
     void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt)
@@ -67,11 +69,17 @@ private:
     void close_later() override;
 
     void make_panels();
+    void make_docks();
+    void make_toolbar();
+    void make_strip();
     void connect_panels();
     void make_menus();
     void make_pick_menu();
     void make_view_menu();
-    void add_panel_actions(QMenu& menu);
+    void add_layout_menu(QMenu& menu);
+    void add_colour_menu(QMenu& menu);
+    void choose_colours(ColourScheme scheme);
+    void toggle_night();
     void add_recent_files(QMenu& menu);
     void read_layout();
     void keep_layout();
@@ -95,12 +103,13 @@ private:
     Session session_;
     SurveyView view_;
     WindowActions actions_;
+    WindowDocks docks_;
+    IconSet icons_;
+    ColourSchemes colours_;
+    ColourScheme day_colours_ = ColourScheme::system; // those that the night's give way to
 
-    QSplitter* columns_ = nullptr;
-    QSplitter* side_ = nullptr;
     QLabel* pointed_ = nullptr;
     QLabel* sender_text_ = nullptr; // a live survey's
-    std::vector<std::pair<const char*, QAction*>> panel_actions_;
 
     Warnings column_warnings_; // of this run
     QTimer settings_timer_;    // keeps changed settings a moment after the last change

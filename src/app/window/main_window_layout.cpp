@@ -10,19 +10,28 @@
 #include "app/panels/pick_panel.h"
 #include "app/panels/profile_graphs.h"
 #include "app/panels/run_bar.h"
+#include "app/panels/run_strip.h"
 #include "app/panels/track_panel.h"
 #include "app/panels/track_widget.h"
 #include "app/window/main_window.h"
 
 #include <QAction>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QScrollArea>
-#include <QSplitter>
 #include <QStatusBar>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace tarvo {
+
+namespace {
+
+constexpr int kLayoutVersion = 1; // of what is kept: a layout of other docks is not taken
+
+} // namespace
 
 QString MainWindow::stored(const char* key) const
 {
@@ -47,60 +56,97 @@ void MainWindow::store_bytes(const char* key, const QByteArray& bytes)
 void MainWindow::make_panels()
 {
     panels_.header = new HeaderBox;
-    panels_.run_bar = new RunBar;
-    panels_.hints = new HintBar;
-    panels_.live = new LivePanel(survey(), session_.driver, settings_);
+    panels_.run_bar = new RunBar(icons_);
+    panels_.run_strip = new RunStrip;
+    panels_.live = new LivePanel(survey(), session_.driver, settings_, this);
     panels_.live->op().take_warnings = boxes_.take_warnings;
-    panels_.track = new TrackPanel(view_);
+    panels_.track = new TrackPanel(view_, icons_);
+    panels_.hints = new HintBar(panels_.track);
     panels_.dials = new DialPanel;
     panels_.bars = new ColourBarPanel(view_);
     panels_.graphs = new ProfileGraphs(view_);
     panels_.graphs->set_sensor_filter([this](int sensor) { return panels_.bars->is_sensor_shown(sensor); });
-
-    auto* const bars_area = new QScrollArea; // a survey may have more sensors than fit
-    bars_area->setObjectName(QStringLiteral("Area_colour_bars"));
-    bars_area->setFrameShape(QFrame::NoFrame);
-    bars_area->setWidgetResizable(true);
-    bars_area->setWidget(panels_.bars);
-    bars_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-
-    side_ = new QSplitter(Qt::Vertical);
-    side_->setObjectName(QStringLiteral("Splitter_side"));
-    side_->addWidget(panels_.dials);
-    side_->addWidget(panels_.graphs);
-    side_->addWidget(bars_area);
-    side_->setStretchFactor(1, 1);
-    side_->setSizes({150, 380, 90});
-    columns_ = new QSplitter(Qt::Horizontal);
-    columns_->setObjectName(QStringLiteral("Splitter_columns"));
-    columns_->addWidget(panels_.track);
-    columns_->addWidget(side_);
-    columns_->setStretchFactor(0, 1);
-    columns_->setSizes({840, 430});
-    for (QSplitter* const splitter : {side_, columns_}) splitter->setChildrenCollapsible(false);
-
-    auto* const central = new QWidget;
-    auto* const layout = new QVBoxLayout(central);
-    layout->setContentsMargins(2, 2, 2, 0);
-    layout->setSpacing(2);
-    layout->addWidget(panels_.header);
-    layout->addWidget(panels_.run_bar);
-    layout->addWidget(panels_.live);
-    layout->addWidget(panels_.hints);
-    layout->addWidget(columns_, 1);
-    setCentralWidget(central);
     panels_.picks = new PickPanel;
-    layout->addWidget(panels_.picks);
+    setCentralWidget(panels_.track);
+}
 
-    pointed_ = new QLabel;
+// The table of docks: a panel that is added here can be moved, floated, tabbed and hidden, and is in the View menu.
+void MainWindow::make_docks()
+{
+    auto* const bars = new QScrollArea; // a survey may have more sensors than fit
+    bars->setObjectName(QStringLiteral("Area_colour_bars"));
+    bars->setFrameShape(QFrame::NoFrame);
+    bars->setWidgetResizable(true);
+    bars->setWidget(panels_.bars);
+    bars->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+
+    constexpr auto kRight = DockPlace::Area::right;
+    constexpr auto kBottom = DockPlace::Area::bottom;
+    docks_.add({"DisplayDials", tr("&Dials"), panels_.dials, {kRight, 150, true}, {kRight, 150, false}});
+    docks_.add({"DisplayGraphs", tr("Profile &graphs"), panels_.graphs, {kRight, 250, true}, {kBottom, 780, true}});
+    docks_.add({"DisplayColourBars", tr("&Colour bars"), bars, {kRight, 90, true}, {kBottom, 500, true}});
+    docks_.add({"DisplayLive", tr("&Live data"), panels_.live, {kRight, 100, true}, {kRight, 100, false}});
+    docks_.add({"DisplayPicks", tr("&Picks"), panels_.picks, {kRight, 100, true, true}, {kRight, 110, true}});
+    setDockNestingEnabled(true);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+}
+
+// What does not fit goes into the bar's extension, from the right.
+void MainWindow::make_toolbar()
+{
+    auto* const bar = addToolBar(tr("Tools"));
+    bar->setObjectName(QStringLiteral("Bar_tools"));
+    bar->setMovable(false);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu); // the bar is not to be hidden by a slip
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize(QSize(16, 16));
+    const auto add = [&](const char* name, const QString& text, const char* button_name) {
+        QAction& action = actions_.action(name);
+        action.setIconText(text);
+        bar->addAction(&action);
+        QWidget* const button = bar->widgetForAction(&action);
+        button->setObjectName(QLatin1String(button_name));
+        button->setFocusPolicy(Qt::TabFocus);
+    };
+    add("menu_open", tr("Open"), "Command_open");
+    bar->addWidget(panels_.run_bar);
+    bar->addSeparator();
+    bar->addWidget(panels_.live->listen_button());
+    add("menu_record_live", tr("Record"), "Command_record");
+    bar->addSeparator();
+    bar->addWidget(panels_.track->mode_tools());
+    bar->addWidget(panels_.track->zoom_tools());
+    bar->addSeparator();
+    add("menu_mark_anomaly", tr("Mark"), "Command_mark_anomaly_location");
+    bar->addSeparator();
+    bar->addWidget(panels_.track->range_tools());
+    icons_.set(*panels_.live->listen_button(), QStringLiteral("listen"));
+}
+
+// Two lines at the window's bottom: what is at the pointer or the current point, with the sender's own words; and the
+// file, its columns, progress, counters and the live side's state.
+void MainWindow::make_strip()
+{
+    pointed_ = new ElidedLabel;
     pointed_->setObjectName(QStringLiteral("Label_pointed"));
-    pointed_->setTextFormat(Qt::PlainText);
-    pointed_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    statusBar()->addWidget(pointed_, 2);
     sender_text_ = new ElidedLabel;
     sender_text_->setObjectName(QStringLiteral("Label_sender_text"));
     sender_text_->hide();
-    statusBar()->addPermanentWidget(sender_text_, 1);
+    auto* const readings = new QHBoxLayout;
+    readings->addWidget(pointed_, 2);
+    readings->addWidget(sender_text_, 1);
+    auto* const state = new QHBoxLayout;
+    state->addWidget(panels_.header, 3);
+    state->addWidget(panels_.run_strip, 4);
+    state->addWidget(panels_.live->status_label());
+    state->addWidget(panels_.live->recording_label());
+    auto* const strip = new QWidget;
+    auto* const lines = new QVBoxLayout(strip);
+    lines->setContentsMargins(4, 0, 0, 0);
+    lines->setSpacing(0);
+    lines->addLayout(readings);
+    lines->addLayout(state);
+    statusBar()->addWidget(strip, 1);
 }
 
 void MainWindow::connect_panels()
@@ -139,42 +185,31 @@ void MainWindow::connect_panels()
     pick_view_.connect_panels(actions_);
 }
 
-void MainWindow::add_panel_actions(QMenu& menu)
+void MainWindow::add_layout_menu(QMenu& menu)
 {
-    const auto add = [&](QWidget* panel, const QString& text, const char* key) {
-        const QString name = QLatin1String("menu_show_") + QLatin1String(key);
-        QAction& action =
-            actions_.add_switch(menu, {name, text, {}, true, [this, panel](bool shown) {
-                                           panel->setVisible(shown);
-                                           bool any = false;
-                                           for (const auto& [name_of_panel, panel_action] : panel_actions_)
-                                               any |= panel_action->isChecked();
-                                           side_->setVisible(any);
-                                       }});
-        panel_actions_.emplace_back(key, &action);
+    QMenu& layouts = *menu.addMenu(tr("La&yout"));
+    const auto add = [&](const char* name, const QString& text, ReadyLayout layout) {
+        actions_.add(layouts,
+                     {name, text, "", Needs::nothing, [this, layout] { docks_.arrange(layout); }});
     };
-    add(panels_.dials, tr("&Dials"), "DisplayDials");
-    add(panels_.graphs, tr("Profile &graphs"), "DisplayGraphs");
-    add(side_->widget(2), tr("&Colour bars"), "DisplayColourBars");
+    add("menu_layout_watch", tr("Survey &watch"), ReadyLayout::survey_watch);
+    add("menu_layout_interpretation", tr("&Interpretation"), ReadyLayout::interpretation);
+    layouts.addSeparator();
+    add("menu_layout_reset", tr("&Reset layout"), ReadyLayout::survey_watch);
 }
 
 void MainWindow::read_layout()
 {
     resize(1280, 720);
+    docks_.arrange(ReadyLayout::survey_watch);
     restoreGeometry(stored_bytes("FormSize"));
-    columns_->restoreState(stored_bytes("Splitter_columns"));
-    side_->restoreState(stored_bytes("Splitter_side"));
-    for (const auto& [key, action] : panel_actions_) action->setChecked(stored(key) != QLatin1String("0"));
+    restoreState(stored_bytes("Layout"), kLayoutVersion);
 }
 
 void MainWindow::keep_layout()
 {
     store_bytes("FormSize", saveGeometry());
-    store_bytes("Splitter_columns", columns_->saveState());
-    store_bytes("Splitter_side", side_->saveState());
-    for (const auto& [key, action] : panel_actions_) {
-        store(key, action->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
-    }
+    store_bytes("Layout", saveState(kLayoutVersion));
     store("HeaderField", to_qt(panels_.header->header_line_text()));
 }
 
