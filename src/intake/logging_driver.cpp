@@ -238,6 +238,7 @@ int LoggingDriver::read_lines()
 
 void LoggingDriver::wait_in_replay()
 {
+    pace_.choose(pace_of_text(survey_.run_settings.ReplayPace));
     const int pause =
         pace_.keeps_time() ? pace_.wait_behind(survey_.processing.sample.SampleTime, clock_()) : replay_delay_;
     if (pause >= 1) display_.wait(pause);

@@ -43,8 +43,6 @@ public:
 
     // HScroll_speed: 0 to 100, the fastest.
     void HScroll_speed_change(int position);
-    // The pace of replays, this one's and those to come: the data's own time so many times; nullopt: by the speed above.
-    void choose_pace(std::optional<double> times) { pace_.choose(times); }
 
     // Checks the header line number, reads the definitions, opens the data file behind its header line and locates the
     // columns. 0 or -1; a refusal has been shown.

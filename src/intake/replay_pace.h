@@ -13,7 +13,8 @@ using ReplayClock = std::chrono::steady_clock;
 // from one day of a survey to the next, is cut to a second.
 class ReplayPace {
 public:
-    // times: how many times as fast as the data; nullopt: by the slider, nothing is waited for here.
+    // times: how many times as fast as the data; nullopt: by the slider, nothing is waited for here. Another pace than
+    // before counts from the next line on.
     void choose(std::optional<double> times);
     bool keeps_time() const { return times_.has_value(); }
 

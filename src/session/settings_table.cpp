@@ -17,8 +17,6 @@ constexpr double kLargestWhole = std::numeric_limits<std::int32_t>::max();
 constexpr double kLargestSingle = std::numeric_limits<float>::max();
 constexpr double kWidestWindow = 1'000'000; // samples; a wider filter than any survey line would only cost memory
 
-constexpr const char* kReplayPaces[] = {"slider", "1", "2", "5", "10", "50"};
-
 constexpr Setting kSettings[] = {
     {.key = "LoggingScrollStep",
      .place = [](S& s) { return Place(&s.parameters.LoggingScrollStep); },

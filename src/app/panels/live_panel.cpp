@@ -22,7 +22,7 @@ namespace {
 constexpr int kStatusInterval = 250;   // milliseconds
 constexpr int kMostEchoLines = 500;    // the oldest go first
 constexpr int kMostEchoedBytes = 4096; // of one message
-constexpr int kEchoLinesShown = 3; // at least
+constexpr int kEchoLinesShown = 3;     // at least
 constexpr int kMostMessageText = 2000;
 
 // Bytes of any kind on one line of the screen.
@@ -46,6 +46,7 @@ void show_alarm(QLabel& label, bool alarmed)
 
 void LiveOperator::show_message(const std::string& text)
 {
+    if (take_message && take_message(text)) return;
     const QString message = to_qt(text).left(kMostMessageText);
     if (box_ != nullptr) { // the newest stands first, so that nothing before it can hide it
         const QString shown = box_->text();

@@ -6,7 +6,9 @@
 #include <QWidget>
 
 #include <array>
+#include <string>
 
+class QComboBox;
 class QPushButton;
 class QSlider;
 
@@ -23,16 +25,19 @@ public:
 
     void show_controls(const RunControls& controls, const RunFlags& run);
     void reset_speed();
+    void show_pace(const std::string& key); // of the setting ReplayPace
 
 signals:
     void start_pressed(tarvo::StartButton index);
     void speed_changed(int position);
+    void pace_chosen(const std::string& key);
 
 private:
     QPushButton* make_start_button(StartButton index, const QString& tip);
 
     IconSet& icons_;
     std::array<QPushButton*, 2> start_ = {};
+    QComboBox* pace_;
     QSlider* speed_;
 };
 

@@ -2,8 +2,8 @@
 
 #include "app/common/texts.h"
 #include "app/dialogs/definitions_form.h"
-#include "app/panels/header_box.h"
 #include "app/dialogs/processing_form.h"
+#include "app/panels/header_box.h"
 #include "app/panels/hint_bar.h"
 #include "app/panels/live_panel.h"
 #include "app/panels/pick_panel.h"
@@ -14,6 +14,7 @@
 #include "survey/survey_readings.h"
 
 #include <QCloseEvent>
+#include <QDateTime>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QMimeData>
@@ -23,19 +24,17 @@
 namespace tarvo {
 
 MainWindow::MainWindow(SettingsStore& settings, Operator* op)
-    : settings_(settings), boxes_(this), op_(op != nullptr ? *op : boxes_), run_view_(session_, view_, panels_),
-      pick_view_(session_, view_, op_, panels_, *this), session_(op_, run_view_, pick_view_, *this),
-      view_(session_.survey, op_), actions_(*this), docks_(*this), icons_(*this)
+    : settings_(settings), boxes_(this),
+      op_(op != nullptr ? *op : boxes_, log_, [] { return QDateTime::currentSecsSinceEpoch(); }),
+      run_view_(session_, view_, panels_), pick_view_(session_, view_, op_, panels_, *this),
+      session_(op_, run_view_, pick_view_, *this), view_(session_.survey, op_), actions_(*this), docks_(*this),
+      icons_(*this)
 {
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
     setAcceptDrops(true);
     boxes_.before_box = [this] { panels_.picks->stop_moving(); };
-    boxes_.take_message = [this](const std::string& text) {
-        if (!panels_.live->requests().is_handling()) return false;
-        panels_.live->op().show_message(text); // which waits for nobody, as a sender waits for the reply
-        return true;
-    };
+    boxes_.take_message = [this](const std::string& text) { return take_message_in_live_run(text); };
     boxes_.take_warnings = [this](const Warnings& warnings) { take_warnings(warnings); };
     read_settings(survey(), settings_);
 
@@ -125,6 +124,15 @@ void MainWindow::close_later()
 void MainWindow::keep_settings()
 {
     write_settings(survey(), settings_);
+}
+
+// No box opens by itself in a live run, and none while a sender waits for a reply: it would hold up what comes in.
+bool MainWindow::take_message_in_live_run(const std::string& text)
+{
+    if (!session_.driver.is_pipe_open() && !panels_.live->requests().is_handling()) return false;
+    panels_.hints->show_hint(QStringLiteral("message"), to_qt(text),
+                             {tr("All messages"), [this] { docks_.show("DisplayMessages"); }});
+    return true;
 }
 
 // Those about columns are shown together, as a run tells them.

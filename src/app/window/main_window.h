@@ -10,6 +10,7 @@
 #include "app/window/window_docks.h"
 #include "app/window/window_panels.h"
 #include "ports/settings_store.h"
+#include "session/message_log.h"
 #include "session/session.h"
 
 #include <QMainWindow>
@@ -34,6 +35,7 @@ public:
     SurveyView& view() { return view_; }
     Operator& op() { return op_; }
     SettingsStore& settings() { return settings_; }
+    MessageLog& log() { return log_; }
     WindowActions& actions() { return actions_; }
     WindowDocks& docks() { return docks_; }
     IconSet& icons() { return icons_; }
@@ -86,6 +88,7 @@ private:
 
     void choose_file();
     void edit_processing_parameters();
+    bool take_message_in_live_run(const std::string& text);
     void take_warnings(const Warnings& warnings);
     void show_averaging_hint();
     void show_run_controls(const RunControls& controls);
@@ -96,7 +99,8 @@ private:
 
     SettingsStore& settings_;
     QtOperator boxes_;
-    Operator& op_;
+    MessageLog log_;
+    LoggingOperator op_; // who is asked and told
     WindowPanels panels_;
     RunView run_view_;
     PickView pick_view_;

@@ -2,11 +2,12 @@
 
 #include "app/common/elided_label.h"
 #include "app/common/texts.h"
-#include "app/panels/header_box.h"
 #include "app/panels/colour_bar_panel.h"
 #include "app/panels/dial_panel.h"
+#include "app/panels/header_box.h"
 #include "app/panels/hint_bar.h"
 #include "app/panels/live_panel.h"
+#include "app/panels/message_panel.h"
 #include "app/panels/pick_panel.h"
 #include "app/panels/profile_graphs.h"
 #include "app/panels/run_bar.h"
@@ -16,6 +17,7 @@
 #include "app/window/main_window.h"
 
 #include <QAction>
+#include <QDateTime>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
@@ -59,7 +61,11 @@ void MainWindow::make_panels()
     panels_.run_bar = new RunBar(icons_);
     panels_.run_strip = new RunStrip;
     panels_.live = new LivePanel(survey(), session_.driver, settings_, this);
-    panels_.live->op().take_warnings = boxes_.take_warnings;
+    panels_.live->op().take_warnings = [this](const Warnings& warnings) { op_.show_warnings(warnings); };
+    panels_.live->op().take_message = [this](const std::string& text) {
+        log_message(log_, MessageKind::message, text, QDateTime::currentSecsSinceEpoch());
+        return take_message_in_live_run(text);
+    };
     panels_.track = new TrackPanel(view_, icons_);
     panels_.hints = new HintBar(panels_.track);
     panels_.dials = new DialPanel;
@@ -87,6 +93,11 @@ void MainWindow::make_docks()
     docks_.add({"DisplayColourBars", tr("&Colour bars"), bars, {kRight, 90, true}, {kBottom, 500, true}});
     docks_.add({"DisplayLive", tr("&Live data"), panels_.live, {kRight, 100, true}, {kRight, 100, false}});
     docks_.add({"DisplayPicks", tr("&Picks"), panels_.picks, {kRight, 100, true, true}, {kRight, 110, true}});
+    docks_.add({"DisplayMessages",
+                tr("&Messages"),
+                new MessagePanel(log_, op_, this),
+                {kBottom, 400, false},
+                {kBottom, 400, false}});
     setDockNestingEnabled(true);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
 }
@@ -154,6 +165,12 @@ void MainWindow::connect_panels()
     connect(panels_.run_bar, &RunBar::start_pressed, this, &MainWindow::press_start);
     connect(panels_.run_bar, &RunBar::speed_changed, this,
             [this](int position) { session_.driver.HScroll_speed_change(position); });
+    connect(panels_.run_bar, &RunBar::pace_chosen, this, [this](const std::string& key) {
+        survey().run_settings.ReplayPace = key;
+        run_view_.cut_wait_short();
+        settings_timer_.start();
+    });
+    panels_.run_bar->show_pace(survey().run_settings.ReplayPace);
     connect(&run_view_, &RunView::controls_changed, this, &MainWindow::show_run_controls);
     connect(&run_view_, &RunView::finished, this, &MainWindow::show_averaging_hint);
     connect(&run_view_, &RunView::cleared, this, [this] {
@@ -189,8 +206,7 @@ void MainWindow::add_layout_menu(QMenu& menu)
 {
     QMenu& layouts = *menu.addMenu(tr("La&yout"));
     const auto add = [&](const char* name, const QString& text, ReadyLayout layout) {
-        actions_.add(layouts,
-                     {name, text, "", Needs::nothing, [this, layout] { docks_.arrange(layout); }});
+        actions_.add(layouts, {name, text, "", Needs::nothing, [this, layout] { docks_.arrange(layout); }});
     };
     add("menu_layout_watch", tr("Survey &watch"), ReadyLayout::survey_watch);
     add("menu_layout_interpretation", tr("&Interpretation"), ReadyLayout::interpretation);
