@@ -5,6 +5,8 @@
 #include "picks/track_index.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
+#include "survey/displayed_quantity.h"
+#include "survey/ground_grid.h"
 #include "survey/survey_residual.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
@@ -205,6 +207,7 @@ void LoggingDriver::initialise_data_logging()
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
     survey_.filters = make_gradient_filters(survey_.parameters);
     clear_residual(survey_.residual);
+    survey_.ground = {};
     clear_track_image(survey_.track_image, op_);
     display_.clear_monitor_form();
     display_.show_counters(counters());
@@ -301,8 +304,10 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     const std::int32_t completed =
         calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
     follow_residual(survey_);
+    const bool is_range_new = follow_automatic_range(survey_);
     const TrackTable track = track_table(store);
     const TrackScene scene = track_scene(survey_);
+    if (is_range_new) redraw_colours(survey_.track_image, scene, op_);
     plot_track_point(survey_.track_image, scene, record, track.easting[record], track.northing[record]);
     if (completed > 0) recolour_track_points(survey_.track_image, scene, completed);
     display_.display_replay_data(record, std::max(completed, 0));
@@ -349,14 +354,16 @@ void LoggingDriver::terminate_data_logging()
     SampleProcessing& run = survey_.processing;
     const auto let_events_happen = [this] { display_.process_events(counters()); };
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
-    if (const std::string refusal = finish_residual(survey_, let_events_happen); !refusal.empty()) {
-        op_.show_warnings({{WarningAbout::data, "base station", refusal}});
+    for (const std::string& note : finish_residual(survey_, let_events_happen)) {
+        op_.show_warnings({{WarningAbout::data, "base station", note}});
     }
+    update_ground_grid(survey_, let_events_happen);
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
     let_events_happen();
     build_track_index(track_table(run.store), survey_.track_index, let_events_happen);
     let_events_happen();
     pick_work_.load_pick_list_on_form(indexed_track(survey_));
+    renew_automatic_range(survey_);
     show_finished_track(survey_.track_image, track_scene(survey_), op_);
     let_events_happen();
     display_.show_finished_run();

@@ -93,7 +93,7 @@ std::size_t mark_of(const std::string& bytes)
 
 // What is to be replaced though this list does not hold it: a file that could not be read, or one that another program
 // has changed, such as a second monitor on the same survey.
-Warnings keep_what_others_wrote(const PickList& picks)
+Warnings keep_what_others_wrote(PickList& picks)
 {
     const std::string& path = picks.pick_file_name;
     if (!is_there(path)) return {};
@@ -101,6 +101,8 @@ Warnings keep_what_others_wrote(const PickList& picks)
     const bool is_changed = path == picks.known_file.path && known_file(path).mark != picks.known_file.mark;
     if (!is_unreadable && !is_changed) return {};
     const std::string copy = keep_copy_aside(path, is_unreadable ? "unreadable" : "changed");
+    picks.unreadable_file.clear();
+    picks.known_file = known_file(path); // kept once, also when the write behind this fails and is tried again
     return {{WarningAbout::picks, path,
              "The pick file " + path + (is_unreadable ? " could not be read" : " was changed by another program") +
                  "; what it held is kept in " + copy}};
@@ -115,6 +117,14 @@ KnownFile known_file(const std::string& path)
     std::ostringstream bytes;
     bytes << file.rdbuf();
     return {path, mark_of(bytes.str())};
+}
+
+std::string leftover_pick_file(const PickList& picks)
+{
+    const KnownFile& known = picks.known_file;
+    const bool is_own = !picks.pick_file_name.empty() && known.path == picks.pick_file_name && known.mark.has_value();
+    if (picks.number_of_picks > 0 || !is_own || !is_there(known.path)) return {};
+    return known_file(known.path).mark == known.mark ? known.path : std::string();
 }
 
 PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& op)
@@ -155,7 +165,6 @@ int write_pick_file(PickList& picks, Operator& op)
     try {
         const std::string text = pick_file_text(picks);
         op.show_warnings(keep_what_others_wrote(picks));
-        picks.unreadable_file.clear();
         replace_file(picks.pick_file_name, text);
         picks.known_file = {picks.pick_file_name, mark_of(text)};
         picks.is_unsaved = false;

@@ -105,6 +105,44 @@ TEST(DefinitionsEditor, WithoutChangesLoadedDataStayValid)
     EXPECT_TRUE(session.accept().changed);
 }
 
+TEST(DefinitionsEditor, WhatNobodyEditedKeepsItsDigitsAndWhatTheFileDropsIsAskedFor)
+{
+    const TestFolder folder;
+    EditedSurvey session(folder);
+    constexpr double us_survey_foot = 0.3048006096012192;
+    SurveyDefinitions stored;
+    stored.coordinate_scale = us_survey_foot;
+    stored.depth_scale = 0.00001; // its box reads 0.0000
+    stored.sensors[1].lever_arm[SensorDefinition::kLength] = 1234.5678;
+    stored.sensors[1].component_columns[1] = "MAG1";
+    for (const bool keep_all : {true, false}) {
+        session.op = FakeOperator();
+        session.op.answer = keep_all;
+        write_definitions(folder.path("bay.def"), stored, 2, session.op, NumberDigits::all);
+        session.editor = open_definitions_editor(session.survey, session.op);
+        session.editor.working.fields[kTime].name = "time";
+        ASSERT_EQ(session.accept().status, 0);
+        EXPECT_EQ(
+            session.op.questions,
+            std::vector<std::string>{"A definitions file holds scales with four decimals and arms with three: the "
+                                     "coordinate scale 0.3048006096012192 would be written as 0.3048, the depth "
+                                     "scale 1e-05 would be written as 0.0000, the arm length of sensor 1 "
+                                     "1234.5678 would be written as 1234.568. Write every digit instead?"});
+        EXPECT_EQ(session.survey.survey_definitions.coordinate_scale, us_survey_foot);
+        EXPECT_EQ(session.survey.survey_definitions.sensors[1].lever_arm[SensorDefinition::kLength], 1234.5678);
+        SurveyDefinitions read;
+        int header_line = 0;
+        read_definitions(folder.path("bay.def"), read, header_line, session.op);
+        EXPECT_EQ(read.coordinate_scale, keep_all ? us_survey_foot : 0.3048);
+        session.survey.survey_definitions = SurveyDefinitions();
+    }
+    DefinitionsPage page = display_definitions(stored);
+    page.Text_data_scale = " 0.30480 "; // typed
+    SurveyDefinitions typed = stored;
+    take_definitions_page(page, typed);
+    EXPECT_EQ(typed.coordinate_scale, 0.3048);
+}
+
 TEST(DefinitionsEditor, GuessingAgainKeepsScalesAndSign)
 {
     const TestFolder folder;

@@ -1,6 +1,9 @@
+#include "core_load.h"
+#include "definitions/definitions_file.h"
 #include "intake/column_report.h"
 #include "intake/run_rate.h"
 #include "survey/survey_readings.h"
+#include "test_folder.h"
 #include "text/numbers.h"
 
 #include <gtest/gtest.h>
@@ -38,6 +41,29 @@ TEST(SurveyReadings, LinesThatWereNotAveragedAreToldWithTheirNumber)
     EXPECT_EQ(averaging_hint(run), "");
     run.lines_not_averaged = 2675;
     EXPECT_EQ(averaging_hint(run), "2,675 of 5,381 lines closed a bin and were not averaged");
+}
+
+TEST(SurveyReadings, WithoutATimeColumnThereIsNeitherTimeNorSpeed)
+{
+    const TestFolder folder;
+    std::string data = "x,y,mag\n";
+    for (int line = 1; line <= 40; ++line) data += std::to_string(2 * line) + ",0,50000\n";
+    const std::string file = folder.write("bay.csv", data);
+    for (const char* const time : {"x", "N/A"}) { // as seconds, or the number of the line
+        SurveyDefinitions definitions;
+        definitions.fields[kTime].name = time;
+        definitions.fields[kEast].name = "x";
+        definitions.fields[kNorth].name = "y";
+        definitions.sensors[1].component_columns[1] = "mag";
+        FakeOperator op;
+        write_definitions(folder.path("bay.def"), definitions, 1, op);
+        const CoreLoad load(file);
+        const SurveyState& survey = load.session.survey;
+        const bool has_time = definitions.fields[kTime].name == "x";
+        EXPECT_NEAR(dial_readings_of_record(survey, 5).speed, has_time ? 1.0 : kNull, 1e-4);
+        EXPECT_NEAR(dial_readings_of_sample(survey, survey.processing.sample).speed, has_time ? 1.0 : kNull, 1e-4);
+        EXPECT_EQ(record_text(survey, 5).find("--:--:--") == std::string::npos, has_time);
+    }
 }
 
 TEST(SurveyReadings, DigitsAreGroupedForPeople)

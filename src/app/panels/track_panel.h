@@ -17,7 +17,7 @@ namespace tarvo {
 class IconSet;
 class TrackWidget;
 
-// The track with what moves and colours it: mode, Combo_zoom, play, HScroll_pan, the range adjusters VScroll_TG.
+// The track with what moves and colours it: mode, Combo_zoom, play, HScroll_pan and the displayed quantity.
 class TrackPanel : public QWidget {
     Q_OBJECT
 
@@ -26,10 +26,9 @@ public:
 
     TrackWidget& track() { return *track_; }
 
-    // What stands in the tool bar, which takes them over: whole and follow; zoom and play; the colours' range.
+    // What stands in the tool bar, which takes them over: whole and follow; zoom and play.
     QWidget* mode_tools() { return mode_tools_; }
     QWidget* zoom_tools() { return zoom_tools_; }
-    QWidget* range_tools() { return range_tools_; }
 
     void show_state(); // brings the controls up to what the core has
     void toggle_playing();
@@ -37,8 +36,6 @@ public:
 private:
     void make_mode_tools();
     void make_zoom_tools();
-    void make_range_tools();
-    QToolButton* make_adjuster(int index, int value, const QString& text, const QString& tip);
     void choose_zoom(const QString& text);
     void step_along_track();
     void show_zoom(float zoom);
@@ -48,14 +45,12 @@ private:
     TrackWidget* track_ = nullptr;
     QWidget* mode_tools_ = nullptr;
     QWidget* zoom_tools_ = nullptr;
-    QWidget* range_tools_ = nullptr;
     QToolButton* following_ = nullptr;
     QToolButton* whole_ = nullptr;
     QComboBox* zoom_ = nullptr;
     QToolButton* play_ = nullptr;
     QShortcut* stop_key_ = nullptr; // of the play
     QScrollBar* pan_ = nullptr;
-    QLabel* range_ = nullptr;
     QTimer pan_timer_;     // Timer_pan_track
     float shown_zoom_ = 0; // or typed
 };

@@ -1,6 +1,7 @@
 #include "app/window/main_window.h"
 
 #include "app/common/texts.h"
+#include "app/dialogs/base_station_form.h"
 #include "app/dialogs/definitions_form.h"
 #include "app/dialogs/processing_form.h"
 #include "app/panels/header_box.h"
@@ -103,6 +104,13 @@ void MainWindow::edit_processing_parameters()
     ProcessingForm form(survey(), op_, this);
     form.exec();
     session_.take_processing_changes(form.changes());
+}
+
+void MainWindow::edit_base_station()
+{
+    BaseStationForm form(survey(), op_, this);
+    connect(&form, &BaseStationForm::base_changed, this, &MainWindow::show_survey);
+    form.exec();
 }
 
 void MainWindow::cut_wait_short()

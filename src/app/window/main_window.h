@@ -72,6 +72,7 @@ private:
 
     void make_panels();
     void make_docks();
+    QWidget* make_line_table();
     void make_toolbar();
     void make_strip();
     void connect_panels();
@@ -88,6 +89,7 @@ private:
 
     void choose_file();
     void edit_processing_parameters();
+    void edit_base_station();
     bool take_message_in_live_run(const std::string& text);
     void take_warnings(const Warnings& warnings);
     void show_averaging_hint();

@@ -1,15 +1,18 @@
 // What the window is made of, and how it is kept from one start to the next.
 
 #include "app/common/elided_label.h"
+#include "app/common/survey_export.h"
 #include "app/common/texts.h"
 #include "app/panels/colour_bar_panel.h"
 #include "app/panels/dial_panel.h"
 #include "app/panels/header_box.h"
 #include "app/panels/hint_bar.h"
+#include "app/panels/line_table_panel.h"
 #include "app/panels/live_panel.h"
 #include "app/panels/message_panel.h"
 #include "app/panels/pick_panel.h"
 #include "app/panels/profile_graphs.h"
+#include "app/panels/quantity_bar.h"
 #include "app/panels/run_bar.h"
 #include "app/panels/run_strip.h"
 #include "app/panels/track_panel.h"
@@ -93,6 +96,7 @@ void MainWindow::make_docks()
     docks_.add({"DisplayColourBars", tr("&Colour bars"), bars, {kRight, 90, true}, {kBottom, 500, true}});
     docks_.add({"DisplayLive", tr("&Live data"), panels_.live, {kRight, 100, true}, {kRight, 100, false}});
     docks_.add({"DisplayPicks", tr("&Picks"), panels_.picks, {kRight, 100, true, true}, {kRight, 110, true}});
+    docks_.add({"DisplayLines", tr("Survey &lines"), make_line_table(), {kBottom, 700, false}, {kBottom, 700, false}});
     docks_.add({"DisplayMessages",
                 tr("&Messages"),
                 new MessagePanel(log_, op_, this),
@@ -100,6 +104,19 @@ void MainWindow::make_docks()
                 {kBottom, 400, false}});
     setDockNestingEnabled(true);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+}
+
+QWidget* MainWindow::make_line_table()
+{
+    auto* const lines = new LineTablePanel;
+    connect(&view_, &SurveyView::values_changed, lines, [this, lines] {
+        if (!view_.is_running()) lines->show_lines(survey().processing);
+    });
+    connect(lines, &LineTablePanel::line_chosen, this, [this](std::int32_t first, std::int32_t last) {
+        view_.make_current(first + (last - first) / 2, Recentre::yes);
+    });
+    connect(lines, &LineTablePanel::export_wanted, this, [this] { export_line_table_file(survey(), op_); });
+    return lines;
 }
 
 // What does not fit goes into the bar's extension, from the right.
@@ -130,7 +147,7 @@ void MainWindow::make_toolbar()
     bar->addSeparator();
     add("menu_mark_anomaly", tr("Mark"), "Command_mark_anomaly_location");
     bar->addSeparator();
-    bar->addWidget(panels_.track->range_tools());
+    bar->addWidget(new QuantityBar(view_));
     icons_.set(*panels_.live->listen_button(), QStringLiteral("listen"));
 }
 

@@ -3,6 +3,7 @@
 #include "app/common/survey_export.h"
 #include "app/common/texts.h"
 #include "app/panels/live_panel.h"
+#include "app/panels/quantity_bar.h"
 #include "app/panels/track_panel.h"
 #include "app/window/help_pages.h"
 #include "app/window/main_window.h"
@@ -46,7 +47,9 @@ void MainWindow::make_menus()
                       {{"menu_definitions", tr("Survey &definitions..."), "Ctrl+D", Needs::idle,
                         [this] { session_.when_idle([this] { edit_definitions(); }); }},
                        {"menu_processing_parameters", tr("&Processing parameters..."), "Ctrl+T", Needs::idle,
-                        [this] { session_.when_idle([this] { edit_processing_parameters(); }); }}});
+                        [this] { session_.when_idle([this] { edit_processing_parameters(); }); }},
+                       {"menu_base_station", tr("&Base station..."), "", Needs::idle,
+                        [this] { session_.when_idle([this] { edit_base_station(); }); }}});
     actions_.add_menu("menu_run", tr("&Run"),
                       {{"menu_start_load", tr("Start &load"), "F5", Needs::idle,
                         [this] { press_start(StartButton::load_or_pause); }, tr("Load the file")},
@@ -117,6 +120,9 @@ void MainWindow::make_view_menu()
                            {"menu_fit_range", tr("&Fit the colour range"), "Ctrl+F", Needs::nothing,
                             [this] { view_.fit_range(); }, tr("Fit the colour range to the view")},
                            {}});
+    fill_quantity_menu(*menu.addMenu(tr("Displayed &quantity")), view_);
+    fill_colour_menu(*menu.addMenu(tr("Colour &map")), view_);
+    menu.addSeparator();
     docks_.add_actions(actions_, menu);
     menu.addSeparator();
     add_layout_menu(menu);
