@@ -18,6 +18,8 @@ RunBar::RunBar(IconSet& icons, QWidget* parent)
     start_[1] = make_start_button(StartButton::load_or_pause,
                                   tr("Read the whole file and draw at the end; during a run: pause or go on"));
     pace_->setObjectName(QStringLiteral("Combo_pace"));
+    pace_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    pace_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     pace_->setAccessibleName(tr("Pace of the replay"));
     pace_->setToolTip(tr("Pace of a replay: by the slider, or the data's own time, so many times as fast"));
     for (const char* const key : kReplayPaces) {
@@ -44,6 +46,7 @@ RunBar::RunBar(IconSet& icons, QWidget* parent)
     row->addWidget(start_[1]);
     row->addWidget(pace_);
     row->addWidget(speed_);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     show_controls({}, {});
     reset_speed();
 }
@@ -53,7 +56,8 @@ QPushButton* RunBar::make_start_button(StartButton index, const QString& tip)
     auto* const button = new QPushButton;
     button->setObjectName(QStringLiteral("Command_start_logging_%1").arg(static_cast<int>(index)));
     button->setToolTip(tip);
-    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(QStringLiteral("Resume Replay")) + 34);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(QStringLiteral("Resume Replay")) + 30);
     connect(button, &QPushButton::clicked, this, [this, index] { emit start_pressed(index); });
     return button;
 }

@@ -128,27 +128,38 @@ void MainWindow::make_toolbar()
     bar->setContextMenuPolicy(Qt::PreventContextMenu); // the bar is not to be hidden by a slip
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->setIconSize(QSize(16, 16));
-    const auto add = [&](const char* name, const QString& text, const char* button_name) {
+    const auto add = [&](const char* name, const QString& text, const char* button_name, const char* icon) {
         QAction& action = actions_.action(name);
+        icons_.set(action, QLatin1String(icon));
         action.setIconText(text);
         bar->addAction(&action);
         QWidget* const button = bar->widgetForAction(&action);
         button->setObjectName(QLatin1String(button_name));
         button->setFocusPolicy(Qt::TabFocus);
     };
-    add("menu_open", tr("Open"), "Command_open");
+    add("menu_open", tr("Open"), "Command_open", "open");
     bar->addWidget(panels_.run_bar);
     bar->addSeparator();
     bar->addWidget(panels_.live->listen_button());
-    add("menu_record_live", tr("Record"), "Command_record");
+    add("menu_record_live", tr("Record"), "Command_record", "record");
     bar->addSeparator();
     bar->addWidget(panels_.track->mode_tools());
     bar->addWidget(panels_.track->zoom_tools());
     bar->addSeparator();
-    add("menu_mark_anomaly", tr("Mark"), "Command_mark_anomaly_location");
+    add("menu_mark_anomaly", tr("Mark"), "Command_mark_anomaly_location", "mark");
     bar->addSeparator();
     bar->addWidget(new QuantityBar(view_));
     icons_.set(*panels_.live->listen_button(), QStringLiteral("listen"));
+    // The same picture for the same thing in the menus.
+    constexpr std::pair<const char*, const char*> kMenuIcons[] = {
+        {"menu_definitions", "definitions"}, {"menu_processing_parameters", "parameters"},
+        {"menu_start_load", "load"},         {"menu_start_replay", "replay"},
+        {"menu_pause", "pause"},             {"menu_stop", "stop"},
+        {"menu_display_pick_list", "picks"}, {"menu_undo_pick", "undo"},
+        {"menu_delete_pick", "delete"},      {"menu_whole_track", "whole"},
+        {"menu_play", "play"},               {"menu_fit_range", "fit"},
+        {"menu_show_DisplayMessages", "messages"}};
+    for (const auto& [action, icon] : kMenuIcons) icons_.set(actions_.action(action), QLatin1String(icon));
 }
 
 // Two lines at the window's bottom: what is at the pointer or the current point, with the sender's own words; and the

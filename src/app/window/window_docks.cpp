@@ -24,7 +24,7 @@ Qt::DockWidgetArea area_of(const DockPlace& place)
 
 QDockWidget& WindowDocks::add(const DockEntry& entry)
 {
-    auto* const dock = new QDockWidget(entry.title, &window_);
+    auto* const dock = new QDockWidget(QString(entry.title).remove(QLatin1Char('&')), &window_);
     dock->setObjectName(QLatin1String("Dock_") + QLatin1String(entry.name));
     dock->setWidget(entry.panel);
     window_.addDockWidget(area_of(entry.watch), dock);
@@ -37,6 +37,7 @@ void WindowDocks::add_actions(WindowActions& actions, QMenu& menu)
     for (const Added& added : added_) {
         QAction* const action = added.dock->toggleViewAction();
         action->setObjectName(QLatin1String("menu_show_") + QLatin1String(added.entry.name));
+        action->setText(added.entry.title);
         menu.addAction(action);
         actions.note_need(*action, Needs::nothing);
     }
