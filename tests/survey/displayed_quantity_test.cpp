@@ -15,13 +15,14 @@ SurveyState survey_of_slopes()
     definitions.number_of_sensors = 2;
     definitions.sensors.assign(3, {});
     FieldLocations locations;
+    locations.header_column_count = kElevation + 1;
     for (const int slot : {kTime, kEast, kNorth, kElevation}) locations.column[static_cast<std::size_t>(slot)] = slot;
     start_processing(survey.processing, definitions, locations, survey.parameters);
     reserve_records(store, 100);
     store.RecordCount = 100;
     for (std::int32_t record = 1; record <= 100; ++record) {
         store.distance[record] = record - 1;
-        store.record_time[record] = 45000 + record / 86400.0;
+        store.record_time[record] = record / 65536.0; // exact: all speeds are the same
         store.channels[kEast][record] = store.channels[kElevation][record] = record;
         store.channels[kNorth][record] = 0;
         store.sensors[1].averages[0][record] = 48000 + record;
@@ -39,9 +40,9 @@ TEST(DisplayedQuantity, BringsItsValuesRangeAndColours)
         const char* map;
         Colour tick;
     };
-    const Case cases[] = {{"total", {48004, 96196}, 48050, "survey", kWhite},
+    const Case cases[] = {{"total", {48004, 96192}, 48050, "survey", kWhite},
                           {"elevation", {2, 98}, 50, "survey", kWhite},
-                          {"speed", {0.5, 1.5}, 1, "survey", kWhite},
+                          {"speed", {65536 / 86400.0 - 0.5, 65536 / 86400.0 + 0.5}, 65536 / 86400.0, "survey", kWhite},
                           {"vertical", {-1, 1}, kNull, "blue-white-red", kGreen},
                           {"gradient", {0, 10}, kNull, "survey", kGreen}};
     SurveyState survey = survey_of_slopes();
