@@ -80,9 +80,9 @@ void HeaderBox::show_columns(const SurveyState& survey)
     }
     QStringList names;
     for (const std::string& name : survey.header_columns.names()) names += to_qt(name);
-    columns_->setToolTip(plain_tip(tr("The columns that are used, as a list. The file has %1: ")
-                                       .arg(survey.header_columns.count()) +
-                                   names.join(QStringLiteral(", "))));
+    columns_->setToolTip(
+        plain_tip(tr("The columns that are used, as a list. The file has %1: ").arg(survey.header_columns.count()) +
+                  names.join(QStringLiteral(", "))));
 }
 
 void HeaderBox::set_locked(bool locked)

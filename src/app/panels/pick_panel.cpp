@@ -12,8 +12,7 @@
 
 namespace tarvo {
 
-PickPanel::PickPanel(QWidget* parent)
-    : QWidget(parent), label_(new QLabel), picks_(new QComboBox)
+PickPanel::PickPanel(QWidget* parent) : QWidget(parent), label_(new QLabel), picks_(new QComboBox)
 {
     setObjectName(QStringLiteral("Frame_picks"));
     label_->setObjectName(QStringLiteral("Label_current_pick"));

@@ -19,8 +19,8 @@ public:
     explicit PickPanel(QWidget* parent = nullptr);
 
     void show_controls(const PickControls& controls);
-    void stop_moving();                  // the mouse button may be let go over another window
-    void set_moving_locked(bool locked); // by a run
+    void stop_moving();                      // the mouse button may be let go over another window
+    void set_moving_locked(bool locked);     // by a run
     void set_file_name(const QString& name); // of the pick file; empty: none
 
     QComboBox& pick_choice() { return *picks_; }

@@ -12,7 +12,8 @@ class QProgressBar;
 
 namespace tarvo {
 
-// Progress and counters of a run, on one line. Each number has a place of its own that is wide enough for a long survey.
+// Progress and counters of a run, on one line. Each number has a place of its own that is wide enough for a long
+// survey.
 class RunStrip : public QWidget {
     Q_OBJECT
 

@@ -151,14 +151,19 @@ void MainWindow::make_toolbar()
     bar->addWidget(new QuantityBar(view_));
     icons_.set(*panels_.live->listen_button(), QStringLiteral("listen"));
     // The same picture for the same thing in the menus.
-    constexpr std::pair<const char*, const char*> kMenuIcons[] = {
-        {"menu_definitions", "definitions"}, {"menu_processing_parameters", "parameters"},
-        {"menu_start_load", "load"},         {"menu_start_replay", "replay"},
-        {"menu_pause", "pause"},             {"menu_stop", "stop"},
-        {"menu_display_pick_list", "picks"}, {"menu_undo_pick", "undo"},
-        {"menu_delete_pick", "delete"},      {"menu_whole_track", "whole"},
-        {"menu_play", "play"},               {"menu_fit_range", "fit"},
-        {"menu_show_DisplayMessages", "messages"}};
+    constexpr std::pair<const char*, const char*> kMenuIcons[] = {{"menu_definitions", "definitions"},
+                                                                  {"menu_processing_parameters", "parameters"},
+                                                                  {"menu_start_load", "load"},
+                                                                  {"menu_start_replay", "replay"},
+                                                                  {"menu_pause", "pause"},
+                                                                  {"menu_stop", "stop"},
+                                                                  {"menu_display_pick_list", "picks"},
+                                                                  {"menu_undo_pick", "undo"},
+                                                                  {"menu_delete_pick", "delete"},
+                                                                  {"menu_whole_track", "whole"},
+                                                                  {"menu_play", "play"},
+                                                                  {"menu_fit_range", "fit"},
+                                                                  {"menu_show_DisplayMessages", "messages"}};
     for (const auto& [action, icon] : kMenuIcons) icons_.set(actions_.action(action), QLatin1String(icon));
 }
 

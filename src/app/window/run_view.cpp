@@ -1,9 +1,9 @@
 #include "app/window/run_view.h"
 
 #include "app/common/texts.h"
-#include "app/panels/header_box.h"
 #include "app/panels/colour_bar_panel.h"
 #include "app/panels/dial_panel.h"
+#include "app/panels/header_box.h"
 #include "app/panels/pick_panel.h"
 #include "app/panels/profile_graphs.h"
 #include "app/panels/run_bar.h"

@@ -49,8 +49,7 @@ void WindowDocks::arrange(ReadyLayout layout)
     DockRow right;
     DockRow bottom;
     for (const Added& added : added_) {
-        const DockPlace& place =
-            layout == ReadyLayout::survey_watch ? added.entry.watch : added.entry.interpretation;
+        const DockPlace& place = layout == ReadyLayout::survey_watch ? added.entry.watch : added.entry.interpretation;
         DockRow& row = place.area == DockPlace::Area::right ? right : bottom;
         added.dock->setFloating(false);
         window_.addDockWidget(area_of(place), added.dock);
