@@ -8,7 +8,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
-#include <QProgressBar>
 #include <QSlider>
 #include <QUrl>
 
@@ -32,7 +31,8 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
     EXPECT_TRUE(control<QAbstractButton>("Command_mark_anomaly_location").isEnabled());
     CoreLoad core(file);
     EXPECT_EQ(stored_samples(window.survey().processing), stored_samples(core.session.survey.processing));
-    EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(), QStringLiteral("5,000 lines, 455 samples"));
+    EXPECT_EQ(control<QLabel>("Text_num_lines_read").text(), QStringLiteral("5,000"));
+    EXPECT_EQ(control<QLabel>("Text_num_data").text(), QStringLiteral("455"));
 
     TrackImage& image = core.session.survey.track_image;
     const TrackImage& shown = window.survey().track_image;

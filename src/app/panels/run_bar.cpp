@@ -35,7 +35,7 @@ RunBar::RunBar(IconSet& icons, QWidget* parent)
     speed_->setRange(0, 100);
     speed_->setPageStep(10);
     speed_->setFocusPolicy(Qt::StrongFocus);
-    speed_->setFixedWidth(80);
+    speed_->setFixedWidth(60);
     speed_->setToolTip(tr("Speed of the replay: to the right faster, at the end without any delay"));
     connect(speed_, &QSlider::valueChanged, this, &RunBar::speed_changed);
 
@@ -57,7 +57,7 @@ QPushButton* RunBar::make_start_button(StartButton index, const QString& tip)
     button->setObjectName(QStringLiteral("Command_start_logging_%1").arg(static_cast<int>(index)));
     button->setToolTip(tip);
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(QStringLiteral("Resume Replay")) + 30);
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(QStringLiteral("Resume Replay")) + 26);
     connect(button, &QPushButton::clicked, this, [this, index] { emit start_pressed(index); });
     return button;
 }

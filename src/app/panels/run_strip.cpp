@@ -43,7 +43,7 @@ RunStrip::RunStrip(QWidget* parent) : QWidget(parent), progress_(new QProgressBa
         add_counter(*row, QStringLiteral("Text_num_not_averaged"), tr("not averaged"),
                     tr("Lines not averaged: valid ones that closed a bin and went into none, see Corrections "
                        "in the processing parameters"));
-    line_ = add_counter(*row, QStringLiteral("Text_current_line"), tr("survey line"), tr("The current survey line"));
+    line_ = add_counter(*row, QStringLiteral("Text_current_line"), {}, tr("The current survey line"));
     show_counters({});
 }
 
@@ -59,11 +59,12 @@ QLabel* RunStrip::add_counter(QHBoxLayout& row, const QString& name, const QStri
     QFont bold = value->font();
     bold.setBold(true);
     value->setFont(bold);
-    value->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(QStringLiteral("000,000")));
+    value->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(QStringLiteral("00,000")));
+    row.addWidget(value);
+    if (caption.isEmpty()) return value;
     auto* const label = new QLabel(caption);
     label->setTextFormat(Qt::PlainText);
     label->setToolTip(tip);
-    row.addWidget(value);
     row.addWidget(label);
     return value;
 }
@@ -75,7 +76,8 @@ void RunStrip::show_numbers(const RunCounters& counters)
     rejected_->setText(count_text(counters.lines_rejected));
     not_averaged_->setText(count_text(counters.lines_not_averaged));
     const bool has_line = is_valid_channel(counters.current_line_number);
-    line_->setText(has_line ? to_qt(format_fixed(counters.current_line_number, 0)) : QStringLiteral("\u2013"));
+    line_->setText(tr("line %1").arg(has_line ? to_qt(format_fixed(counters.current_line_number, 0))
+                                              : QStringLiteral("\u2013")));
 }
 
 void RunStrip::show_counters(const RunCounters& counters)
@@ -94,8 +96,7 @@ void RunStrip::show_counters(const RunCounters& counters)
 void RunStrip::show_totals(const RunCounters& totals)
 {
     show_numbers(totals);
-    progress_->setFormat(
-        tr("%1 lines, %2 samples").arg(count_text(totals.lines_read), count_text(totals.samples_stored)));
+    progress_->setFormat(tr("finished"));
 }
 
 } // namespace tarvo

@@ -101,7 +101,7 @@ void TrackPanel::make_zoom_tools()
     }
     zoom_->setToolTip(tr("Zoom, 100% to 10000%; a chosen one is centred on the current point"));
     zoom_->setAccessibleName(tr("Zoom"));
-    zoom_->setMinimumContentsLength(7);
+    zoom_->setMinimumContentsLength(6);
     connect(zoom_, &QComboBox::textActivated, this, &TrackPanel::choose_zoom);
     connect(zoom_->lineEdit(), &QLineEdit::textEdited, &view_, &SurveyView::change_zoom);
     connect(zoom_->lineEdit(), &QLineEdit::returnPressed, track_, qOverload<>(&QWidget::setFocus));
@@ -117,6 +117,8 @@ void TrackPanel::make_zoom_tools()
     connect(stop_key_, &QShortcut::activated, this, &TrackPanel::toggle_playing);
 
     icons_.set(*play_, QStringLiteral("play"));
+    play_->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    play_->setAccessibleName(tr("Play along the track"));
     zoom_tools_ = in_a_row({zoom_, play_});
 }
 

@@ -180,8 +180,9 @@ void MainWindow::make_strip()
     readings->addWidget(pointed_, 2);
     readings->addWidget(sender_text_, 1);
     auto* const state = new QHBoxLayout;
-    state->addWidget(panels_.header, 3);
-    state->addWidget(panels_.run_strip, 4);
+    state->setSpacing(8);
+    state->addWidget(panels_.header, 1);
+    state->addWidget(panels_.run_strip, 1);
     state->addWidget(panels_.live->status_label());
     state->addWidget(panels_.live->recording_label());
     auto* const strip = new QWidget;
@@ -250,9 +251,11 @@ void MainWindow::add_layout_menu(QMenu& menu)
 void MainWindow::read_layout()
 {
     resize(1280, 720);
-    docks_.arrange(ReadyLayout::survey_watch);
     restoreGeometry(stored_bytes("FormSize"));
-    restoreState(stored_bytes("Layout"), kLayoutVersion);
+    docks_.arrange(ReadyLayout::survey_watch); // shows and hides; the sizes count once the window is on the screen
+    if (!restoreState(stored_bytes("Layout"), kLayoutVersion)) {
+        QTimer::singleShot(0, this, [this] { docks_.arrange(ReadyLayout::survey_watch); });
+    }
 }
 
 void MainWindow::keep_layout()
