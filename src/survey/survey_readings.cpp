@@ -1,6 +1,7 @@
 #include "survey/survey_readings.h"
 
 #include "processing/fixed_time.h"
+#include "text/civil_date.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -11,8 +12,9 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kListedSensors = 4; // of a text of one line
-constexpr int kListedLines = 5;   // likewise
+constexpr std::int64_t kLongestSpanOfDays = 700'000; // from 1970, either way, that the calendar surely has
+constexpr int kListedSensors = 4;                    // of a text of one line
+constexpr int kListedLines = 5;                      // likewise
 
 double sample_total_field(const ProcessingPlan& plan, std::size_t sensor, const CurrentSample& sample)
 {
@@ -61,6 +63,14 @@ std::string time_of_day_text(double date_time)
                   static_cast<int>(tenths / 600 % 60), static_cast<int>(tenths / 10 % 60),
                   static_cast<int>(tenths % 10));
     return text;
+}
+
+// The date where the data have one: clock times alone count from 1970-01-01.
+std::string date_time_text(double date_time)
+{
+    const auto day = static_cast<std::int64_t>(std::floor(date_time - kDaysTo1970));
+    const std::string clock = time_of_day_text(date_time);
+    return day == 0 || std::abs(day) > kLongestSpanOfDays ? clock : civil_date_text(date_of_day(day)) + ' ' + clock;
 }
 
 std::string line_name(const SurveyLines& lines, std::int32_t line)
@@ -128,7 +138,7 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
     const double number = line > 0 ? survey.processing.lines.LineNumbers[line] : kNull;
     if (is_valid_channel(number)) text += "   line " + format_fixed(number, 0);
     // Without a Time column the stored times only count the data lines.
-    text += "   " + (survey.processing.plan.has_time ? time_of_day_text(track.time[record]) : "--:--:--");
+    text += "   " + (survey.processing.plan.has_time ? date_time_text(track.time[record]) : "--:--:--");
     for (int sensor = 1; sensor <= std::min(store.number_of_sensors(), kListedSensors); ++sensor) {
         text += sensor_text(store, sensor, record);
     }

@@ -76,8 +76,8 @@ void RunStrip::show_numbers(const RunCounters& counters)
     rejected_->setText(count_text(counters.lines_rejected));
     not_averaged_->setText(count_text(counters.lines_not_averaged));
     const bool has_line = is_valid_channel(counters.current_line_number);
-    line_->setText(tr("line %1").arg(has_line ? to_qt(format_fixed(counters.current_line_number, 0))
-                                              : QStringLiteral("\u2013")));
+    line_->setText(
+        tr("line %1").arg(has_line ? to_qt(format_fixed(counters.current_line_number, 0)) : QStringLiteral("\u2013")));
 }
 
 void RunStrip::show_counters(const RunCounters& counters)

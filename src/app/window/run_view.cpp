@@ -138,7 +138,8 @@ void RunView::refresh_frame()
     if (has_new_samples_) {
         has_new_samples_ = false;
         view_.show_newest();
-        if (!is_load_) emit point_text_changed(to_qt(record_text(session_.survey, session_.survey.processing.store.RecordCount)));
+        if (!is_load_)
+            emit point_text_changed(to_qt(record_text(session_.survey, session_.survey.processing.store.RecordCount)));
     }
     if (has_new_readings_) {
         has_new_readings_ = false;
