@@ -61,8 +61,9 @@ CurrentSample dial_readings(const SampleProcessing& run)
 
 } // namespace
 
-LoggingDriver::LoggingDriver(SurveyState& survey, PickWorkflow& pick_work, Operator& op, RunDisplay& display)
-    : survey_(survey), pick_work_(pick_work), op_(op), display_(display)
+LoggingDriver::LoggingDriver(SurveyState& survey, PickWorkflow& pick_work, Operator& op, RunDisplay& display,
+                             std::function<ReplayClock::time_point()> clock)
+    : survey_(survey), pick_work_(pick_work), op_(op), display_(display), clock_(std::move(clock))
 {
 }
 
@@ -224,10 +225,11 @@ int LoggingDriver::process_input_data()
 int LoggingDriver::read_lines()
 {
     const BusyFlag busy(looping_);
+    pace_.restart();
     try {
         while (source_ && !state().run_paused && !state().stop_requested) {
             if (take_next_line(*source_) == SurveySource::Outcome::end) return kEndOfData;
-            if (state().replay_running && replay_delay_ >= 1) display_.wait(replay_delay_);
+            if (state().replay_running) wait_in_replay();
             display_.process_events(counters());
         }
     } catch (const std::exception& fault) {
@@ -235,6 +237,14 @@ int LoggingDriver::read_lines()
         return -1;
     }
     return 0;
+}
+
+void LoggingDriver::wait_in_replay()
+{
+    pace_.choose(pace_of_text(survey_.run_settings.ReplayPace));
+    const int pause =
+        pace_.keeps_time() ? pace_.wait_behind(survey_.processing.sample.SampleTime, clock_()) : replay_delay_;
+    if (pause >= 1) display_.wait(pause);
 }
 
 int LoggingDriver::process_input_data(std::string_view line)
@@ -336,7 +346,7 @@ void LoggingDriver::stop_data_logging()
     shown.current_line_number = counters().current_line_number;
     display_.show_counters(shown);
     controls_.start_caption = "Start replay";
-    controls_.pause_caption = "Pause replay";
+    controls_.pause_caption = "Start load"; // what a press then does
     show_controls();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "intake/replay_pace.h"
 #include "intake/run_phase.h"
 #include "intake/survey_source.h"
 #include "picks/pick_workflow.h"
@@ -8,6 +9,7 @@
 #include "survey/survey_state.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -23,7 +25,8 @@ enum class StartButton : int { replay_or_stop = 0, load_or_pause = 1 };
 // called from within another: a press during the loop only notes what is wanted, and the loop acts on it.
 class LoggingDriver {
 public:
-    LoggingDriver(SurveyState& survey, PickWorkflow& pick_work, Operator& op, RunDisplay& display);
+    LoggingDriver(SurveyState& survey, PickWorkflow& pick_work, Operator& op, RunDisplay& display,
+                  std::function<ReplayClock::time_point()> clock = ReplayClock::now);
 
     RunPhase phase() const { return phase_; }
     RunFlags state() const { return flags_of(phase_); }
@@ -78,6 +81,7 @@ private:
     SurveySource::Outcome take_next_line(SurveySource& source);
     int process_line(std::string_view line);
     void refuse_line();
+    void wait_in_replay();
     void warn_of_field_count(std::string_view line);
     void show_newest_sample(std::int32_t records_before);
     bool open_data_file();
@@ -93,6 +97,8 @@ private:
     LiveFeed feed_;
     int line_status_ = 0;  // of the line taken last: 0, or -1 when it was refused
     int replay_delay_ = 0; // milliseconds
+    ReplayPace pace_;
+    std::function<ReplayClock::time_point()> clock_;
     bool first_line_checked_ = false;
     bool starting_ = false; // start_run prepares a run further up the call stack, also while it clears the displays
     bool looping_ = false;  // so does read_lines its work, also when an event has ended the run under it

@@ -276,6 +276,12 @@ constexpr Setting kSettings[] = {
      .unit = "m",
      .help = "A pick farther from the track stays where it was marked, with a dashed ring",
      .limits = at_least(0)},
+    {.key = "ReplayPace",
+     .place = [](S& s) { return Place(&s.run_settings.ReplayPace); },
+     .caption = "Pace of replays",
+     .help = "Slider: by the speed beside the start buttons; else the data's own time, so many times as fast, a gap of "
+             "over 10 s cut to 1 s",
+     .choices = kReplayPaces},
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "processing/fixed_time.h"
 #include "survey/line_table.h"
+#include "text/civil_date.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -12,8 +13,9 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kListedSensors = 4; // of a text of one line
-constexpr int kListedLines = 5;   // likewise
+constexpr std::int64_t kLongestSpanOfDays = 700'000; // from 1970, either way, that the calendar surely has
+constexpr int kListedSensors = 4;                    // of a text of one line
+constexpr int kListedLines = 5;                      // likewise
 
 double sample_total_field(const ProcessingPlan& plan, std::size_t sensor, const CurrentSample& sample)
 {
@@ -62,6 +64,14 @@ std::string time_of_day_text(double date_time)
                   static_cast<int>(tenths / 600 % 60), static_cast<int>(tenths / 10 % 60),
                   static_cast<int>(tenths % 10));
     return text;
+}
+
+// The date where the data have one: clock times alone count from 1970-01-01.
+std::string date_time_text(double date_time)
+{
+    const auto day = static_cast<std::int64_t>(std::floor(date_time - kDaysTo1970));
+    const std::string clock = time_of_day_text(date_time);
+    return day == 0 || std::abs(day) > kLongestSpanOfDays ? clock : civil_date_text(date_of_day(day)) + ' ' + clock;
 }
 
 std::string line_name(const SurveyLines& lines, std::int32_t line)
@@ -131,7 +141,7 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
     const double spacing = distance_to_other_line(survey.processing, record);
     if (is_valid_channel(spacing)) text += "   next line " + format_fixed(spacing, 1) + " m off";
     // Without a Time column the stored times only count the data lines.
-    text += "   " + (survey.processing.plan.has_time ? time_of_day_text(track.time[record]) : "--:--:--");
+    text += "   " + (survey.processing.plan.has_time ? date_time_text(track.time[record]) : "--:--:--");
     for (int sensor = 1; sensor <= std::min(store.number_of_sensors(), kListedSensors); ++sensor) {
         text += sensor_text(store, sensor, record);
     }

@@ -6,8 +6,8 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMimeData>
-#include <QProgressBar>
 #include <QSlider>
 #include <QUrl>
 
@@ -31,7 +31,8 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
     EXPECT_TRUE(control<QAbstractButton>("Command_mark_anomaly_location").isEnabled());
     CoreLoad core(file);
     EXPECT_EQ(stored_samples(window.survey().processing), stored_samples(core.session.survey.processing));
-    EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(), QStringLiteral("5,000 lines, 455 samples"));
+    EXPECT_EQ(control<QLabel>("Text_num_lines_read").text(), QStringLiteral("5,000"));
+    EXPECT_EQ(control<QLabel>("Text_num_data").text(), QStringLiteral("455"));
 
     TrackImage& image = core.session.survey.track_image;
     const TrackImage& shown = window.survey().track_image;
@@ -228,7 +229,9 @@ TEST_F(WindowTest, HintsInsteadOfBoxes)
     folder.write("a.def", definitions);
     window.open_file(file);
     ASSERT_NE(window.findChild<QWidget*>(QStringLiteral("Hint_columns")), nullptr);
-    EXPECT_TRUE(control<QLabel>("Label_columns").text().startsWith(QStringLiteral("Missing: MAG_7 (sensor 1).")));
+    EXPECT_EQ(caption("Command_columns"), QStringLiteral("4 columns, 1 missing"));
+    EXPECT_EQ(control<QMenu>("menu_columns").actions().constFirst()->text(),
+              QStringLiteral("Missing: sensor 1: MAG_7"));
 }
 
 TEST_F(WindowTest, RefusalsAreShownAndLeaveTheWindowIdle)

@@ -1,3 +1,4 @@
+#include "app/panels/hint_bar.h"
 #include "app/panels/sensor_colours.h"
 #include "window_fixture.h"
 
@@ -5,7 +6,6 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QScrollBar>
-#include <QSplitter>
 #include <QWheelEvent>
 
 namespace tarvo {
@@ -186,18 +186,37 @@ TEST_F(LoadedWindowTest, ExportsEqualTheCores)
 
 TEST_F(LoadedWindowTest, LayoutIsKeptFromOneStartToTheNext)
 {
-    control<QAction>("menu_show_DisplayDials").setChecked(false);
-    control<QSplitter>("Splitter_columns").setSizes({700, 560});
-    const QList<int> sizes = control<QSplitter>("Splitter_columns").sizes();
+    control<QAction>("menu_layout_interpretation").trigger();
+    control<QAction>("menu_show_DisplayPicks").trigger();
+    window.resize(1200, 700);
+    QApplication::processEvents();
+    const QSize graphs = control<QWidget>("Dock_DisplayGraphs").size();
     window.close();
 
     MainWindow next(settings, &op);
     next.show();
     QApplication::processEvents();
+    const auto dock = [&next](const char* name) { return next.findChild<QWidget*>(QLatin1String(name)); };
     EXPECT_EQ(next.size(), window.size());
-    EXPECT_EQ(next.findChild<QSplitter*>(QStringLiteral("Splitter_columns"))->sizes(), sizes);
-    EXPECT_FALSE(next.findChild<QWidget*>(QStringLiteral("Frame_dials"))->isVisible());
-    EXPECT_TRUE(next.findChild<QWidget*>(QStringLiteral("Frame_profiles"))->isVisible());
+    EXPECT_EQ(dock("Dock_DisplayGraphs")->size(), graphs);
+    EXPECT_FALSE(dock("Dock_DisplayPicks")->isVisible());
+    next.actions().action("menu_layout_reset").trigger();
+    EXPECT_TRUE(dock("Dock_DisplayDials")->isVisible());
+}
+
+TEST_F(LoadedWindowTest, TheTrackHasItsRoomInAWatch)
+{
+    window.resize(1280, 720);
+    control<QAction>("menu_layout_watch").trigger();
+    QApplication::processEvents();
+    EXPECT_GE(track().width() * track().height(), 0.6 * 1280 * 720);
+    window.resize(1024, 700);
+    QApplication::processEvents();
+    EXPECT_EQ(window.size(), QSize(1024, 700)) << "nothing keeps it wider";
+    const QSize before = track().size();
+    control<HintBar>("Frame_hints").show_hint(QStringLiteral("long"), QString(400, QLatin1Char('x')));
+    QApplication::processEvents();
+    EXPECT_EQ(track().size(), before) << "a hint pushes nothing";
 }
 
 TEST_F(LoadedWindowTest, EveryControlHasATooltipAndFits)

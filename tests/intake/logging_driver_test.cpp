@@ -59,7 +59,7 @@ TEST_F(DriverTest, ALoadStoresEverythingAndDrawsAtTheEnd)
     // counters go back to 0.
     ASSERT_GE(display.controls.size(), 3U);
     EXPECT_EQ(display.controls.back().start_caption, "Start replay");
-    EXPECT_EQ(display.controls.back().pause_caption, "Pause replay");
+    EXPECT_EQ(display.controls.back().pause_caption, "Start load");
     EXPECT_TRUE(display.controls.back().file_controls_enabled);
     const RunControls& finishing = display.controls[display.controls.size() - 2];
     EXPECT_FALSE(finishing.start_enabled || finishing.file_controls_enabled || finishing.pick_list_enabled);

@@ -38,28 +38,6 @@ void export_file(const ExportFormat& format, const SurveyState& survey, Operator
     write_export(format, request, *file_name, op);
 }
 
-void export_line_table_file(const SurveyState& survey, Operator& op)
-{
-    const std::optional<std::string> file_name =
-        op.choose_file_to_create({"Export the table of survey lines", "CSV files|*.csv|All files (*.*)|*.*",
-                                  offered_name(survey, "_line_table.csv"), "csv"});
-    if (!file_name) return;
-    write_product("table of survey lines", op,
-                  [&] { replace_file(*file_name, line_table_csv(line_summaries(survey.processing))); });
-}
-
-void export_grid_file(const SurveyState& survey, Operator& op)
-{
-    const std::optional<std::string> file_name = op.choose_file_to_create(
-        {"Export the grid", "ESRI ASCII grids|*.asc|All files (*.*)|*.*", offered_name(survey, "_grid.asc"), "asc"});
-    if (!file_name) return;
-    write_product("grid", op, [&] {
-        FileReplacement file(*file_name);
-        export_ground_grid(survey, [&file](std::string_view text) { file.write(text); });
-        file.commit();
-    });
-}
-
 void export_track_file(const SurveyState& survey, Operator& op)
 {
     const ExportFormat picture = {"track", ExportSubject::samples, "track image", "", "_track.png", "PNG files", "png",

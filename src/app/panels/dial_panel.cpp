@@ -27,7 +27,7 @@ DialPanel::DialPanel(QWidget* parent) : QWidget(parent), grid_(new QGridLayout(t
     setObjectName(QStringLiteral("Frame_dials"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     grid_->setContentsMargins(6, 4, 6, 4);
-    grid_->setHorizontalSpacing(10);
+    grid_->setHorizontalSpacing(4);
     grid_->setVerticalSpacing(4);
     for (int column = 0; column < kDialColumns; ++column) grid_->setColumnStretch(column, 1);
     heading_ = add_dial(QStringLiteral("Dial_heading"), tr("Heading"), tr("Heading of the fish, degrees"));
@@ -49,7 +49,7 @@ QLabel* DialPanel::add_dial(const QString& name, const QString& caption, const Q
     value->setObjectName(name);
     value->setTextInteractionFlags(Qt::TextSelectableByMouse);
     QFont large = value->font();
-    large.setPointSizeF(large.pointSizeF() * 1.25);
+    large.setPointSizeF(large.pointSizeF() * 1.15);
     large.setBold(true);
     value->setFont(large);
     auto* const column = new QVBoxLayout(dial);

@@ -2,12 +2,15 @@
 
 #include "app/common/texts.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace tarvo {
 
@@ -19,10 +22,29 @@ HintBar::HintBar(QWidget* parent) : QFrame(parent), layout_(new QVBoxLayout(this
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::ToolTipBase);
     setForegroundRole(QPalette::ToolTipText);
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     layout_->setContentsMargins(6, 2, 6, 2);
     layout_->setSpacing(2);
     hide();
+    parent->installEventFilter(this);
+}
+
+bool HintBar::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Resize) lie_on_upper_edge();
+    return QFrame::eventFilter(watched, event);
+}
+
+bool HintBar::event(QEvent* event)
+{
+    if (event->type() == QEvent::LayoutRequest) lie_on_upper_edge(); // a hint has come, changed or gone
+    return QFrame::event(event);
+}
+
+void HintBar::lie_on_upper_edge()
+{
+    const int width = parentWidget()->width();
+    const int height = layout_->hasHeightForWidth() ? layout_->heightForWidth(width) : sizeHint().height();
+    setGeometry(0, 0, width, std::min(height, parentWidget()->height()));
 }
 
 void HintBar::show_hint(const QString& name, const QString& text, const Action& action)
@@ -66,7 +88,9 @@ void HintBar::show_hint(const QString& name, const QString& text, const Action& 
     line->addWidget(close);
     layout_->addWidget(row);
     rows_.emplace(name, row);
+    lie_on_upper_edge();
     show();
+    raise();
 }
 
 void HintBar::clear_hints()

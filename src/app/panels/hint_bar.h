@@ -15,7 +15,8 @@ class HintBar : public QFrame {
     Q_OBJECT
 
 public:
-    explicit HintBar(QWidget* parent = nullptr);
+    // Lies over the upper edge of its parent, and pushes nothing.
+    explicit HintBar(QWidget* parent);
 
     struct Action {
         QString caption;
@@ -25,7 +26,13 @@ public:
     void show_hint(const QString& name, const QString& text, const Action& action = {});
     void clear_hints();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool event(QEvent* event) override;
+
 private:
+    void lie_on_upper_edge();
+
     std::map<QString, QWidget*> rows_;
     QVBoxLayout* layout_;
 };

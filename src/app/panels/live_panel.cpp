@@ -7,14 +7,13 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStandardPaths>
-#include <QToolButton>
+#include <QVBoxLayout>
 
 namespace tarvo {
 
@@ -23,8 +22,7 @@ namespace {
 constexpr int kStatusInterval = 250;   // milliseconds
 constexpr int kMostEchoLines = 500;    // the oldest go first
 constexpr int kMostEchoedBytes = 4096; // of one message
-constexpr int kEchoLinesShown = 4;
-constexpr int kButtonWidth = 116;
+constexpr int kEchoLinesShown = 3;     // at least
 constexpr int kMostMessageText = 2000;
 
 // Bytes of any kind on one line of the screen.
@@ -48,6 +46,7 @@ void show_alarm(QLabel& label, bool alarmed)
 
 void LiveOperator::show_message(const std::string& text)
 {
+    if (take_message && take_message(text)) return;
     const QString message = to_qt(text).left(kMostMessageText);
     if (box_ != nullptr) { // the newest stands first, so that nothing before it can hide it
         const QString shown = box_->text();
@@ -66,7 +65,7 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
       pipe_([this](std::span<const std::byte> request) { return requests_.handle_request(request); },
             [this] { return requests_.lines_are_kept(); }),
       requests_(survey, driver, op_, pipe_.server(), *this), button_(new QPushButton(tr("Listen for UDP"))),
-      status_(new QLabel), recording_(new QLabel), echo_switch_(new QToolButton), echo_(new QPlainTextEdit),
+      status_(new QLabel), recording_(new QLabel), echo_(new QPlainTextEdit),
       record_(new QAction(tr("Record li&ve data"), this)),
       choose_folder_(new QAction(tr("&Folder for live data..."), this))
 {
@@ -76,39 +75,25 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
     status_->setObjectName(QStringLiteral("Label_live_status"));
     recording_->setObjectName(QStringLiteral("Label_recording"));
     for (QLabel* const label : {status_, recording_}) label->setTextFormat(Qt::PlainText);
-    recording_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    recording_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     echo_->setObjectName(QStringLiteral("RichTextBox_pipe"));
     echo_->setReadOnly(true);
     echo_->setUndoRedoEnabled(false);
     echo_->setLineWrapMode(QPlainTextEdit::NoWrap);
     echo_->setMaximumBlockCount(kMostEchoLines);
     echo_->setPlaceholderText(tr("What senders say about their data appears here"));
-    echo_->setFixedHeight(echo_->fontMetrics().lineSpacing() * (kEchoLinesShown + 1));
-    echo_switch_->setObjectName(QStringLiteral("Check_echo"));
-    echo_switch_->setText(tr("Requests"));
-    echo_switch_->setToolTip(tr("Shows what senders say about their data"));
-    echo_switch_->setCheckable(true);
-    echo_switch_->setChecked(true);
+    echo_->setAccessibleName(tr("Requests of senders"));
+    echo_->setMinimumHeight(echo_->fontMetrics().lineSpacing() * kEchoLinesShown);
     record_->setObjectName(QStringLiteral("menu_record_live"));
     record_->setCheckable(true);
     record_->setChecked(stored("RecordLive") != QLatin1String("0"));
     choose_folder_->setObjectName(QStringLiteral("menu_record_folder"));
 
-    auto* const row = new QHBoxLayout;
-    button_->setMinimumWidth(kButtonWidth); // as wide as the start buttons above it
-    row->addWidget(button_);
-    row->addWidget(status_);
-    row->addWidget(recording_, 1);
-    row->addWidget(echo_switch_);
+    button_->setMinimumWidth(button_->fontMetrics().horizontalAdvance(QStringLiteral("Close UDP Pipe")) + 34);
     auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(4, 0, 4, 0);
-    layout->setSpacing(2);
-    layout->addLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(echo_);
 
     connect(button_, &QPushButton::clicked, this, &LivePanel::press);
-    connect(echo_switch_, &QToolButton::toggled, this, &LivePanel::show_echo_box);
     connect(record_, &QAction::toggled, this, [this](bool wanted) {
         settings_.write(kSettingsApplication, kSettingsSection, "RecordLive", wanted ? "1" : "0");
         take_recording_choice();
@@ -118,7 +103,6 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
         requests_.look_after();
         show_status();
     });
-    show_echo_box();
     show_status();
 }
 
@@ -136,7 +120,6 @@ void LivePanel::press()
         warn_of_missing_folder();
     }
     if (!requests_.Command_UDP_receive()) emit postponed();
-    show_echo_box();
     show_status();
     if (requests_.is_listening()) status_timer_.start(kStatusInterval);
 }
@@ -215,13 +198,6 @@ void LivePanel::show_recording(bool is_lost)
                                ? tr("This run reaches no disk: choose another folder with File > Folder for live data")
                                : QString());
     show_alarm(*recording_, is_lost);
-}
-
-void LivePanel::show_echo_box()
-{
-    const bool useful = requests_.is_listening() || !echo_->document()->isEmpty();
-    echo_switch_->setVisible(useful);
-    echo_->setVisible(useful && echo_switch_->isChecked());
 }
 
 void LivePanel::choose_recording_folder()

@@ -15,7 +15,6 @@ class QMenu;
 class QMessageBox;
 class QPlainTextEdit;
 class QPushButton;
-class QToolButton;
 
 namespace tarvo {
 
@@ -46,6 +45,12 @@ public:
     LiveRequests& requests() { return requests_; }
     LiveOperator& op() { return op_; }
     void add_actions(QMenu& file_menu);
+
+    // What stands elsewhere in the window, which takes them over: in the tool bar, and on the strip at its bottom.
+    QPushButton* listen_button() { return button_; }
+    QAction* record_action() { return record_; }
+    QLabel* status_label() { return status_; }
+    QLabel* recording_label() { return recording_; }
     void press(); // what the listen/close button does
 
     // To be asked before the program ends. False: the disk has not taken all recorded lines; a box says so and offers
@@ -66,7 +71,6 @@ private:
 
     void show_status();
     void show_recording(bool is_lost);
-    void show_echo_box();
     void choose_recording_folder();
     void take_recording_choice();
     void warn_of_missing_folder();
@@ -81,7 +85,6 @@ private:
     QPushButton* button_;
     QLabel* status_;
     QLabel* recording_;
-    QToolButton* echo_switch_;
     QPlainTextEdit* echo_;
     QAction* record_;
     QAction* choose_folder_;

@@ -8,17 +8,13 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QVBoxLayout>
 
 namespace tarvo {
 
-PickPanel::PickPanel(QWidget* parent)
-    : QWidget(parent), mark_(new QPushButton(tr("Mark pick"))), label_(new QLabel), picks_(new QComboBox)
+PickPanel::PickPanel(QWidget* parent) : QWidget(parent), label_(new QLabel), picks_(new QComboBox)
 {
     setObjectName(QStringLiteral("Frame_picks"));
-    mark_->setObjectName(QStringLiteral("Command_mark_anomaly_location"));
-    mark_->setToolTip(tr("Mark an anomaly at the current point, or at the newest one while a run goes on (M)"));
-    connect(mark_, &QPushButton::clicked, this, &PickPanel::mark_pressed);
-
     label_->setObjectName(QStringLiteral("Label_current_pick"));
     label_->setTextFormat(Qt::PlainText);
     picks_->setObjectName(QStringLiteral("Combo_current_pick"));
@@ -29,15 +25,16 @@ PickPanel::PickPanel(QWidget* parent)
     picks_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     connect(picks_, &QComboBox::activated, this, [this](int position) { emit pick_chosen(position + 1); });
 
-    auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(4, 0, 4, 0);
-    row->setSpacing(6);
-    row->addWidget(mark_);
-    row->addSpacing(8);
-    row->addWidget(label_);
-    row->addWidget(picks_);
-    row->addWidget(make_actions());
-    row->addWidget(make_moving(), 1);
+    auto* const choice = new QHBoxLayout;
+    choice->addWidget(label_);
+    choice->addWidget(picks_, 1);
+    choice->addWidget(make_actions());
+    auto* const rows = new QVBoxLayout(this);
+    rows->setContentsMargins(4, 4, 4, 4);
+    rows->setSpacing(4);
+    rows->addLayout(choice);
+    rows->addWidget(make_moving());
+    rows->addStretch(1);
     show_controls({});
 }
 
@@ -105,11 +102,6 @@ void PickPanel::stop_moving()
     shift_->setEnabled(false); // ends what the pressed arrow goes on repeating
     shift_->setEnabled(true);
     if (has_focus) shift_->setFocus();
-}
-
-void PickPanel::set_marking_enabled(bool enabled)
-{
-    mark_->setEnabled(enabled);
 }
 
 void PickPanel::set_file_name(const QString& name)

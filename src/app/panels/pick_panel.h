@@ -7,7 +7,6 @@
 class QComboBox;
 class QHBoxLayout;
 class QLabel;
-class QPushButton;
 class QScrollBar;
 
 namespace tarvo {
@@ -20,15 +19,13 @@ public:
     explicit PickPanel(QWidget* parent = nullptr);
 
     void show_controls(const PickControls& controls);
-    void stop_moving();                  // the mouse button may be let go over another window
-    void set_moving_locked(bool locked); // by a run
-    void set_marking_enabled(bool enabled);
+    void stop_moving();                      // the mouse button may be let go over another window
+    void set_moving_locked(bool locked);     // by a run
     void set_file_name(const QString& name); // of the pick file; empty: none
 
     QComboBox& pick_choice() { return *picks_; }
 
 signals:
-    void mark_pressed();
     void delete_pressed();
     void pick_chosen(std::int32_t pick);
     void shifted(int samples);
@@ -37,7 +34,6 @@ private:
     QWidget* make_actions();
     QWidget* make_moving();
 
-    QPushButton* mark_;
     QLabel* label_;
     QComboBox* picks_;
     QWidget* actions_ = nullptr;

@@ -1,53 +1,44 @@
 #pragma once
 
 #include "intake/logging_driver.h"
-#include "intake/run_rate.h"
 #include "ports/run_display.h"
 
-#include <QElapsedTimer>
 #include <QWidget>
 
 #include <array>
+#include <string>
 
-class QHBoxLayout;
-class QLabel;
-class QProgressBar;
+class QComboBox;
 class QPushButton;
 class QSlider;
 
 namespace tarvo {
 
-// The controls of a run: the start button pair, speed, progress and counters. What the buttons do and are called comes
-// from the core.
+class IconSet;
+
+// The start button pair and the speed of a replay. What the buttons do and are called comes from the core.
 class RunBar : public QWidget {
     Q_OBJECT
 
 public:
-    explicit RunBar(QWidget* parent = nullptr);
+    explicit RunBar(IconSet& icons, QWidget* parent = nullptr);
 
-    void show_controls(const RunControls& controls);
-    void show_counters(const RunCounters& counters);
-    void show_totals(std::int64_t lines_read, std::int32_t samples_stored); // of a finished run
+    void show_controls(const RunControls& controls, const RunFlags& run);
     void reset_speed();
+    void show_pace(const std::string& key); // of the setting ReplayPace
 
 signals:
     void start_pressed(tarvo::StartButton index);
     void speed_changed(int position);
+    void pace_chosen(const std::string& key);
 
 private:
     QPushButton* make_start_button(StartButton index, const QString& tip);
-    QLabel* add_counter(QHBoxLayout& row, const QString& name, const QString& caption, const QString& tip);
 
+    IconSet& icons_;
     std::array<QPushButton*, 2> start_ = {};
+    QComboBox* pace_;
     QSlider* speed_;
-    QProgressBar* progress_;
-    QLabel* lines_read_;
-    QLabel* samples_;
-    QLabel* rejected_;
-    QLabel* not_averaged_;
-    QLabel* line_;
-    RunRate rate_;
-    QElapsedTimer clock_;
 };
 
 } // namespace tarvo

@@ -1,8 +1,8 @@
 #include "app/panels/track_panel.h"
 
+#include "app/common/icons.h"
 #include "app/common/texts.h"
 #include "app/panels/arrow_scroll_bar.h"
-#include "app/panels/quantity_bar.h"
 #include "app/panels/track_widget.h"
 #include "display/track_navigation.h"
 
@@ -29,13 +29,25 @@ QToolButton* make_button(const QString& name, const QString& text, const QString
     button->setText(text);
     button->setToolTip(tip);
     button->setFocusPolicy(Qt::TabFocus);
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     return button;
+}
+
+// One item of a tool bar, so that what belongs together goes into its extension together.
+QWidget* in_a_row(std::initializer_list<QWidget*> widgets)
+{
+    auto* const tools = new QWidget;
+    auto* const row = new QHBoxLayout(tools);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2);
+    for (QWidget* const widget : widgets) row->addWidget(widget);
+    return tools;
 }
 
 } // namespace
 
-TrackPanel::TrackPanel(SurveyView& view, QWidget* parent)
-    : QWidget(parent), view_(view), track_(new TrackWidget(view)), pan_(new ArrowScrollBar)
+TrackPanel::TrackPanel(SurveyView& view, IconSet& icons, QWidget* parent)
+    : QWidget(parent), view_(view), icons_(icons), track_(new TrackWidget(view)), pan_(new ArrowScrollBar)
 {
     pan_->setObjectName(QStringLiteral("HScroll_pan"));
     pan_->setToolTip(tr("Moves the current point along the track"));
@@ -44,10 +56,11 @@ TrackPanel::TrackPanel(SurveyView& view, QWidget* parent)
     pan_timer_.setObjectName(QStringLiteral("Timer_pan_track"));
     pan_timer_.setInterval(kPlayInterval);
 
+    make_mode_tools();
+    make_zoom_tools();
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);
-    layout->addWidget(make_tools());
     layout->addWidget(track_, 1);
     layout->addWidget(pan_);
 
@@ -59,7 +72,7 @@ TrackPanel::TrackPanel(SurveyView& view, QWidget* parent)
     show_state();
 }
 
-QWidget* TrackPanel::make_tools()
+void TrackPanel::make_mode_tools()
 {
     whole_ = make_button(QStringLiteral("Option_whole_track"), tr("Whole"), tr("Show the whole survey"));
     following_ = make_button(QStringLiteral("Option_follow_track"), tr("Follow"),
@@ -71,7 +84,13 @@ QWidget* TrackPanel::make_tools()
         choose_zoom(QStringLiteral("100%"));
     });
     connect(following_, &QToolButton::clicked, &view_, &SurveyView::follow);
+    icons_.set(*whole_, QStringLiteral("whole"));
+    icons_.set(*following_, QStringLiteral("follow"));
+    mode_tools_ = in_a_row({whole_, following_});
+}
 
+void TrackPanel::make_zoom_tools()
+{
     zoom_ = new QComboBox;
     zoom_->setObjectName(QStringLiteral("Combo_zoom"));
     zoom_->setEditable(true);
@@ -81,7 +100,8 @@ QWidget* TrackPanel::make_tools()
         zoom_->addItem(QString::number(percent) + QLatin1Char('%'));
     }
     zoom_->setToolTip(tr("Zoom, 100% to 10000%; a chosen one is centred on the current point"));
-    zoom_->setMinimumContentsLength(7);
+    zoom_->setAccessibleName(tr("Zoom"));
+    zoom_->setMinimumContentsLength(6);
     connect(zoom_, &QComboBox::textActivated, this, &TrackPanel::choose_zoom);
     connect(zoom_->lineEdit(), &QLineEdit::textEdited, &view_, &SurveyView::change_zoom);
     connect(zoom_->lineEdit(), &QLineEdit::returnPressed, track_, qOverload<>(&QWidget::setFocus));
@@ -96,21 +116,10 @@ QWidget* TrackPanel::make_tools()
     stop_key_ = new QShortcut(Qt::Key_Escape, this);
     connect(stop_key_, &QShortcut::activated, this, &TrackPanel::toggle_playing);
 
-    auto* const tools = new QWidget;
-    auto* const row = new QHBoxLayout(tools);
-    row->setContentsMargins(4, 2, 4, 0);
-    row->setSpacing(4);
-    row->addWidget(whole_);
-    row->addWidget(following_);
-    row->addSpacing(8);
-    auto* const zoom_label = new QLabel(tr("&Zoom"));
-    zoom_label->setBuddy(zoom_);
-    row->addWidget(zoom_label);
-    row->addWidget(zoom_);
-    row->addWidget(play_);
-    row->addStretch(1);
-    row->addWidget(new QuantityBar(view_));
-    return tools;
+    icons_.set(*play_, QStringLiteral("play"));
+    play_->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    play_->setAccessibleName(tr("Play along the track"));
+    zoom_tools_ = in_a_row({zoom_, play_});
 }
 
 void TrackPanel::choose_zoom(const QString& text)

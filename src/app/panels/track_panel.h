@@ -14,6 +14,7 @@ class QToolButton;
 
 namespace tarvo {
 
+class IconSet;
 class TrackWidget;
 
 // The track with what moves and colours it: mode, Combo_zoom, play, HScroll_pan and the displayed quantity.
@@ -21,20 +22,29 @@ class TrackPanel : public QWidget {
     Q_OBJECT
 
 public:
-    explicit TrackPanel(SurveyView& view, QWidget* parent = nullptr);
+    TrackPanel(SurveyView& view, IconSet& icons, QWidget* parent = nullptr);
 
     TrackWidget& track() { return *track_; }
+
+    // What stands in the tool bar, which takes them over: whole and follow; zoom and play.
+    QWidget* mode_tools() { return mode_tools_; }
+    QWidget* zoom_tools() { return zoom_tools_; }
+
     void show_state(); // brings the controls up to what the core has
     void toggle_playing();
 
 private:
-    QWidget* make_tools();
+    void make_mode_tools();
+    void make_zoom_tools();
     void choose_zoom(const QString& text);
     void step_along_track();
     void show_zoom(float zoom);
 
     SurveyView& view_;
+    IconSet& icons_;
     TrackWidget* track_ = nullptr;
+    QWidget* mode_tools_ = nullptr;
+    QWidget* zoom_tools_ = nullptr;
     QToolButton* following_ = nullptr;
     QToolButton* whole_ = nullptr;
     QComboBox* zoom_ = nullptr;

@@ -1,9 +1,10 @@
 #include "app/window/main_window.h"
 
 #include "app/common/texts.h"
+#include "app/dialogs/base_station_form.h"
 #include "app/dialogs/definitions_form.h"
-#include "app/dialogs/header_box.h"
 #include "app/dialogs/processing_form.h"
+#include "app/panels/header_box.h"
 #include "app/panels/hint_bar.h"
 #include "app/panels/live_panel.h"
 #include "app/panels/pick_panel.h"
@@ -16,6 +17,7 @@
 #include "survey/survey_readings.h"
 
 #include <QCloseEvent>
+#include <QDateTime>
 #include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QMimeData>
@@ -27,25 +29,25 @@
 namespace tarvo {
 
 MainWindow::MainWindow(SettingsStore& settings, Operator* op)
-    : settings_(settings), boxes_(this), op_(op != nullptr ? *op : boxes_), run_view_(session_, view_, panels_),
-      pick_view_(session_, view_, op_, panels_, *this), session_(op_, run_view_, pick_view_, *this),
-      view_(session_.survey, op_), actions_(*this), survey_tools_(*this, session_, view_, op_),
-      layers_(session_, view_, op_, *this)
+    : settings_(settings), boxes_(this),
+      op_(op != nullptr ? *op : boxes_, log_, [] { return QDateTime::currentSecsSinceEpoch(); }),
+      run_view_(session_, view_, panels_), pick_view_(session_, view_, op_, panels_, *this),
+      session_(op_, run_view_, pick_view_, *this), view_(session_.survey, op_), actions_(*this), docks_(*this),
+      icons_(*this), survey_tools_(*this, session_, view_, op_), layers_(session_, view_, op_, *this)
 {
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
     setAcceptDrops(true);
     boxes_.before_box = [this] { panels_.picks->stop_moving(); };
-    boxes_.take_message = [this](const std::string& text) {
-        if (!panels_.live->requests().is_handling()) return false;
-        panels_.live->op().show_message(text); // which waits for nobody, as a sender waits for the reply
-        return true;
-    };
+    boxes_.take_message = [this](const std::string& text) { return take_message_in_live_run(text); };
     boxes_.take_warnings = [this](const Warnings& warnings) { take_warnings(warnings); };
     read_settings(survey(), settings_);
 
     make_panels();
+    make_docks();
     make_menus();
+    make_toolbar();
+    make_strip();
     layers_.make(actions_.menu("menu_survey"), *panels_.hints);
     connect_panels();
     read_layout();
@@ -133,6 +135,15 @@ void MainWindow::close_later()
 void MainWindow::keep_settings()
 {
     write_settings(survey(), settings_);
+}
+
+// No box opens by itself in a live run, and none while a sender waits for a reply: it would hold up what comes in.
+bool MainWindow::take_message_in_live_run(const std::string& text)
+{
+    if (!session_.driver.is_pipe_open() && !panels_.live->requests().is_handling()) return false;
+    panels_.hints->show_hint(QStringLiteral("message"), to_qt(text),
+                             {tr("All messages"), [this] { docks_.show("DisplayMessages"); }});
+    return true;
 }
 
 // Those about columns are shown together, as a run tells them.

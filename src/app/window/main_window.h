@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/common/colour_schemes.h"
+#include "app/common/icons.h"
 #include "app/common/qt_operator.h"
 #include "app/panels/survey_view.h"
 #include "app/window/layer_show.h"
@@ -7,18 +9,17 @@
 #include "app/window/run_view.h"
 #include "app/window/survey_tools.h"
 #include "app/window/window_actions.h"
+#include "app/window/window_docks.h"
 #include "app/window/window_panels.h"
 #include "ports/settings_store.h"
+#include "session/message_log.h"
 #include "session/session.h"
 
 #include <QMainWindow>
 #include <QTimer>
 
-#include <utility>
-#include <vector>
-
 class QLabel;
-class QSplitter;
+class QToolBar;
 
 namespace tarvo {
 
@@ -38,8 +39,11 @@ public:
     SurveyView& view() { return view_; }
     Operator& op() { return op_; }
     SettingsStore& settings() { return settings_; }
+    MessageLog& log() { return log_; }
     WindowActions& actions() { return actions_; }
     LayerShow& layers() { return layers_; }
+    WindowDocks& docks() { return docks_; }
+    IconSet& icons() { return icons_; }
     const WindowPanels& panels() const { return panels_; }
 
     void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt)
@@ -73,18 +77,25 @@ private:
     void close_later() override;
 
     void make_panels();
+    void make_docks();
+    void make_toolbar();
+    void make_strip();
     void connect_panels();
     void make_menus();
     void add_export(QMenu& menu, const ExportFormat& format, Needs needs);
     void make_pick_menu();
     void make_view_menu();
-    void add_panel_actions(QMenu& menu);
+    void add_layout_menu(QMenu& menu);
+    void add_colour_menu(QMenu& menu);
+    void choose_colours(ColourScheme scheme);
+    void toggle_night();
     void add_recent_files(QMenu& menu);
     void read_layout();
     void keep_layout();
 
     void choose_file();
     void edit_processing_parameters();
+    bool take_message_in_live_run(const std::string& text);
     void take_warnings(const Warnings& warnings);
     void show_finished_run_hints();
     void show_range_hint();
@@ -96,24 +107,23 @@ private:
 
     SettingsStore& settings_;
     QtOperator boxes_;
-    Operator& op_;
+    MessageLog log_;
+    LoggingOperator op_; // who is asked and told
     WindowPanels panels_;
     RunView run_view_;
     PickView pick_view_;
     Session session_;
     SurveyView view_;
     WindowActions actions_;
-<<<<<<< HEAD
+    WindowDocks docks_;
+    IconSet icons_;
     SurveyTools survey_tools_;
-=======
     LayerShow layers_;
->>>>>>> lay
+    ColourSchemes colours_;
+    ColourScheme day_colours_ = ColourScheme::system; // those that the night's give way to
 
-    QSplitter* columns_ = nullptr;
-    QSplitter* side_ = nullptr;
     QLabel* pointed_ = nullptr;
     QLabel* sender_text_ = nullptr; // a live survey's
-    std::vector<std::pair<const char*, QAction*>> panel_actions_;
 
     Warnings column_warnings_; // of this run
     QTimer settings_timer_;    // keeps changed settings a moment after the last change

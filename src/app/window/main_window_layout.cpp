@@ -1,28 +1,42 @@
 // What the window is made of, and how it is kept from one start to the next.
 
 #include "app/common/elided_label.h"
+#include "app/common/survey_export.h"
 #include "app/common/texts.h"
-#include "app/dialogs/header_box.h"
 #include "app/panels/colour_bar_panel.h"
 #include "app/panels/dial_panel.h"
+#include "app/panels/header_box.h"
 #include "app/panels/hint_bar.h"
+#include "app/panels/line_table_panel.h"
 #include "app/panels/live_panel.h"
+#include "app/panels/message_panel.h"
 #include "app/panels/pick_panel.h"
 #include "app/panels/profile_graphs.h"
+#include "app/panels/quantity_bar.h"
 #include "app/panels/run_bar.h"
+#include "app/panels/run_strip.h"
 #include "app/panels/track_panel.h"
 #include "app/panels/track_widget.h"
 #include "app/window/main_window.h"
 
 #include <QAction>
+#include <QDateTime>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QScrollArea>
-#include <QSplitter>
 #include <QStatusBar>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace tarvo {
+
+namespace {
+
+constexpr int kLayoutVersion = 1; // of what is kept: a layout of other docks is not taken
+
+} // namespace
 
 QString MainWindow::stored(const char* key) const
 {
@@ -47,60 +61,129 @@ void MainWindow::store_bytes(const char* key, const QByteArray& bytes)
 void MainWindow::make_panels()
 {
     panels_.header = new HeaderBox;
-    panels_.run_bar = new RunBar;
-    panels_.hints = new HintBar;
-    panels_.live = new LivePanel(survey(), session_.driver, settings_);
-    panels_.live->op().take_warnings = boxes_.take_warnings;
-    panels_.track = new TrackPanel(view_);
+    panels_.run_bar = new RunBar(icons_);
+    panels_.run_strip = new RunStrip;
+    panels_.live = new LivePanel(survey(), session_.driver, settings_, this);
+    panels_.live->op().take_warnings = [this](const Warnings& warnings) { op_.show_warnings(warnings); };
+    panels_.live->op().take_message = [this](const std::string& text) {
+        log_message(log_, MessageKind::message, text, QDateTime::currentSecsSinceEpoch());
+        return take_message_in_live_run(text);
+    };
+    panels_.track = new TrackPanel(view_, icons_);
+    panels_.hints = new HintBar(panels_.track);
     panels_.dials = new DialPanel;
     panels_.bars = new ColourBarPanel(view_);
     panels_.graphs = new ProfileGraphs(view_);
     panels_.graphs->set_sensor_filter([this](int sensor) { return panels_.bars->is_sensor_shown(sensor); });
-
-    auto* const bars_area = new QScrollArea; // a survey may have more sensors than fit
-    bars_area->setObjectName(QStringLiteral("Area_colour_bars"));
-    bars_area->setFrameShape(QFrame::NoFrame);
-    bars_area->setWidgetResizable(true);
-    bars_area->setWidget(panels_.bars);
-    bars_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-
-    side_ = new QSplitter(Qt::Vertical);
-    side_->setObjectName(QStringLiteral("Splitter_side"));
-    side_->addWidget(panels_.dials);
-    side_->addWidget(panels_.graphs);
-    side_->addWidget(bars_area);
-    side_->setStretchFactor(1, 1);
-    side_->setSizes({150, 380, 90});
-    columns_ = new QSplitter(Qt::Horizontal);
-    columns_->setObjectName(QStringLiteral("Splitter_columns"));
-    columns_->addWidget(panels_.track);
-    columns_->addWidget(side_);
-    columns_->setStretchFactor(0, 1);
-    columns_->setSizes({840, 430});
-    for (QSplitter* const splitter : {side_, columns_}) splitter->setChildrenCollapsible(false);
-
-    auto* const central = new QWidget;
-    auto* const layout = new QVBoxLayout(central);
-    layout->setContentsMargins(2, 2, 2, 0);
-    layout->setSpacing(2);
-    layout->addWidget(panels_.header);
-    layout->addWidget(panels_.run_bar);
-    layout->addWidget(panels_.live);
-    layout->addWidget(panels_.hints);
-    layout->addWidget(columns_, 1);
-    setCentralWidget(central);
     panels_.picks = new PickPanel;
-    layout->addWidget(panels_.picks);
+    setCentralWidget(panels_.track);
+}
 
-    pointed_ = new QLabel;
+// The table of docks: a panel that is added here can be moved, floated, tabbed and hidden, and is in the View menu.
+void MainWindow::make_docks()
+{
+    auto* const bars = new QScrollArea; // a survey may have more sensors than fit
+    bars->setObjectName(QStringLiteral("Area_colour_bars"));
+    bars->setFrameShape(QFrame::NoFrame);
+    bars->setWidgetResizable(true);
+    bars->setWidget(panels_.bars);
+    bars->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+
+    constexpr auto kRight = DockPlace::Area::right;
+    constexpr auto kBottom = DockPlace::Area::bottom;
+    docks_.add({"DisplayDials", tr("&Dials"), panels_.dials, {kRight, 150, true}, {kRight, 150, false}});
+    docks_.add({"DisplayGraphs", tr("Profile &graphs"), panels_.graphs, {kRight, 250, true}, {kBottom, 780, true}});
+    docks_.add({"DisplayColourBars", tr("&Colour bars"), bars, {kRight, 90, true}, {kBottom, 500, true}});
+    docks_.add({"DisplayLive", tr("&Live data"), panels_.live, {kRight, 100, true}, {kRight, 100, false}});
+    docks_.add({"DisplayPicks", tr("&Picks"), panels_.picks, {kRight, 100, true, true}, {kRight, 110, true}});
+    const QDockWidget& lines = docks_.add({"DisplayLines",
+                                           tr("Survey &lines"),
+                                           &survey_tools_.line_table(),
+                                           {kBottom, 700, false},
+                                           {kBottom, 700, false}});
+    connect(&lines, &QDockWidget::visibilityChanged, &survey_tools_, &SurveyTools::show_survey);
+    docks_.add({"DisplayMessages",
+                tr("&Messages"),
+                new MessagePanel(log_, op_, this),
+                {kBottom, 400, false},
+                {kBottom, 400, false}});
+    setDockNestingEnabled(true);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+}
+
+// What does not fit goes into the bar's extension, from the right.
+void MainWindow::make_toolbar()
+{
+    auto* const bar = addToolBar(tr("Tools"));
+    bar->setObjectName(QStringLiteral("Bar_tools"));
+    bar->setMovable(false);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu); // the bar is not to be hidden by a slip
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize(QSize(16, 16));
+    const auto add = [&](const char* name, const QString& text, const char* button_name, const char* icon) {
+        QAction& action = actions_.action(name);
+        icons_.set(action, QLatin1String(icon));
+        action.setIconText(text);
+        bar->addAction(&action);
+        QWidget* const button = bar->widgetForAction(&action);
+        button->setObjectName(QLatin1String(button_name));
+        button->setFocusPolicy(Qt::TabFocus);
+    };
+    add("menu_open", tr("Open"), "Command_open", "open");
+    bar->addWidget(panels_.run_bar);
+    bar->addSeparator();
+    bar->addWidget(panels_.live->listen_button());
+    add("menu_record_live", tr("Record"), "Command_record", "record");
+    bar->addSeparator();
+    bar->addWidget(panels_.track->mode_tools());
+    bar->addWidget(panels_.track->zoom_tools());
+    bar->addSeparator();
+    add("menu_mark_anomaly", tr("Mark"), "Command_mark_anomaly_location", "mark");
+    bar->addSeparator();
+    bar->addWidget(new QuantityBar(view_));
+    icons_.set(*panels_.live->listen_button(), QStringLiteral("listen"));
+    // The same picture for the same thing in the menus.
+    constexpr std::pair<const char*, const char*> kMenuIcons[] = {{"menu_definitions", "definitions"},
+                                                                  {"menu_processing_parameters", "parameters"},
+                                                                  {"menu_start_load", "load"},
+                                                                  {"menu_start_replay", "replay"},
+                                                                  {"menu_pause", "pause"},
+                                                                  {"menu_stop", "stop"},
+                                                                  {"menu_display_pick_list", "picks"},
+                                                                  {"menu_undo_pick", "undo"},
+                                                                  {"menu_delete_pick", "delete"},
+                                                                  {"menu_whole_track", "whole"},
+                                                                  {"menu_play", "play"},
+                                                                  {"menu_fit_range", "fit"},
+                                                                  {"menu_show_DisplayMessages", "messages"}};
+    for (const auto& [action, icon] : kMenuIcons) icons_.set(actions_.action(action), QLatin1String(icon));
+}
+
+// Two lines at the window's bottom: what is at the pointer or the current point, with the sender's own words; and the
+// file, its columns, progress, counters and the live side's state.
+void MainWindow::make_strip()
+{
+    pointed_ = new ElidedLabel;
     pointed_->setObjectName(QStringLiteral("Label_pointed"));
-    pointed_->setTextFormat(Qt::PlainText);
-    pointed_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    statusBar()->addWidget(pointed_, 2);
     sender_text_ = new ElidedLabel;
     sender_text_->setObjectName(QStringLiteral("Label_sender_text"));
     sender_text_->hide();
-    statusBar()->addPermanentWidget(sender_text_, 1);
+    auto* const readings = new QHBoxLayout;
+    readings->addWidget(pointed_, 2);
+    readings->addWidget(sender_text_, 1);
+    auto* const state = new QHBoxLayout;
+    state->setSpacing(8);
+    state->addWidget(panels_.header, 1);
+    state->addWidget(panels_.run_strip, 1);
+    state->addWidget(panels_.live->status_label());
+    state->addWidget(panels_.live->recording_label());
+    auto* const strip = new QWidget;
+    auto* const lines = new QVBoxLayout(strip);
+    lines->setContentsMargins(4, 0, 0, 0);
+    lines->setSpacing(0);
+    lines->addLayout(readings);
+    lines->addLayout(state);
+    statusBar()->addWidget(strip, 1);
 }
 
 void MainWindow::connect_panels()
@@ -108,6 +191,12 @@ void MainWindow::connect_panels()
     connect(panels_.run_bar, &RunBar::start_pressed, this, &MainWindow::press_start);
     connect(panels_.run_bar, &RunBar::speed_changed, this,
             [this](int position) { session_.driver.HScroll_speed_change(position); });
+    connect(panels_.run_bar, &RunBar::pace_chosen, this, [this](const std::string& key) {
+        survey().run_settings.ReplayPace = key;
+        run_view_.cut_wait_short();
+        settings_timer_.start();
+    });
+    panels_.run_bar->show_pace(survey().run_settings.ReplayPace);
     connect(&run_view_, &RunView::controls_changed, this, &MainWindow::show_run_controls);
     connect(&run_view_, &RunView::finished, this, &MainWindow::show_finished_run_hints);
     connect(&view_, &SurveyView::ranges_changed, this, &MainWindow::show_range_hint);
@@ -142,42 +231,32 @@ void MainWindow::connect_panels()
     pick_view_.connect_panels(actions_);
 }
 
-void MainWindow::add_panel_actions(QMenu& menu)
+void MainWindow::add_layout_menu(QMenu& menu)
 {
-    const auto add = [&](QWidget* panel, const QString& text, const char* key) {
-        const QString name = QLatin1String("menu_show_") + QLatin1String(key);
-        QAction& action =
-            actions_.add_switch(menu, {name, text, {}, true, [this, panel](bool shown) {
-                                           panel->setVisible(shown);
-                                           bool any = false;
-                                           for (const auto& [name_of_panel, panel_action] : panel_actions_)
-                                               any |= panel_action->isChecked();
-                                           side_->setVisible(any);
-                                       }});
-        panel_actions_.emplace_back(key, &action);
+    QMenu& layouts = *menu.addMenu(tr("La&yout"));
+    const auto add = [&](const char* name, const QString& text, ReadyLayout layout) {
+        actions_.add(layouts, {name, text, "", Needs::nothing, [this, layout] { docks_.arrange(layout); }});
     };
-    add(panels_.dials, tr("&Dials"), "DisplayDials");
-    add(panels_.graphs, tr("Profile &graphs"), "DisplayGraphs");
-    add(side_->widget(2), tr("&Colour bars"), "DisplayColourBars");
+    add("menu_layout_watch", tr("Survey &watch"), ReadyLayout::survey_watch);
+    add("menu_layout_interpretation", tr("&Interpretation"), ReadyLayout::interpretation);
+    layouts.addSeparator();
+    add("menu_layout_reset", tr("&Reset layout"), ReadyLayout::survey_watch);
 }
 
 void MainWindow::read_layout()
 {
     resize(1280, 720);
     restoreGeometry(stored_bytes("FormSize"));
-    columns_->restoreState(stored_bytes("Splitter_columns"));
-    side_->restoreState(stored_bytes("Splitter_side"));
-    for (const auto& [key, action] : panel_actions_) action->setChecked(stored(key) != QLatin1String("0"));
+    docks_.arrange(ReadyLayout::survey_watch); // shows and hides; the sizes count once the window is on the screen
+    if (!restoreState(stored_bytes("Layout"), kLayoutVersion)) {
+        QTimer::singleShot(0, this, [this] { docks_.arrange(ReadyLayout::survey_watch); });
+    }
 }
 
 void MainWindow::keep_layout()
 {
     store_bytes("FormSize", saveGeometry());
-    store_bytes("Splitter_columns", columns_->saveState());
-    store_bytes("Splitter_side", side_->saveState());
-    for (const auto& [key, action] : panel_actions_) {
-        store(key, action->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
-    }
+    store_bytes("Layout", saveState(kLayoutVersion));
     store("HeaderField", to_qt(panels_.header->header_line_text()));
 }
 

@@ -38,7 +38,6 @@ void PickView::connect_panels(WindowActions& actions)
     actions_ = &actions;
     PickPanel& picks = *panels_.picks;
     const auto choose_pick = [this](std::int32_t pick) { session_.pick_work.choose_pick(pick); };
-    connect(&picks, &PickPanel::mark_pressed, this, &PickView::mark);
     connect(&picks, &PickPanel::delete_pressed, this, &PickView::delete_current);
     connect(&picks, &PickPanel::pick_chosen, this, choose_pick);
     connect(&picks, &PickPanel::shifted, this, &PickView::move);
@@ -125,7 +124,6 @@ void PickView::show_marking()
 {
     const bool has_samples = session_.survey.processing.store.RecordCount > 0;
     actions_->action("menu_mark_anomaly").setEnabled(has_samples);
-    panels_.picks->set_marking_enabled(has_samples);
 }
 
 void PickView::show_moving()

@@ -1,12 +1,13 @@
 #include "app/window/run_view.h"
 
 #include "app/common/texts.h"
-#include "app/dialogs/header_box.h"
 #include "app/panels/colour_bar_panel.h"
 #include "app/panels/dial_panel.h"
+#include "app/panels/header_box.h"
 #include "app/panels/pick_panel.h"
 #include "app/panels/profile_graphs.h"
 #include "app/panels/run_bar.h"
+#include "app/panels/run_strip.h"
 #include "survey/survey_readings.h"
 
 #include <QCoreApplication>
@@ -38,9 +39,10 @@ void RunView::cut_wait_short()
     if (wait_loop_ != nullptr) wait_loop_->quit();
 }
 
+// In a paused replay it is the clicked point, as without a run.
 void RunView::show_point_readings()
 {
-    if (view_.is_running()) return;
+    if (view_.is_running() && !session_.driver.state().run_paused) return;
     const std::int32_t record = session_.survey.track_image.current_record;
     panels_.dials->show_readings(dial_readings_of_record(session_.survey, record));
     emit point_text_changed(to_qt(record_text(session_.survey, record)));
@@ -49,7 +51,7 @@ void RunView::show_point_readings()
 void RunView::show_controls(const RunControls& controls)
 {
     const RunFlags state = session_.driver.state();
-    panels_.run_bar->show_controls(controls);
+    panels_.run_bar->show_controls(controls, state);
     panels_.header->set_locked(!controls.file_controls_enabled);
     panels_.bars->set_locked(!controls.profile_controls_enabled);
     panels_.graphs->set_locked(!controls.profile_controls_enabled);
@@ -70,7 +72,7 @@ void RunView::show_controls(const RunControls& controls)
 
 void RunView::show_counters(const RunCounters& counters)
 {
-    panels_.run_bar->show_counters(counters);
+    panels_.run_strip->show_counters(counters);
 }
 
 void RunView::reset_speed_control()
@@ -132,10 +134,12 @@ void RunView::refresh_frame()
 {
     if (!session_.driver.state().any_run_active()) return;
     frame_shown_ = true;
-    panels_.run_bar->show_counters(session_.driver.counters());
+    panels_.run_strip->show_counters(session_.driver.counters());
     if (has_new_samples_) {
         has_new_samples_ = false;
         view_.show_newest();
+        if (!is_load_)
+            emit point_text_changed(to_qt(record_text(session_.survey, session_.survey.processing.store.RecordCount)));
     }
     if (has_new_readings_) {
         has_new_readings_ = false;
@@ -149,7 +153,7 @@ void RunView::show_finished_run()
     const std::int32_t records = survey.processing.store.RecordCount;
     if (records > 0) view_.make_current(is_load_ ? (records + 1) / 2 : records, Recentre::no);
     panels_.header->show_survey(survey);
-    panels_.run_bar->show_totals(survey.processing.lines_read, records);
+    panels_.run_strip->show_totals(session_.driver.counters());
     view_.announce(); // the core has drawn the track
     emit finished();
 }

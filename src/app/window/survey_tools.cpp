@@ -5,31 +5,22 @@
 #include "app/panels/line_table_panel.h"
 
 #include <QAction>
-#include <QDockWidget>
 #include <QMainWindow>
 #include <QMenu>
 
 namespace tarvo {
 
 SurveyTools::SurveyTools(QMainWindow& window, Session& session, SurveyView& view, Operator& op)
-    : window_(window), session_(session), view_(view), op_(op), lines_(new LineTablePanel),
-      lines_dock_(new QDockWidget(tr("Survey lines"), &window))
+    : window_(window), session_(session), view_(view), op_(op), lines_(new LineTablePanel)
 {
-    lines_dock_->setObjectName(QStringLiteral("Dock_survey_lines"));
-    lines_dock_->setWidget(lines_);
-    window_.addDockWidget(Qt::BottomDockWidgetArea, lines_dock_);
-    lines_dock_->hide();
-    connect(lines_dock_, &QDockWidget::visibilityChanged, this, &SurveyTools::show_survey);
     connect(lines_, &LineTablePanel::line_chosen, &view_, &SurveyView::show_records);
-    connect(lines_, &LineTablePanel::export_wanted, this, [this] { export_line_table_file(session_.survey, op_); });
+    connect(lines_, &LineTablePanel::export_wanted, this,
+            [this] { export_file(export_format("line_table"), session_.survey, op_, &window_); });
 }
 
-void SurveyTools::add_exports(WindowActions& actions, QMenu& menu)
+LineTablePanel& SurveyTools::line_table()
 {
-    actions.add(menu, {"menu_export_line_table", tr("&Table of survey lines as CSV..."), "", Needs::idle_and_samples,
-                       [this] { export_line_table_file(session_.survey, op_); }});
-    actions.add(menu, {"menu_export_grid", tr("&Grid of the quantity as ESRI ASCII..."), "", Needs::idle_and_samples,
-                       [this] { export_grid_file(session_.survey, op_); }});
+    return *lines_;
 }
 
 void SurveyTools::add_survey_actions(WindowActions& actions, QMenu& menu)
@@ -40,10 +31,6 @@ void SurveyTools::add_survey_actions(WindowActions& actions, QMenu& menu)
 
 void SurveyTools::add_view_actions(WindowActions& actions, QMenu& menu)
 {
-    QAction& lines = *lines_dock_->toggleViewAction();
-    lines.setObjectName(QStringLiteral("menu_survey_lines"));
-    lines.setText(tr("Survey &lines"));
-    menu.addAction(&lines);
     actions.add_switch(menu, {QStringLiteral("menu_show_grid"), tr("Grid under the &track"),
                               tr("The displayed quantity on square cells, in the track's colours"),
                               session_.survey.display_settings.show_grid, [this](bool on) { show_grid(on); }});
@@ -51,7 +38,7 @@ void SurveyTools::add_view_actions(WindowActions& actions, QMenu& menu)
 
 void SurveyTools::show_survey()
 {
-    if (lines_dock_->isVisible()) lines_->show_lines(session_.survey.processing);
+    if (lines_->isVisible()) lines_->show_lines(session_.survey.processing);
 }
 
 void SurveyTools::edit_base_station()

@@ -6,8 +6,6 @@
 
 #include <QObject>
 
-class QDockWidget;
-
 namespace tarvo {
 
 class LineTablePanel;
@@ -22,11 +20,11 @@ public:
     SurveyTools(QMainWindow& window, Session& session, SurveyView& view, Operator& op);
 
     // Entries of the menus that are there already.
-    void add_exports(WindowActions& actions, QMenu& menu);
     void add_survey_actions(WindowActions& actions, QMenu& menu);
     void add_view_actions(WindowActions& actions, QMenu& menu);
 
-    void show_survey(); // after its samples have changed
+    LineTablePanel& line_table(); // for a dock
+    void show_survey();           // after its samples have changed
 
 private:
     void edit_base_station();
@@ -36,8 +34,7 @@ private:
     Session& session_;
     SurveyView& view_;
     Operator& op_;
-    LineTablePanel* lines_;
-    QDockWidget* lines_dock_;
+    LineTablePanel* lines_; // belongs to its dock
 };
 
 } // namespace tarvo

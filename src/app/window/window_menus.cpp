@@ -9,6 +9,7 @@
 #include "app/window/main_window.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
@@ -29,6 +30,7 @@ void MainWindow::make_menus()
     add_recent_files(file);
     file.addSeparator();
     panels_.live->add_actions(file);
+    actions_.note_need(*panels_.live->record_action(), Needs::nothing);
     file.addSeparator();
     QMenu& exports = *file.addMenu(tr("&Export"));
     for (const ExportFormat& format : export_formats()) {
@@ -36,7 +38,6 @@ void MainWindow::make_menus()
     }
     actions_.add(exports, {"menu_export_track", tr("Track &image as PNG..."), "", Needs::idle_and_samples,
                            [this] { export_track_file(survey(), op_); }});
-    survey_tools_.add_exports(actions_, exports);
     file.addSeparator();
     actions_.add(file, {"menu_quit", tr("&Quit"), "Ctrl+Q", Needs::nothing, [this] { close(); }});
 
@@ -126,14 +127,55 @@ void MainWindow::make_view_menu()
                            {"menu_fit_range", tr("&Fit the colour range"), "Ctrl+F", Needs::nothing,
                             [this] { view_.fit_range(); }, tr("Fit the colour range to the view")},
                            {}});
-    fill_quantity_menu(*menu.addMenu(tr("Colour &by")), view_);
+    fill_quantity_menu(*menu.addMenu(tr("Displayed &quantity")), view_);
     fill_colour_menu(*menu.addMenu(tr("Colour &map")), view_);
-    menu.addSeparator();
-    add_panel_actions(menu);
     survey_tools_.add_view_actions(actions_, menu);
     menu.addSeparator();
+    docks_.add_actions(actions_, menu);
+    menu.addSeparator();
+    add_layout_menu(menu);
+    add_colour_menu(menu);
     actions_.add(menu, {"menu_full_screen", tr("F&ull screen"), "F11", Needs::nothing,
                         [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); }});
+}
+
+void MainWindow::add_colour_menu(QMenu& menu)
+{
+    QMenu& colours = *menu.addMenu(tr("&Colours"));
+    auto* const group = new QActionGroup(&colours);
+    const ColourScheme kept = colour_scheme_of(stored("Colours"));
+    for (const ColourSchemeEntry& entry : kColourSchemes) {
+        QAction* const action = colours.addAction(tr(entry.caption));
+        action->setObjectName(QLatin1String("menu_colours_") + QLatin1String(entry.key));
+        action->setCheckable(true);
+        action->setChecked(entry.scheme == kept);
+        group->addAction(action);
+        connect(action, &QAction::triggered, this, [this, scheme = entry.scheme] { choose_colours(scheme); });
+    }
+    colours.addSeparator();
+    actions_.add(colours, {"menu_toggle_night", tr("&Toggle night"), "F8", Needs::nothing, [this] { toggle_night(); },
+                           tr("Night colours, and back")});
+    colours_.apply(kept);
+}
+
+void MainWindow::choose_colours(ColourScheme scheme)
+{
+    if (colours_.current() != ColourScheme::night) day_colours_ = colours_.current();
+    colours_.apply(scheme);
+    for (const ColourSchemeEntry& entry : kColourSchemes) {
+        if (entry.scheme == scheme) store("Colours", QLatin1String(entry.key));
+    }
+}
+
+void MainWindow::toggle_night()
+{
+    const ColourScheme scheme = colours_.current() == ColourScheme::night ? day_colours_ : ColourScheme::night;
+    for (const ColourSchemeEntry& entry : kColourSchemes) {
+        if (entry.scheme != scheme) continue;
+        if (auto* const action = findChild<QAction*>(QLatin1String("menu_colours_") + QLatin1String(entry.key))) {
+            action->trigger();
+        }
+    }
 }
 
 void MainWindow::choose_file()

@@ -10,12 +10,14 @@ class LivePanel;
 class PickPanel;
 class ProfileGraphs;
 class RunBar;
+class RunStrip;
 class TrackPanel;
 
 // What the main window is made of. It owns them; the objects that show runs and picks speak to them.
 struct WindowPanels {
     HeaderBox* header = nullptr;
     RunBar* run_bar = nullptr;
+    RunStrip* run_strip = nullptr;
     HintBar* hints = nullptr;
     LivePanel* live = nullptr;
     TrackPanel* track = nullptr;

@@ -6,10 +6,12 @@
 
 class QLabel;
 class QLineEdit;
+class QMenu;
+class QToolButton;
 
 namespace tarvo {
 
-// The open data file, its header line number (Text_locations_name_line) and the columns found and missing there.
+// The open data file, its header line number (Text_locations_name_line) and, behind a button, the list of its columns.
 class HeaderBox : public QWidget {
     Q_OBJECT
 
@@ -24,9 +26,12 @@ signals:
     void header_line_edited(); // by the operator, who has left the box or pressed Enter
 
 private:
+    void show_columns(const SurveyState& survey);
+
     QLabel* file_name_;
     QLineEdit* header_line_;
-    QLabel* columns_;
+    QToolButton* columns_;
+    QMenu* column_list_;
 };
 
 } // namespace tarvo

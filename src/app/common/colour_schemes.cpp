@@ -1,0 +1,83 @@
+#include "app/common/colour_schemes.h"
+
+#include <QApplication>
+#include <QStyle>
+#include <QStyleFactory>
+
+namespace tarvo {
+
+namespace {
+
+struct SchemeColours {
+    QRgb window, base, button, text, quiet, highlight, highlighted_text, tip, link;
+};
+
+// Texts on their backgrounds have a contrast of at least 4.5 by day; at night as little light as can be read.
+constexpr SchemeColours kLight = {0xFFF3F3F3, 0xFFFFFFFF, 0xFFE8E8E8, 0xFF1B1B1B, 0xFF767676,
+                                  0xFF1F6FB2, 0xFFFFFFFF, 0xFFFFF7D6, 0xFF0B57A4};
+constexpr SchemeColours kDark = {0xFF2B2D30, 0xFF1E1F22, 0xFF3A3D41, 0xFFE6E6E6, 0xFF8C8F94,
+                                 0xFF3D7EBF, 0xFFFFFFFF, 0xFF45432F, 0xFF7FB8F0};
+constexpr SchemeColours kNight = {0xFF0A0000, 0xFF000000, 0xFF180404, 0xFFB03028, 0xFF6E1C18,
+                                  0xFF4A0C0A, 0xFFD84A40, 0xFF1E0606, 0xFFD84A40};
+
+const SchemeColours& colours_of(ColourScheme scheme)
+{
+    switch (scheme) {
+    case ColourScheme::dark: return kDark;
+    case ColourScheme::night: return kNight;
+    case ColourScheme::system:
+    case ColourScheme::light: break;
+    }
+    return kLight;
+}
+
+} // namespace
+
+ColourScheme colour_scheme_of(const QString& key)
+{
+    for (const ColourSchemeEntry& entry : kColourSchemes) {
+        if (key == QLatin1String(entry.key)) return entry.scheme;
+    }
+    return ColourScheme::system;
+}
+
+QPalette palette_of(ColourScheme scheme)
+{
+    const SchemeColours& c = colours_of(scheme);
+    QPalette palette{QColor(c.button), QColor(c.window)}; // shades of both for frames and bevels
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        const QColor text(group == QPalette::Disabled ? c.quiet : c.text);
+        palette.setColor(group, QPalette::Window, QColor(c.window));
+        palette.setColor(group, QPalette::Base, QColor(c.base));
+        palette.setColor(group, QPalette::AlternateBase, QColor(c.window));
+        palette.setColor(group, QPalette::Button, QColor(c.button));
+        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::BrightText,
+                                QPalette::ToolTipText}) {
+            palette.setColor(group, role, text);
+        }
+        palette.setColor(group, QPalette::PlaceholderText, QColor(c.quiet));
+        palette.setColor(group, QPalette::ToolTipBase, QColor(c.tip));
+        palette.setColor(group, QPalette::Highlight, QColor(c.highlight));
+        palette.setColor(group, QPalette::HighlightedText, QColor(c.highlighted_text));
+        palette.setColor(group, QPalette::Link, QColor(c.link));
+    }
+    return palette;
+}
+
+ColourSchemes::ColourSchemes()
+    : desktop_style_(QApplication::style()->objectName()), desktop_palette_(QApplication::palette())
+{
+}
+
+void ColourSchemes::apply(ColourScheme scheme)
+{
+    if (scheme == current_) return;
+    current_ = scheme;
+    const bool is_desktops = scheme == ColourScheme::system;
+    // Desktop styles may paint with colours of their own; this one takes all of them from the palette.
+    const QString style = is_desktops ? desktop_style_ : QStringLiteral("fusion");
+    if (QApplication::style()->objectName() != style) QApplication::setStyle(QStyleFactory::create(style));
+    QApplication::setPalette(is_desktops ? desktop_palette_ : palette_of(scheme));
+}
+
+} // namespace tarvo

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "session/message_log.h"
+
+#include <QTimer>
+#include <QWidget>
+
+class QPlainTextEdit;
+
+namespace tarvo {
+
+// The messages, warnings and alarms of the session with their times; to be copied or saved.
+class MessagePanel : public QWidget {
+    Q_OBJECT
+
+public:
+    // Both must outlive the panel.
+    MessagePanel(MessageLog& log, Operator& op, QWidget* parent = nullptr);
+    ~MessagePanel() override;
+
+private:
+    void show_new_messages();
+    void copy();
+    void save();
+
+    MessageLog& log_;
+    Operator& op_;
+    QPlainTextEdit* lines_;
+    QTimer timer_; // many messages of one moment are shown together
+};
+
+} // namespace tarvo

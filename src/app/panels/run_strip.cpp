@@ -1,0 +1,102 @@
+#include "app/panels/run_strip.h"
+
+#include "app/common/texts.h"
+#include "text/numbers.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+
+namespace tarvo {
+
+namespace {
+
+constexpr int kProgressSteps = 1000; // a file's length may be beyond what a progress bar counts
+
+QString count_text(std::int64_t count)
+{
+    return to_qt(grouped_digits(std::to_string(count)));
+}
+
+} // namespace
+
+RunStrip::RunStrip(QWidget* parent) : QWidget(parent), progress_(new QProgressBar)
+{
+    progress_->setObjectName(QStringLiteral("ProgressBar_data_load"));
+    progress_->setAccessibleName(tr("Progress of the run"));
+    progress_->setRange(0, kProgressSteps);
+    progress_->setFormat(QString());
+    progress_->setMinimumWidth(120);
+    progress_->setMaximumHeight(progress_->fontMetrics().height() + 4);
+    progress_->setToolTip(tr("How much of the file has been read, how fast, and how long the rest will take"));
+
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(4);
+    row->addWidget(progress_, 1);
+    lines_read_ =
+        add_counter(*row, QStringLiteral("Text_num_lines_read"), tr("lines"), tr("Data lines read in this run"));
+    samples_ = add_counter(*row, QStringLiteral("Text_num_data"), tr("samples"), tr("Averaged samples stored"));
+    rejected_ =
+        add_counter(*row, QStringLiteral("Text_num_reject"), tr("rejected"), tr("Data lines that could not be used"));
+    not_averaged_ =
+        add_counter(*row, QStringLiteral("Text_num_not_averaged"), tr("not averaged"),
+                    tr("Lines not averaged: valid ones that closed a bin and went into none, see Corrections "
+                       "in the processing parameters"));
+    line_ = add_counter(*row, QStringLiteral("Text_current_line"), {}, tr("The current survey line"));
+    show_counters({});
+}
+
+QLabel* RunStrip::add_counter(QHBoxLayout& row, const QString& name, const QString& caption, const QString& tip)
+{
+    auto* const value = new QLabel;
+    value->setObjectName(name);
+    value->setTextFormat(Qt::PlainText);
+    value->setToolTip(tip);
+    value->setAccessibleName(tip);
+    value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    QFont bold = value->font();
+    bold.setBold(true);
+    value->setFont(bold);
+    value->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(QStringLiteral("00,000")));
+    row.addWidget(value);
+    if (caption.isEmpty()) return value;
+    auto* const label = new QLabel(caption);
+    label->setTextFormat(Qt::PlainText);
+    label->setToolTip(tip);
+    row.addWidget(label);
+    return value;
+}
+
+void RunStrip::show_numbers(const RunCounters& counters)
+{
+    lines_read_->setText(count_text(counters.lines_read));
+    samples_->setText(count_text(counters.samples_stored));
+    rejected_->setText(count_text(counters.lines_rejected));
+    not_averaged_->setText(count_text(counters.lines_not_averaged));
+    const bool has_line = is_valid_channel(counters.current_line_number);
+    line_->setText(
+        tr("line %1").arg(has_line ? to_qt(format_fixed(counters.current_line_number, 0)) : QStringLiteral("\u2013")));
+}
+
+void RunStrip::show_counters(const RunCounters& counters)
+{
+    show_numbers(counters);
+    const double share = counters.file_length > 0 ? static_cast<double>(counters.characters_consumed) /
+                                                        static_cast<double>(counters.file_length)
+                                                  : 0.0;
+    progress_->setValue(static_cast<int>(share * kProgressSteps));
+    if (!clock_.isValid()) clock_.start();
+    rate_.update(counters, static_cast<double>(clock_.elapsed()) / 1000.0);
+    const bool is_going = counters.lines_read > 0 && counters.characters_consumed > 0;
+    progress_->setFormat(is_going ? QStringLiteral("%p%   ") + to_qt(rate_.text()) : QString());
+}
+
+void RunStrip::show_totals(const RunCounters& totals)
+{
+    show_numbers(totals);
+    progress_->setFormat(tr("finished"));
+}
+
+} // namespace tarvo
