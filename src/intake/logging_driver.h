@@ -1,5 +1,6 @@
 #pragma once
 
+#include "intake/lines_ahead.h"
 #include "intake/replay_pace.h"
 #include "intake/run_phase.h"
 #include "intake/survey_source.h"
@@ -79,12 +80,17 @@ private:
     int read_lines();
     int finish_run(int result);
     SurveySource::Outcome take_next_line(SurveySource& source);
-    int process_line(std::string_view line);
-    void refuse_line();
+    SurveySource::Outcome read_next_line(SurveySource& source, LineReading& reading);
+    void read_ahead();
+    void begin_next_file(const NamedColumns& named);
+    int process_reading(const LineReading& reading);
+    void warn_of_overlap();
+    void check_grid();
     void wait_in_replay();
     void warn_of_field_count(std::string_view line);
     void show_newest_sample(std::int32_t records_before);
     bool open_data_file();
+    int begin_processing(std::string_view names_line);
     void show_controls();
 
     SurveyState& survey_;
@@ -93,8 +99,12 @@ private:
     RunDisplay& display_;
     RunPhase phase_ = RunPhase::idle;
     RunControls controls_;
-    std::unique_ptr<SurveySource> source_; // of a file run
+    std::unique_ptr<FileSource> source_; // of a file run
+    std::unique_ptr<LinesAhead> ahead_;  // of its file at hand; null: the run reads it itself
     LiveFeed feed_;
+    std::shared_ptr<const Projection> grid_; // of positions in degrees
+    bool grid_checked_ = false;              // against the first position
+    std::size_t shown_overlaps_ = 0;
     int line_status_ = 0;  // of the line taken last: 0, or -1 when it was refused
     int replay_delay_ = 0; // milliseconds
     ReplayPace pace_;

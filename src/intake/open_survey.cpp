@@ -1,6 +1,7 @@
 #include "intake/open_survey.h"
 
 #include "definitions/definitions_file.h"
+#include "intake/data_file.h"
 #include "intake/header.h"
 #include "text/file_names.h"
 
@@ -26,18 +27,19 @@ void forget_survey(SurveyState& survey, Operator& op)
 
 } // namespace
 
-SurveyOpening open_survey(SurveyState& survey, PickWorkflow& pick_work, const std::string& data_file_name,
+SurveyOpening open_survey(SurveyState& survey, PickWorkflow& pick_work, const std::vector<std::string>& data_files,
                           const std::optional<std::string>& header_line, Operator& op)
 {
-    if (!is_there(data_file_name)) {
+    if (data_files.empty() || !is_there(data_files.front())) {
         op.show_message("The MAG data file could not be located");
         return SurveyOpening::refused;
     }
     forget_survey(survey, op);
-    survey.data_file_name = data_file_name;
+    survey.data_file_name = data_files.front();
+    survey.further_data_files.assign(data_files.begin() + 1, data_files.end());
     survey.header_line_text = header_line;
-    pick_work.open_picks_of(data_file_name, indexed_track(survey));
-    const std::string definitions_file = definitions_file_name_for(data_file_name);
+    pick_work.open_picks_of(survey.data_file_name, indexed_track(survey));
+    const std::string definitions_file = definitions_file_name_for(survey.data_file_name);
     if (!is_there(definitions_file)) {
         return read_survey_header(survey, op) == 0 ? SurveyOpening::without_definitions : SurveyOpening::refused;
     }
@@ -55,9 +57,9 @@ int read_survey_header(SurveyState& survey, Operator& op)
         op.show_message("The header line number is not valid");
         return -1;
     }
-    const HeaderReading reading = read_header_line(0, survey.data_file_name, *number, op);
-    if (reading.status < 0) return -1;
-    survey.header_columns = header_columns_of(reading.header);
+    const std::optional<DataFile> file = open_data_file(survey.data_file_name, *number, survey.survey_definitions, op);
+    if (!file) return -1;
+    survey.header_columns = file->columns;
     return 0;
 }
 

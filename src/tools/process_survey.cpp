@@ -1,6 +1,7 @@
 #include "tools/process_survey.h"
 
 #include "display/survey_pictures.h"
+#include "geo/proj_projections.h"
 #include "intake/base_station_file.h"
 #include "picks/pick_file.h"
 #include "picks/pick_placing.h"
@@ -48,6 +49,14 @@ void print_samples(const SurveyState& survey)
 bool write_table(const char* key, const SurveyState& survey, const std::string& file_name, Operator& op)
 {
     return file_name.empty() || write_export(export_format(key), {survey}, file_name, op) == 0;
+}
+
+void write_rejected_lines(const SurveyState& survey, const std::string& file_name)
+{
+    FileReplacement file(file_name);
+    export_rejected_lines(survey.processing.rejected, survey.files_read,
+                          [&file](std::string_view text) { file.write(text); });
+    file.commit();
 }
 
 std::int32_t shown_record(const SurveyState& survey, const ProcessOptions& options)
@@ -147,6 +156,10 @@ int process_survey(const ProcessOptions& options)
     Session session(op, display, pick_display);
     SurveyState& survey = session.survey;
     survey.data_file_name = options.data_file;
+    survey.further_data_files = options.further_data_files;
+    survey.load_workers = options.load_workers;
+    const ProjProjections projections;
+    survey.projections = &projections;
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
     static_cast<Settings&>(survey) = options.settings;
@@ -163,6 +176,10 @@ int process_survey(const ProcessOptions& options)
         done &= write_table("samples", survey, options.samples_file, op);
     }
     done &= write_table("lines", survey, options.lines_file, op);
+    if (!options.rejected_file.empty()) {
+        done &= write_product(
+            "rejected lines", [&] { write_rejected_lines(survey, options.rejected_file); }, op);
+    }
     done &= check_quantity(survey, options, op);
     if (!options.track_file.empty()) done &= write_track(survey, options, op);
     if (!options.bars_file.empty()) done &= write_bars(survey, options, op);

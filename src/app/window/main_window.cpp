@@ -1,7 +1,6 @@
 #include "app/window/main_window.h"
 
 #include "app/common/texts.h"
-#include "app/dialogs/base_station_form.h"
 #include "app/dialogs/definitions_form.h"
 #include "app/dialogs/processing_form.h"
 #include "app/panels/header_box.h"
@@ -38,6 +37,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
     setAcceptDrops(true);
+    survey().projections = &projections_;
     boxes_.before_box = [this] { panels_.picks->stop_moving(); };
     boxes_.take_message = [this](const std::string& text) { return take_message_in_live_run(text); };
     boxes_.take_warnings = [this](const Warnings& warnings) { take_warnings(warnings); };
@@ -227,14 +227,18 @@ void MainWindow::dropEvent(QDropEvent* event)
 {
     event->acceptProposedAction();
     QStringList layers;
-    QStringList surveys;
+    std::vector<std::string> surveys;
     for (const QUrl& url : event->mimeData()->urls()) {
         const QString file = url.toLocalFile();
-        (is_layer_file(to_utf8(file)) ? layers : surveys).append(file);
+        if (is_layer_file(to_utf8(file))) {
+            layers.append(file);
+        } else {
+            surveys.push_back(to_utf8(file));
+        }
     }
     // The program that the files were dragged from waits for this handler: what they give rise to comes after it.
     QTimer::singleShot(0, this, [this, layers, surveys] {
-        if (!surveys.isEmpty()) open_file(to_utf8(surveys.constFirst()));
+        if (!surveys.empty()) open_files(surveys);
         layers_.open_files(layers);
     });
 }
