@@ -1,3 +1,4 @@
+#include "text/terminal_text.h"
 #include "tools/process_survey.h"
 
 #include <iostream>
@@ -17,10 +18,10 @@ int main(int argc, char** argv)
         }
         return process_survey(options);
     } catch (const UsageError& fault) {
-        std::cerr << "tarvo-process: " << fault.what() << "\nTry: tarvo-process --help\n";
+        std::cerr << "tarvo-process: " << terminal_text(fault.what()) << "\nTry: tarvo-process --help\n";
         return kWrongUsage;
     } catch (const std::exception& fault) {
-        std::cerr << "tarvo-process: " << fault.what() << '\n';
+        std::cerr << "tarvo-process: " << terminal_text(fault.what()) << '\n';
         return kFailed;
     }
 }

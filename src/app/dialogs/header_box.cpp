@@ -1,6 +1,7 @@
 #include "app/dialogs/header_box.h"
 
 #include "app/common/elided_label.h"
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "intake/column_report.h"
 
@@ -12,16 +13,15 @@
 namespace tarvo {
 
 HeaderBox::HeaderBox(QWidget* parent)
-    : QWidget(parent), file_name_(new QLabel), header_line_(new QLineEdit), columns_(new ElidedLabel)
+    : QWidget(parent), file_name_(plain_label()), header_line_(new QLineEdit), columns_(new ElidedLabel)
 {
     file_name_->setObjectName(QStringLiteral("Label_data_file"));
-    file_name_->setTextFormat(Qt::PlainText);
     header_line_->setObjectName(QStringLiteral("Text_locations_name_line"));
     header_line_->setToolTip(tr("The line of the data file that names the columns, counted from 1"));
     header_line_->setMaximumWidth(header_line_->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 12);
     columns_->setObjectName(QStringLiteral("Label_columns"));
 
-    auto* const label = new QLabel(tr("Header l&ine"));
+    auto* const label = plain_label(tr("Header l&ine"));
     label->setBuddy(header_line_);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(4, 2, 4, 0);

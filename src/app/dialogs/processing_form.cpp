@@ -1,5 +1,6 @@
 #include "app/dialogs/processing_form.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 
 #include <QCheckBox>
@@ -65,7 +66,7 @@ void ProcessingForm::add_box(QFormLayout* rows, std::string ProcessingPage::*tex
     edit->setToolTip(hint);
     edit->setAlignment(Qt::AlignRight);
     edit->setFixedWidth(90);
-    rows->addRow(caption, edit);
+    add_plain_row(*rows, caption, edit);
     boxes_.push_back({text, edit});
 }
 

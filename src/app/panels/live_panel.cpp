@@ -1,6 +1,7 @@
 #include "app/panels/live_panel.h"
 
 #include "app/common/column_box.h"
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 
 #include <QAction>
@@ -26,6 +27,7 @@ constexpr int kMostEchoedBytes = 4096; // of one message
 constexpr int kEchoLinesShown = 4;
 constexpr int kButtonWidth = 116;
 constexpr int kMostMessageText = 2000;
+constexpr int kMostMessages = 20;
 
 // Bytes of any kind on one line of the screen.
 QString shown_text(const std::string& bytes)
@@ -49,16 +51,10 @@ void show_alarm(QLabel& label, bool alarmed)
 void LiveOperator::show_message(const std::string& text)
 {
     const QString message = to_qt(text).left(kMostMessageText);
-    if (box_ != nullptr) { // the newest stands first, so that nothing before it can hide it
-        const QString shown = box_->text();
-        if (!shown.contains(message)) box_->setText((message + QLatin1Char('\n') + shown).left(kMostMessageText));
-        return;
-    }
-    box_ = new QMessageBox(QMessageBox::Information, QStringLiteral("Tarvo"), message, QMessageBox::Ok, window());
-    box_->setTextFormat(Qt::PlainText);
-    box_->setAttribute(Qt::WA_DeleteOnClose);
-    box_->setModal(false);
-    box_->show();
+    if (told_.contains(message)) return;
+    told_.prepend(message);
+    if (told_.size() > kMostMessages) told_.removeLast();
+    if (show_hint) show_hint(told_.join(QLatin1Char('\n')).left(kMostMessageText));
 }
 
 LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& settings, QWidget* parent)
@@ -66,7 +62,7 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
       pipe_([this](std::span<const std::byte> request) { return requests_.handle_request(request); },
             [this] { return requests_.lines_are_kept(); }),
       requests_(survey, driver, op_, pipe_.server(), *this), button_(new QPushButton(tr("Listen for UDP"))),
-      status_(new QLabel), recording_(new QLabel), echo_switch_(new QToolButton), echo_(new QPlainTextEdit),
+      status_(plain_label()), recording_(plain_label()), echo_switch_(new QToolButton), echo_(new QPlainTextEdit),
       record_(new QAction(tr("Record li&ve data"), this)),
       choose_folder_(new QAction(tr("&Folder for live data..."), this))
 {
@@ -75,7 +71,6 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
     button_->setToolTip(tr("Receives a survey while it is made, from tarvo-forward or another sender"));
     status_->setObjectName(QStringLiteral("Label_live_status"));
     recording_->setObjectName(QStringLiteral("Label_recording"));
-    for (QLabel* const label : {status_, recording_}) label->setTextFormat(Qt::PlainText);
     recording_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     recording_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     echo_->setObjectName(QStringLiteral("RichTextBox_pipe"));

@@ -6,6 +6,7 @@
 #include "ports/settings_store.h"
 
 #include <QPointer>
+#include <QStringList>
 #include <QTimer>
 #include <QWidget>
 
@@ -19,20 +20,24 @@ class QToolButton;
 
 namespace tarvo {
 
-// The operator of a live survey: a message is left on the screen and waits for nobody, for a sender hangs on the
-// reply. Questions are not asked.
+// The operator of a live survey: a message is a hint that waits for nobody, for a sender hangs on the reply, and is
+// shown once a run. Questions are not asked.
 class LiveOperator : public QtOperator {
 public:
     using QtOperator::QtOperator;
 
     void show_message(const std::string& text) override;
+    void forget_messages() { told_.clear(); } // a run begins
+
+    std::function<void(const QString&)> show_hint; // all messages of the run, the newest first
+
     bool ask_yes_no(const std::string&) override { return false; }
     bool ask_before_loss(const std::string&) override { return false; }
     std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
     std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
 
 private:
-    QPointer<QMessageBox> box_; // the one that is open: a sender cannot fill the screen with boxes
+    QStringList told_; // in this run, the newest first
 };
 
 // The controls of the live connection: the listen/close button, its state, the echo box, and the entries for recording.

@@ -1,5 +1,6 @@
 #include "app/panels/pick_panel.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/panels/arrow_scroll_bar.h"
 
@@ -12,7 +13,7 @@
 namespace tarvo {
 
 PickPanel::PickPanel(QWidget* parent)
-    : QWidget(parent), mark_(new QPushButton(tr("Mark pick"))), label_(new QLabel), picks_(new QComboBox)
+    : QWidget(parent), mark_(new QPushButton(tr("Mark pick"))), label_(plain_label()), picks_(new QComboBox)
 {
     setObjectName(QStringLiteral("Frame_picks"));
     mark_->setObjectName(QStringLiteral("Command_mark_anomaly_location"));
@@ -20,7 +21,6 @@ PickPanel::PickPanel(QWidget* parent)
     connect(mark_, &QPushButton::clicked, this, &PickPanel::mark_pressed);
 
     label_->setObjectName(QStringLiteral("Label_current_pick"));
-    label_->setTextFormat(Qt::PlainText);
     picks_->setObjectName(QStringLiteral("Combo_current_pick"));
     picks_->setAccessibleName(tr("Current pick"));
     picks_->setToolTip(tr("The picks in the order of the list; the chosen one is shown in the middle"));
@@ -76,7 +76,7 @@ QWidget* PickPanel::make_moving()
         shift_->setValue(0);
         emit shifted(samples);
     });
-    auto* const caption = new QLabel(tr("&Move"));
+    auto* const caption = plain_label(tr("&Move"));
     caption->setBuddy(shift_);
     auto* const row = new QHBoxLayout(moving_);
     row->setContentsMargins(0, 0, 0, 0);

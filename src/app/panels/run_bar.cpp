@@ -1,6 +1,8 @@
 #include "app/panels/run_bar.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "survey/survey_readings.h"
 #include "text/numbers.h"
 
 #include <QHBoxLayout>
@@ -44,7 +46,7 @@ RunBar::RunBar(QWidget* parent) : QWidget(parent), speed_(new QSlider(Qt::Horizo
     row->setContentsMargins(4, 2, 4, 2);
     row->addWidget(start_[0]);
     row->addWidget(start_[1]);
-    auto* const speed_label = new QLabel(tr("Sp&eed"));
+    auto* const speed_label = plain_label(tr("Sp&eed"));
     speed_label->setBuddy(speed_);
     row->addWidget(speed_label);
     row->addWidget(speed_);
@@ -75,7 +77,7 @@ QPushButton* RunBar::make_start_button(StartButton index, const QString& tip)
 
 QLabel* RunBar::add_counter(QHBoxLayout& row, const QString& name, const QString& caption, const QString& tip)
 {
-    auto* const value = new QLabel;
+    auto* const value = plain_label();
     value->setObjectName(name);
     value->setToolTip(tip);
     value->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -84,7 +86,7 @@ QLabel* RunBar::add_counter(QHBoxLayout& row, const QString& name, const QString
     bold.setBold(true);
     value->setFont(bold);
     value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("00,000")));
-    auto* const label = new QLabel(caption);
+    auto* const label = plain_label(caption);
     label->setToolTip(tip);
     row.addSpacing(6);
     row.addWidget(value);
@@ -105,8 +107,7 @@ void RunBar::show_counters(const RunCounters& counters)
     samples_->setText(count_text(counters.samples_stored));
     rejected_->setText(count_text(counters.lines_rejected));
     not_averaged_->setText(count_text(counters.lines_not_averaged));
-    const bool has_line = is_valid_channel(counters.current_line_number);
-    line_->setText(has_line ? to_qt(format_fixed(counters.current_line_number, 0)) : QStringLiteral("\u2013"));
+    line_->setText(to_qt(line_name(counters.current_line_number)));
 
     const double share = counters.file_length > 0 ? static_cast<double>(counters.characters_consumed) /
                                                         static_cast<double>(counters.file_length)

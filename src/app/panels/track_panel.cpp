@@ -1,5 +1,6 @@
 #include "app/panels/track_panel.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/panels/arrow_scroll_bar.h"
 #include "app/panels/track_widget.h"
@@ -103,7 +104,7 @@ QWidget* TrackPanel::make_tools()
     row->addWidget(whole_);
     row->addWidget(following_);
     row->addSpacing(8);
-    auto* const zoom_label = new QLabel(tr("&Zoom"));
+    auto* const zoom_label = plain_label(tr("&Zoom"));
     zoom_label->setBuddy(zoom_);
     row->addWidget(zoom_label);
     row->addWidget(zoom_);
@@ -115,7 +116,7 @@ QWidget* TrackPanel::make_tools()
 
 QWidget* TrackPanel::make_range_tools()
 {
-    range_ = new QLabel;
+    range_ = plain_label();
     range_->setObjectName(QStringLiteral("Label_gradient_range"));
     range_->setToolTip(tr("The gradient that is drawn red, in nT per metre"));
     auto* const fit = make_button(QStringLiteral("Command_fit_range"), tr("Fit"),

@@ -1,5 +1,7 @@
 #include "app/window/help_pages.h"
 
+#include "app/common/plain_label.h"
+
 #include <QClipboard>
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -51,8 +53,8 @@ void show_about_box(QWidget* window)
     dialog.setObjectName(QStringLiteral("Form_about"));
     dialog.setWindowTitle(tr("About Tarvo"));
     auto* const layout = new QVBoxLayout(&dialog);
-    auto* const purpose = new QLabel(tr("A desktop monitor for magnetometer surveys"));
-    auto* const versions = new QLabel(version_text());
+    auto* const purpose = plain_label(tr("A desktop monitor for magnetometer surveys"));
+    auto* const versions = plain_label(version_text());
     versions->setObjectName(QStringLiteral("Label_versions"));
     versions->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     layout->addWidget(purpose);
@@ -102,11 +104,11 @@ void show_shortcuts_page(QWidget* window)
     auto* const table = new QFormLayout;
     table->setHorizontalSpacing(24);
     for (const auto& [keys, what] : kShortcuts) {
-        auto* const name = new QLabel(tr(keys));
+        auto* const name = plain_label(tr(keys));
         QFont bold = name->font();
         bold.setBold(true);
         name->setFont(bold);
-        table->addRow(name, new QLabel(tr(what)));
+        table->addRow(name, plain_label(tr(what)));
     }
     layout->addLayout(table);
     finish_dialog(dialog, *layout, *new QDialogButtonBox(QDialogButtonBox::Close));

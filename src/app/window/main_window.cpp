@@ -34,8 +34,8 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     setAcceptDrops(true);
     boxes_.before_box = [this] { picks_->stop_moving(); };
     boxes_.take_message = [this](const std::string& text) {
-        if (!live_->requests().is_handling()) return false;
-        live_->op().show_message(text); // which waits for nobody, as a sender waits for the reply
+        if (!live_->requests().is_listening()) return false;
+        live_->op().show_message(text); // which waits for nobody, as senders wait for replies
         return true;
     };
     boxes_.take_warning = [this](WarningAbout about, const std::string& text) { take_warning(about, text); };

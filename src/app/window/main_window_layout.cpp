@@ -1,6 +1,7 @@
 // What the window is made of: panels, menus, and how they are kept from one start to the next.
 
 #include "app/common/elided_label.h"
+#include "app/common/plain_label.h"
 #include "app/common/survey_export.h"
 #include "app/common/texts.h"
 #include "app/dialogs/header_box.h"
@@ -62,6 +63,7 @@ void MainWindow::make_panels()
     hints_ = new HintBar;
     live_ = new LivePanel(survey(), monitor_.driver, settings_);
     live_->op().take_warning = boxes_.take_warning;
+    live_->op().show_hint = [this](const QString& text) { hints_->show_hint(QStringLiteral("live"), text); };
     track_ = new TrackPanel(view_);
     dials_ = new DialPanel;
     bars_ = new ColourBarPanel(view_);
@@ -103,9 +105,8 @@ void MainWindow::make_panels()
     make_pick_panel();
     layout->addWidget(picks_);
 
-    pointed_ = new QLabel;
+    pointed_ = plain_label();
     pointed_->setObjectName(QStringLiteral("Label_pointed"));
-    pointed_->setTextFormat(Qt::PlainText);
     pointed_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(pointed_, 2);
     sender_text_ = new ElidedLabel;
@@ -255,7 +256,7 @@ void MainWindow::fill_recent_files()
     const QStringList files = stored(settings_, "RecentFiles").split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     for (const QString& file : files) {
         QAction* const action = recent_files_->addAction(QFileInfo(file).fileName());
-        action->setToolTip(file);
+        action->setToolTip(plain_tip(file));
         connect(action, &QAction::triggered, this, [this, file] { open_file(to_utf8(file)); });
     }
     recent_files_->setToolTipsVisible(true);

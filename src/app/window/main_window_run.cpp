@@ -5,6 +5,7 @@
 #include "app/panels/colour_bar_panel.h"
 #include "app/panels/dial_panel.h"
 #include "app/panels/hint_bar.h"
+#include "app/panels/live_panel.h"
 #include "app/panels/pick_panel.h"
 #include "app/panels/profile_graphs.h"
 #include "app/panels/run_bar.h"
@@ -75,7 +76,10 @@ void MainWindow::clear_monitor_form()
     has_new_samples_ = false;
     has_new_readings_ = false;
     column_warnings_.clear();
-    if (monitor_.driver.is_pipe_open()) hints_->clear_hints(); // they are about a file, or an earlier live run
+    if (monitor_.driver.is_pipe_open()) {
+        hints_->clear_hints(); // they are about a file, or an earlier live run
+        live_->op().forget_messages();
+    }
     show_survey();
     show_point_readings();
 }
@@ -144,6 +148,7 @@ void MainWindow::show_finished_run()
     header_->show_survey(survey());
     run_bar_->show_totals(survey().processing.lines_read, records);
     view_.announce(); // the core has drawn the track
+    hints_->show_hint(QStringLiteral("world"), to_qt(out_of_world_hint(survey().processing.store)));
     const bool can_be_cured = !survey().parameters.CarryClosingSample && !survey().data_file_name.empty();
     hints_->show_hint(QStringLiteral("averages"), to_qt(averaging_hint(survey().processing)),
                       can_be_cured ? HintBar::Action{tr("Average every line"), [this] { average_every_line(); }}
