@@ -189,8 +189,7 @@ std::string out_of_world_hint(const SampleStore& store)
                 readable_number(greatest, 0) + ')';
     };
     for (const FieldSlotIndex slot : {kEast, kNorth, kDepth, kElevation, kDem}) {
-        name(kDefaultFieldNames[static_cast<std::size_t>(slot)],
-             [&](std::int32_t record) { return store.channel(slot, record); });
+        name(field_slot(slot).name, [&](std::int32_t record) { return store.channel(slot, record); });
     }
     for (std::size_t sensor = 1; sensor < store.sensors.size(); ++sensor) {
         name("sensor " + std::to_string(sensor), [&](std::int32_t record) {

@@ -126,11 +126,10 @@ void LivePanel::add_actions(QMenu& file_menu)
 void LivePanel::press()
 {
     emit pressed();
-    if (!requests_.is_listening()) {
-        take_recording_choice(); // the last folder may be another by now
-        warn_of_missing_folder();
-    }
+    const bool was_listening = requests_.is_listening();
+    if (!was_listening) take_recording_choice(); // the last folder may be another by now
     if (!requests_.Command_UDP_receive()) emit postponed();
+    if (!was_listening && requests_.is_listening()) warn_of_missing_folder();
     show_echo_box();
     show_status();
     if (requests_.is_listening()) status_timer_.start(kStatusInterval);
