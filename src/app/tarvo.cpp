@@ -34,6 +34,7 @@ void start(MainWindow& window, const LaunchOptions& options)
         return QApplication::exit(kFailed); // a dialog would wait for somebody
     }
     if (options.listen) window.listen();
+    if (is_attended && options.data_file.empty()) window.come_back();
     if (!options.data_file.empty()) window.open_file(options.data_file, options.header_line);
     // The definitions dialog of a file without definitions may have begun the run already.
     const bool has_begun =

@@ -143,6 +143,21 @@ TEST_F(LiveWindow, RealSurveysAreTheSameLiveAsFromTheirFiles)
     }
 }
 
+TEST_F(LiveWindow, ListensAgainWhereTheProgramEndedInTheMidstOfIt)
+{
+    make_runtime_folder();
+    window.come_back();
+    EXPECT_EQ(status(), QStringLiteral("Not listening"));
+    settings.values["Listening"] = "1"; // as a crash leaves it
+    window.come_back();
+    EXPECT_EQ(status(), QStringLiteral("Listening, no client connected"));
+    MainWindow second(settings, &op);
+    second.come_back();
+    EXPECT_EQ(op.messages, std::vector<std::string>()) << "no quarrel about the pipe";
+    press();
+    EXPECT_EQ(settings.values["Listening"], "0");
+}
+
 TEST_F(LiveWindow, HintsOfAFileDoNotOutliveIt)
 {
     make_runtime_folder();

@@ -3,6 +3,7 @@
 #include "app/common/column_box.h"
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "live/pipe_client.h"
 
 #include <QAction>
 #include <QDir>
@@ -25,6 +26,7 @@ constexpr int kStatusInterval = 250;   // milliseconds
 constexpr int kMostEchoLines = 500;    // the oldest go first
 constexpr int kMostEchoedBytes = 4096; // of one message
 constexpr int kEchoLinesShown = 4;
+constexpr const char* kListening = "Listening"; // setting: 1 or 0
 constexpr int kButtonWidth = 116;
 constexpr int kMostMessageText = 2000;
 constexpr int kMostMessages = 20;
@@ -130,9 +132,18 @@ void LivePanel::press()
     if (!was_listening) take_recording_choice(); // the last folder may be another by now
     if (!requests_.Command_UDP_receive()) emit postponed();
     if (!was_listening && requests_.is_listening()) warn_of_missing_folder();
+    const char* const listening = requests_.is_listening() ? "1" : "0";
+    settings_.write(kSettingsApplication, kSettingsSection, kListening, listening);
     show_echo_box();
     show_status();
     if (requests_.is_listening()) status_timer_.start(kStatusInterval);
+}
+
+// While another monitor listens, its state is what is stored.
+void LivePanel::come_back()
+{
+    if (stored(kListening) != QLatin1String("1")) return;
+    if (PipeClient other(kPipeName); !other.connect()) press();
 }
 
 void LivePanel::show_pipe_caption(const std::string& caption)

@@ -53,6 +53,9 @@ public:
     void add_actions(QMenu& file_menu);
     void press(); // what the listen/close button does
 
+    // Where the program ended in the midst of listening, by a crash or with the computer, it listens again.
+    void come_back();
+
     // To be asked before the program ends. False: the disk has not taken all recorded lines; a box says so and offers
     // to end without them, and settled() comes when there is nothing to wait for any more.
     bool is_settled_or_wait();

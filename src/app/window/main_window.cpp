@@ -226,6 +226,11 @@ void MainWindow::listen()
     if (!live_->requests().is_listening()) live_->press();
 }
 
+void MainWindow::come_back()
+{
+    live_->come_back();
+}
+
 void MainWindow::leave(Operator& told)
 {
     if (settings_timer_.isActive()) keep_settings();

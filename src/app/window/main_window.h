@@ -60,7 +60,8 @@ public:
     // Shows the survey anew after its definitions, parameters, ranges, picks or values were changed.
     void show_survey();
 
-    void listen(); // for a live survey, as the button does
+    void listen();    // for a live survey, as the button does
+    void come_back(); // listens when the program was ended in the midst of it
 
     // The end of the program without an operator, also where the display is gone: what is recorded and picked is kept.
     void leave(Operator& told);
