@@ -172,7 +172,9 @@ void LivePanel::show_status()
     status_->setText(to_qt(live_status_text(status)));
     show_alarm(*status_, status.is_overdue());
     show_recording(status.recording_lost);
-    if (!requests_.is_listening() && requests_.recording().is_settled()) status_timer_.stop();
+    if (requests_.is_listening() || !requests_.recording().is_settled() || !status_timer_.isActive()) return;
+    status_timer_.stop();
+    requests_.look_after(); // the last words of the recordings
 }
 
 bool LivePanel::is_settled_or_wait()
