@@ -46,8 +46,7 @@ TEST(SurveyReadings, ValuesOutOfThisWorldAreCountedAndNamed)
     FieldLocations locations;
     for (const FieldSlotIndex slot : {kTime, kEast, kNorth, kDepth})
         locations.column[static_cast<std::size_t>(slot)] = 0;
-    SurveyState survey;
-    SampleStore& store = survey.processing.store;
+    SampleStore store;
     reset_sample_store(store, definitions, locations);
     store.RecordCount = 4;
     const double east[] = {0, 5, 9.97e36, 7, kNull};
@@ -67,7 +66,9 @@ TEST(SurveyReadings, ValuesOutOfThisWorldAreCountedAndNamed)
     ASSERT_TRUE(extent);
     EXPECT_EQ(extent->x_min, 5);
     EXPECT_EQ(extent->x_max, 7);
-    EXPECT_EQ(record_text(survey, 2), "1.0e+37 m E, 3.0 m N   at 0.0 m   00:00:00.0   S1: 1.0e+12 nT");
+    EXPECT_EQ(place_text({9.97e36, 3}), "1.0e+37 m E, 3.0 m N");
+    EXPECT_EQ(line_name(20250729045212), "20250729045212");
+    EXPECT_EQ(line_name(1e300), "1.0e+300");
     store.RecordCount = 1;
     EXPECT_EQ(out_of_world_hint(store), "");
 }
