@@ -11,6 +11,7 @@
 #include "app/panels/run_bar.h"
 #include "app/panels/track_panel.h"
 #include "app/window/main_window.h"
+#include "processing/record_memory.h"
 #include "survey/survey_readings.h"
 
 #include <QAction>
@@ -82,6 +83,7 @@ void MainWindow::clear_monitor_form()
     }
     show_survey();
     show_point_readings();
+    release_spare_memory(); // of the survey before, which may have had many sensors
 }
 
 void MainWindow::display_replay_data(std::int32_t, std::int32_t)
