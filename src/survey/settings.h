@@ -3,6 +3,7 @@
 #include "display/display_settings.h"
 #include "picks/pick_settings.h"
 #include "processing/processing_parameters.h"
+#include "survey/watch_settings.h"
 
 namespace tarvo {
 
@@ -12,6 +13,7 @@ struct Settings {
     ProcessingParameters parameters;
     DisplaySettings display_settings;
     PickSettings pick_settings;
+    WatchSettings watch_settings;
 
     bool operator==(const Settings&) const = default;
 };

@@ -6,6 +6,8 @@
 #include "live/pipe_client.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -17,6 +19,8 @@
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QToolButton>
+
+#include <algorithm>
 
 namespace tarvo {
 
@@ -60,7 +64,7 @@ void LiveOperator::show_message(const std::string& text)
 }
 
 LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& settings, QWidget* parent)
-    : QWidget(parent), settings_(settings), op_(this),
+    : QWidget(parent), survey_(survey), settings_(settings), op_(this),
       pipe_([this](std::span<const std::byte> request) { return requests_.handle_request(request); },
             [this] { return requests_.lines_are_kept(); }),
       requests_(survey, driver, op_, pipe_.server(), *this), button_(new QPushButton(tr("Listen for UDP"))),
@@ -113,6 +117,7 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
     connect(choose_folder_, &QAction::triggered, this, &LivePanel::choose_recording_folder);
     connect(&status_timer_, &QTimer::timeout, this, [this] {
         requests_.look_after();
+        watch_run();
         show_status();
     });
     show_echo_box();
@@ -134,6 +139,7 @@ void LivePanel::press()
     if (!was_listening && requests_.is_listening()) warn_of_missing_folder();
     const char* const listening = requests_.is_listening() ? "1" : "0";
     settings_.write(kSettingsApplication, kSettingsSection, kListening, listening);
+    watch_run();
     show_echo_box();
     show_status();
     if (requests_.is_listening()) status_timer_.start(kStatusInterval);
@@ -175,6 +181,17 @@ void LivePanel::show_status()
     if (requests_.is_listening() || !requests_.recording().is_settled() || !status_timer_.isActive()) return;
     status_timer_.stop();
     requests_.look_after(); // the last words of the recordings
+}
+
+void LivePanel::watch_run()
+{
+    const std::string time = to_utf8(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+    const std::vector<WatchNotice> notices =
+        watch_.look(requests_.status(), survey_, survey_.watch_settings, LiveClock::now(), time);
+    if (notices.empty()) return;
+    const bool begins = std::any_of(notices.begin(), notices.end(), [](const WatchNotice& n) { return n.is_alarm; });
+    if (begins && survey_.watch_settings.AlarmSound) QApplication::beep();
+    emit watched(to_qt(watch_.standing_text()));
 }
 
 bool LivePanel::is_settled_or_wait()

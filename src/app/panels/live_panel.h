@@ -3,6 +3,7 @@
 #include "app/common/pipe_endpoint.h"
 #include "app/common/qt_operator.h"
 #include "live/live_requests.h"
+#include "live/live_watch.h"
 #include "ports/settings_store.h"
 
 #include <QPointer>
@@ -49,6 +50,7 @@ public:
     LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& settings, QWidget* parent = nullptr);
 
     LiveRequests& requests() { return requests_; }
+    const LiveWatch& watch() const { return watch_; }
     LiveOperator& op() { return op_; }
     void add_actions(QMenu& file_menu);
     void press(); // what the listen/close button does
@@ -63,6 +65,7 @@ public:
 signals:
     void pressed();                                // the listen/close button, before it acts
     void settled();                                // after is_settled_or_wait() was false
+    void watched(const QString& alarms);           // those that stand now: one has begun or is over
     void postponed();                              // it cannot act before the run that starts or ends has done so
     void status_text_changed(const QString& text); // the sender's own words
 
@@ -73,6 +76,7 @@ private:
     void show_status_text(const std::string& text) override;
 
     void show_status();
+    void watch_run();
     void show_recording(bool is_lost);
     void show_echo_box();
     void choose_recording_folder();
@@ -81,10 +85,12 @@ private:
     QString recording_folder() const;
     QString stored(const char* key) const;
 
+    SurveyState& survey_;
     SettingsStore& settings_;
     LiveOperator op_;
     PipeService pipe_;
     LiveRequests requests_;
+    LiveWatch watch_;
 
     QPushButton* button_;
     QLabel* status_;
