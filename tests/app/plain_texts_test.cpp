@@ -56,7 +56,7 @@ TEST_F(PlainTexts, NoLabelAndNoTooltipTakesANameForMarkup)
     window.open_file(file);
     window.press_start(StartButton::load_or_pause);
     append_pick(window.survey().picks, {kName + " 1"});
-    window.monitor().pick_work.load_pick_list_on_form(indexed_track(window.survey()));
+    window.session().pick_work.load_pick_list_on_form(indexed_track(window.survey()));
     emit control<QMenu>("menu_open_recent").aboutToShow();
 
     std::set<std::string> seen; // dialogs, as they open
