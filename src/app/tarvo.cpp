@@ -6,6 +6,7 @@
 #include "definitions/definitions_file.h"
 #include "picks/pick_file.h"
 #include "text/file_names.h"
+#include "text/terminal_text.h"
 #include "tools/common/console.h"
 #include "tools/common/exit_status.h"
 #include "tools/common/version.h"
@@ -29,10 +30,12 @@ void start(MainWindow& window, const LaunchOptions& options)
 {
     const bool is_attended = options.screenshot.empty();
     if (!is_attended && !options.data_file.empty() && !is_there(definitions_file_name_for(options.data_file))) {
-        std::cerr << "tarvo: " << options.data_file << " has no definitions file beside it, or is not there\n";
+        std::cerr << "tarvo: " << terminal_text(options.data_file)
+                  << " has no definitions file beside it, or is not there\n";
         return QApplication::exit(kFailed); // a dialog would wait for somebody
     }
     if (options.listen) window.listen();
+    if (is_attended && options.data_file.empty()) window.come_back();
     if (!options.data_file.empty()) window.open_file(options.data_file, options.header_line);
     // The definitions dialog of a file without definitions may have begun the run already.
     const bool has_begun =
@@ -41,7 +44,7 @@ void start(MainWindow& window, const LaunchOptions& options)
     if (is_attended) return;
     QApplication::processEvents(); // the finished run is painted
     const bool saved = window.grab().save(to_qt(options.screenshot), "PNG");
-    if (!saved) std::cerr << "tarvo: " << options.screenshot << " cannot be written\n";
+    if (!saved) std::cerr << "tarvo: " << terminal_text(options.screenshot) << " cannot be written\n";
     QApplication::exit(saved ? kDone : kFailed);
 }
 
@@ -115,10 +118,10 @@ int main(int argc, char** argv)
         QApplication application(argc, argv); // takes the toolkit's own options out
         return run(application, read_launch_options(arguments()));
     } catch (const UsageError& fault) {
-        std::cerr << "tarvo: " << fault.what() << "\nTry: tarvo --help\n";
+        std::cerr << "tarvo: " << terminal_text(fault.what()) << "\nTry: tarvo --help\n";
         return kWrongUsage;
     } catch (const std::exception& fault) {
-        std::cerr << "tarvo: " << fault.what() << '\n';
+        std::cerr << "tarvo: " << terminal_text(fault.what()) << '\n';
         return kFailed;
     }
 }

@@ -55,7 +55,7 @@ void centre_picture(const Picture& picture, FollowedTrack& followed)
 void plot_followed_point(Picture& picture, FollowedTrack& followed, std::int32_t index, double easting, double northing,
                          const PointMark& mark)
 {
-    if (!is_valid_channel(easting) || !is_valid_channel(northing)) return;
+    if (!is_in_world(easting) || !is_in_world(northing)) return;
     if (index == 1 || !followed.is_shown) {
         if (index != 1) clear(picture);
         followed = {};

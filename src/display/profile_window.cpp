@@ -15,7 +15,7 @@ constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
 void add_point(ProfileCurve& curve, double distance, double value)
 {
     curve.distance.push_back(distance);
-    curve.value.push_back(is_valid_sensor(value) ? value : kNoValue);
+    curve.value.push_back(is_in_world(value) ? value : kNoValue);
 }
 
 // The group's least and greatest value in the order in which they come; of one record its value.
@@ -24,7 +24,7 @@ void add_group(const TrackTable& track, const double* values, const RecordSpan& 
     std::int32_t least = 0;
     std::int32_t greatest = 0;
     for (std::int32_t record = group.first; record <= group.last; ++record) {
-        if (!is_valid_sensor(values[record])) continue;
+        if (!is_in_world(values[record])) continue;
         if (least == 0 || values[record] < values[least]) least = record;
         if (greatest == 0 || values[record] > values[greatest]) greatest = record;
     }

@@ -17,7 +17,7 @@ std::vector<double> values_in_view(const TrackImage& image, const TrackScene& sc
     std::vector<double> values;
     for (std::int32_t record = 1; record <= track.count; ++record) {
         const double value = shown[record];
-        if (!is_valid_sensor(value)) continue;
+        if (!is_in_world(value)) continue;
         const int x = pixel_x(transform, track.easting[record]);
         const int y = pixel_y(transform, track.northing[record]);
         const bool is_in_view = x >= 0 && x < image.picture.width() && y >= 0 && y < image.picture.height();

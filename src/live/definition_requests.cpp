@@ -216,7 +216,7 @@ void apply_sensor_counts(std::string_view payload, SurveyDefinitions& definition
     const std::int32_t sensors = whole_number(next_token(payload)).value_or(0);
     const std::int32_t components = whole_number(next_token(payload)).value_or(0);
     const std::int32_t read_location = whole_number(next_token(payload)).value_or(-1);
-    if (sensors < 1 || sensors > kMostSensors) return;
+    if (sensors < 1 || sensors > kMostLiveSensors) return;
     if (components != 1 && components != 3) return;
     if (read_location != 0 && read_location != 1) return;
     definitions.number_of_sensors = sensors;

@@ -22,9 +22,10 @@ enum RequestCode : int {
     kHeaderColumns = 1001, // names, between commas or between blanks
     kScales = 1002,        // coordinate scale, depth scale, depth sign
     kFieldNames = 1003,    // pairs "quantity:column" between commas; quantities by their default names
-    kSensorCounts = 1004,  // sensors, components per sensor, 1 or 0: positions from columns
-    kDataFormat = 1005,    // a line of the data format, "Key : value"; before the names, whose line it splits
-    kFirstSensor = 2000,   // pairs of sensor 1: TMI, Tx, Ty, Tz, X, Y, Z:column, Offset, Length, Rotation:number
+    kSensorCounts =
+        1004, // sensors (1 to 100, those that can be described), components per sensor, 1 or 0: positions from columns
+    kDataFormat = 1005, // a line of the data format, "Key : value"; before the names, whose line it splits
+    kFirstSensor = 2000, // pairs of sensor 1: TMI, Tx, Ty, Tz, X, Y, Z:column, Offset, Length, Rotation:number
     kLastSensor = 2099,
     kEndOfDefinitions = 3000
 };

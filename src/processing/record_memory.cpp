@@ -6,6 +6,7 @@
 #include <new>
 
 #if defined(__linux__)
+#include <malloc.h>
 #include <sys/mman.h>
 #endif
 
@@ -67,6 +68,13 @@ void* resize_record_memory(void* block, std::size_t bytes, std::size_t wanted)
         std::free(block);
     }
     return resized;
+}
+
+void release_spare_memory()
+{
+#if defined(__GLIBC__)
+    malloc_trim(0);
+#endif
 }
 
 void free_record_memory(void* block, std::size_t bytes) noexcept

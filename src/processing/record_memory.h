@@ -13,4 +13,8 @@ namespace tarvo {
 void* resize_record_memory(void* block, std::size_t bytes, std::size_t wanted);
 void free_record_memory(void* block, std::size_t bytes) noexcept;
 
+// What freed small blocks keep from the system is given back to it: a survey of many sensors has many. Takes some
+// milliseconds where there is much.
+void release_spare_memory();
+
 } // namespace tarvo

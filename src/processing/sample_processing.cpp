@@ -270,12 +270,11 @@ void store_track_point(SampleProcessing& run, std::int32_t record)
 {
     const TrackTable track = track_table(run.store);
     double distance = record > 1 ? track.distance[record - 1] : 0.0;
-    if (has_position(track, record)) {
+    if (is_placed(track, record)) {
         if (const std::int32_t last = run.last_positioned_record; last > 0) {
             const double east = track.easting[record] - track.easting[last];
             const double north = track.northing[record] - track.northing[last];
-            const double step = std::sqrt(east * east + north * north);
-            if (std::isfinite(step)) distance += step; // a position out of this world leaves the distance usable
+            distance += std::sqrt(east * east + north * north);
         }
         run.last_positioned_record = record;
     }

@@ -8,7 +8,7 @@ std::optional<PositionExtent> position_extent(const TrackTable& track)
 {
     std::optional<PositionExtent> extent;
     for (std::int32_t record = 1; record <= track.count; ++record) {
-        if (!has_position(track, record)) continue;
+        if (!is_placed(track, record)) continue;
         const double x = track.easting[record];
         const double y = track.northing[record];
         if (!extent) extent = PositionExtent{x, x, y, y};

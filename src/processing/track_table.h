@@ -23,7 +23,13 @@ inline bool has_position(const TrackTable& track, std::int32_t record)
     return is_valid_channel(track.easting[record]) && is_valid_channel(track.northing[record]);
 }
 
-// The least and greatest coordinates of all known positions, metres; nullopt when there is none.
+// A known position that somebody can have been at.
+inline bool is_placed(const TrackTable& track, std::int32_t record)
+{
+    return is_in_world(track.easting[record]) && is_in_world(track.northing[record]);
+}
+
+// The least and greatest coordinates of all positions in the world, metres; nullopt when there is none.
 struct PositionExtent {
     double x_min = 0;
     double x_max = 0;

@@ -59,7 +59,7 @@ std::vector<double> shown_values(const SurveyState& survey)
         const ShownValues column(scene, sensor);
         if (!column.exist()) continue;
         for (std::int32_t record = 1; record <= scene.track.count; ++record) {
-            if (const double value = column[record]; is_valid_sensor(value)) values.push_back(value);
+            if (const double value = column[record]; is_in_world(value)) values.push_back(value);
         }
     }
     return values;
@@ -231,7 +231,8 @@ std::string quantity_value_text(const SurveyState& survey, std::size_t sensor, s
     const TrackScene scene = track_scene(survey);
     const ShownValues values(scene, sensor);
     const double value = values.exist() ? values[record] : kNull;
-    return is_valid_sensor(value) ? format_fixed(value, 2) + " " + scene.quantity->unit : "no value";
+    if (!is_valid_sensor(value)) return "no value";
+    return (is_in_world(value) ? format_fixed(value, 2) : readable_number(value, 2)) + " " + scene.quantity->unit;
 }
 
 } // namespace tarvo

@@ -4,6 +4,7 @@
 #include "picks/pick_settings.h"
 #include "processing/processing_parameters.h"
 #include "survey/run_settings.h"
+#include "survey/watch_settings.h"
 
 namespace tarvo {
 
@@ -14,6 +15,7 @@ struct Settings {
     DisplaySettings display_settings;
     PickSettings pick_settings;
     RunSettings run_settings;
+    WatchSettings watch_settings;
 
     bool operator==(const Settings&) const = default;
 };

@@ -50,11 +50,6 @@ std::int32_t nearest_of(std::int32_t count, const RecordOf& record_of, const Tra
     return nearest;
 }
 
-std::string grouped_fixed(double value, int decimals)
-{
-    return grouped_digits(format_fixed(value, decimals));
-}
-
 std::string time_of_day_text(double date_time)
 {
     const double day = date_time - std::floor(date_time);
@@ -85,10 +80,10 @@ std::string sensor_text(const SampleStore& store, int sensor, std::int32_t recor
     const SensorRecords& values = store.sensors[static_cast<std::size_t>(sensor)];
     std::string text = "   S" + std::to_string(sensor) + ": ";
     const double field = values.averages[0][record];
-    text += is_valid_sensor(field) ? grouped_fixed(field, 2) + " nT" : "no field";
+    text += is_valid_sensor(field) ? readable_number(field, 2) + " nT" : "no field";
     if (record > store.gradient_records) return text;
     const double gradient = values.gradients[0][record];
-    if (is_valid_sensor(gradient)) text += ", " + format_fixed(gradient, 2) + " nT/m";
+    if (is_valid_sensor(gradient)) text += ", " + readable_number(gradient, 2) + " nT/m";
     return text;
 }
 
@@ -134,10 +129,10 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
     const TrackTable track = track_table(store);
     std::string text = place_text({track.easting[record], track.northing[record]});
     if (text.empty()) text = "no position";
-    text += "   at " + grouped_fixed(track.distance[record], 1) + " m";
+    text += "   at " + readable_number(track.distance[record], 1) + " m";
     const std::int32_t line = line_of_record(survey.processing.lines, record);
     const double number = line > 0 ? survey.processing.lines.LineNumbers[line] : kNull;
-    if (is_valid_channel(number)) text += "   line " + format_fixed(number, 0);
+    if (is_valid_channel(number)) text += "   line " + line_name(number);
     const double spacing = distance_to_other_line(survey.processing, record);
     if (is_valid_channel(spacing)) text += "   next line " + format_fixed(spacing, 1) + " m off";
     // Without a Time column the stored times only count the data lines.
@@ -148,10 +143,16 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
     return text;
 }
 
+std::string line_name(double number)
+{
+    constexpr double kWholeNumbersEnd = 0x1p53; // of 64-bit floats: above they are no names any more
+    return std::abs(number) < kWholeNumbersEnd ? format_fixed(number, 0) : readable_number(number, 0);
+}
+
 std::string place_text(const GridPlace& place)
 {
     if (!place.is_known()) return "";
-    return grouped_fixed(place.easting, 1) + " m E, " + grouped_fixed(place.northing, 1) + " m N";
+    return readable_number(place.easting, 1) + " m E, " + readable_number(place.northing, 1) + " m N";
 }
 
 std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, double reach)
@@ -177,6 +178,36 @@ std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel,
     const FoundPoints near = survey.track_index.find_points_near(place.easting, place.northing, metres);
     const auto record_near = [&near](std::int32_t k) { return near.indices[static_cast<std::size_t>(k)]; };
     return nearest_of(near.count, record_near, track, place, metres);
+}
+
+std::string out_of_world_hint(const SampleStore& store)
+{
+    std::string text;
+    const auto name = [&](const std::string& what, const auto& value_at) {
+        std::int64_t count = 0;
+        double greatest = 0;
+        for (std::int32_t record = 1; record <= store.RecordCount; ++record) {
+            const double value = value_at(record);
+            if (is_in_world(value) || !is_valid_channel(value)) continue;
+            ++count;
+            greatest = std::max(greatest, value);
+        }
+        if (count == 0) return;
+        text += (text.empty() ? "" : ", ") + what + " in " + grouped_digits(std::to_string(count)) + " (up to " +
+                readable_number(greatest, 0) + ')';
+    };
+    for (const FieldSlotIndex slot : {kEast, kNorth, kDepth, kElevation, kDem}) {
+        name(field_slot(slot).name, [&](std::int32_t record) { return store.channel(slot, record); });
+    }
+    for (std::size_t sensor = 1; sensor < store.sensors.size(); ++sensor) {
+        name("sensor " + std::to_string(sensor), [&](std::int32_t record) {
+            const double field = store.sensors[sensor].averages[0][record];
+            return is_valid_sensor(field) ? field : kNull;
+        });
+    }
+    if (text.empty()) return text;
+    return "Values out of this world take no part in what is shown: " + text + " of " +
+           grouped_digits(std::to_string(store.RecordCount)) + " samples";
 }
 
 std::string averaging_hint(const SampleProcessing& run)

@@ -28,6 +28,9 @@ DialReadings dial_readings_of_record(const SurveyState& survey, std::int32_t rec
 // One line about a stored record for the status bar: position, distance, line, time and the sensors' values.
 std::string record_text(const SurveyState& survey, std::int32_t record);
 
+// A survey line's number as its name, without groups of digits; "-" for none.
+std::string line_name(double number);
+
 // "428,060.3 m E, 5,994,869.6 m N"; empty when the place is not known.
 std::string place_text(const GridPlace& place);
 
@@ -36,6 +39,9 @@ std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, dou
 
 // The stored record that the track image shows nearest to a pixel, if one lies within `reach` pixels of it; 0: none.
 std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel, double reach);
+
+// How many stored samples have a position or a value out of this world, with the greatest of them; empty without one.
+std::string out_of_world_hint(const SampleStore& store);
 
 // How many lines went into no average, said to the operator with the remedy in mind; empty when none was left out.
 std::string averaging_hint(const SampleProcessing& run);

@@ -157,6 +157,15 @@ std::string format_fixed(double value, int decimals)
     return std::string(written);
 }
 
+std::string readable_number(double value, int decimals)
+{
+    if (!std::isfinite(value) || !is_valid_channel(value)) return "-";
+    if (is_in_world(value)) return grouped_digits(format_fixed(value, decimals));
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, 1);
+    return {text, end.ptr};
+}
+
 std::string format_shortest(double value)
 {
     char text[32];

@@ -26,6 +26,15 @@ constexpr bool is_digit(char letter)
     return letter >= '0' && letter <= '9';
 }
 
+// Beyond every coordinate on Earth in any unit, and every reading: what stands for nothing in somebody's file, or a
+// fault. It is kept as it was read, but nothing that is shown is fitted to it.
+inline constexpr double kEndOfWorld = 1e12;
+
+inline bool is_in_world(double value)
+{
+    return std::abs(value) < kEndOfWorld;
+}
+
 // Without leading and trailing blanks; a TAB counts as a blank.
 std::string_view trimmed(std::string_view text);
 
@@ -51,6 +60,10 @@ std::int32_t rounded_to_int32(double value);
 
 // The decimals of fixed-point numbers: the exact value rounded, never "-0".
 std::string format_fixed(double value, int decimals);
+
+// A number for people, which never needs more room than some digits: with so many decimals, or as "1.2e+308" beyond
+// kEndOfWorld; "-" where there is none.
+std::string readable_number(double value, int decimals);
 
 // The shortest text that reads back to the same 64-bit or 32-bit float.
 std::string format_shortest(double value);

@@ -3,6 +3,7 @@
 #include "definitions/definitions_file.h"
 #include "intake/data_file.h"
 #include "live/live_requests.h"
+#include "text/terminal_text.h"
 #include "tools/common/console.h"
 #include "tools/forwarder.h"
 
@@ -81,7 +82,9 @@ int forward_survey(const ForwardOptions& options, int stop_descriptor)
 
     const std::string pipe_name = options.pipe_name.empty() ? kPipeName : options.pipe_name;
     const bool is_terminal = isatty(STDERR_FILENO) != 0;
-    const auto say = [&](const std::string& text) { std::cerr << (is_terminal ? "\r\033[K" : "") << text << '\n'; };
+    const auto say = [&](const std::string& text) {
+        std::cerr << (is_terminal ? "\r\033[K" : "") << terminal_text(text) << '\n';
+    };
     Forwarder forwarder(pipe_name, definition_requests(portable_survey(survey.columns, survey.definitions)),
                         *survey.lines, options.rate, stop_descriptor, say);
     ProgressLine progress;

@@ -1,3 +1,4 @@
+#include "text/terminal_text.h"
 #include "tools/common/version.h"
 #include "tools/forward_survey.h"
 
@@ -47,10 +48,10 @@ int main(int argc, char** argv)
         catch_stop_signals();
         return forward_survey(options, stop_descriptor);
     } catch (const UsageError& fault) {
-        std::cerr << "tarvo-forward: " << fault.what() << "\nTry: tarvo-forward --help\n";
+        std::cerr << "tarvo-forward: " << terminal_text(fault.what()) << "\nTry: tarvo-forward --help\n";
         return kWrongUsage;
     } catch (const std::exception& fault) {
-        std::cerr << "tarvo-forward: " << fault.what() << '\n';
+        std::cerr << "tarvo-forward: " << terminal_text(fault.what()) << '\n';
         return kFailed;
     }
 }

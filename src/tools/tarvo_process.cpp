@@ -1,4 +1,5 @@
 #include "session/settings_table.h"
+#include "text/terminal_text.h"
 #include "tools/common/version.h"
 #include "tools/process_survey.h"
 
@@ -23,10 +24,10 @@ int main(int argc, char** argv)
         }
         return process_survey(options);
     } catch (const UsageError& fault) {
-        std::cerr << "tarvo-process: " << fault.what() << "\nTry: tarvo-process --help\n";
+        std::cerr << "tarvo-process: " << terminal_text(fault.what()) << "\nTry: tarvo-process --help\n";
         return kWrongUsage;
     } catch (const std::exception& fault) {
-        std::cerr << "tarvo-process: " << fault.what() << '\n';
+        std::cerr << "tarvo-process: " << terminal_text(fault.what()) << '\n';
         return kFailed;
     }
 }

@@ -1,3 +1,5 @@
+#include "app/panels/dial_panel.h"
+#include "app/panels/live_panel.h"
 #include "tools/forward_survey.h"
 #include "window_fixture.h"
 
@@ -5,6 +7,7 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QLabel>
+#include <QMessageBox>
 
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -12,6 +15,19 @@
 #include <atomic>
 #include <filesystem>
 #include <thread>
+
+namespace {
+
+std::atomic<bool> disk_stands_still = false;
+
+} // namespace
+
+// Stands before the system's own: a disk that takes as long as a test wants.
+extern "C" int fsync(int)
+{
+    while (disk_stands_still) std::this_thread::yield();
+    return 0;
+}
 
 namespace tarvo {
 
@@ -33,6 +49,7 @@ protected:
 
     ~LiveWindow() override
     {
+        disk_stands_still = false;
         const std::uint64_t one = 1;
         EXPECT_EQ(write(stop, &one, sizeof one), 8);
         if (forwarder.joinable()) forwarder.join();
@@ -126,6 +143,21 @@ TEST_F(LiveWindow, RealSurveysAreTheSameLiveAsFromTheirFiles)
     }
 }
 
+TEST_F(LiveWindow, ListensAgainWhereTheProgramEndedInTheMidstOfIt)
+{
+    make_runtime_folder();
+    window.come_back();
+    EXPECT_EQ(status(), QStringLiteral("Not listening"));
+    settings.values["Listening"] = "1"; // as a crash leaves it
+    window.come_back();
+    EXPECT_EQ(status(), QStringLiteral("Listening, no client connected"));
+    MainWindow second(settings, &op);
+    second.come_back();
+    EXPECT_EQ(op.messages, std::vector<std::string>()) << "no quarrel about the pipe";
+    press();
+    EXPECT_EQ(settings.values["Listening"], "0");
+}
+
 TEST_F(LiveWindow, HintsOfAFileDoNotOutliveIt)
 {
     make_runtime_folder();
@@ -140,6 +172,42 @@ TEST_F(LiveWindow, HintsOfAFileDoNotOutliveIt)
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Tarvo"));
     window.session().when_idle([] {}); // waits, and ends nothing
     EXPECT_TRUE(run().pipe_logging_active);
+}
+
+TEST_F(LiveWindow, AnswersWhileTheDiskHasNotTakenTheRecordingAndWaitsWithAWayOut)
+{
+    make_runtime_folder();
+    press();
+    const LiveRecording& recording = control<LivePanel>("Panel_live").requests().recording();
+    disk_stands_still = true;
+    forward();
+    ASSERT_TRUE(while_served([this] { return forwarded.load(); })) << "every line is answered";
+    press();
+    EXPECT_EQ(status(), QStringLiteral("Not listening"));
+    window.close();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(control<QWidget>("Box_recording_wait").isVisible());
+    window.close();
+    EXPECT_EQ(window.findChildren<QMessageBox*>().size(), 1) << "one is enough";
+    disk_stands_still = false;
+    EXPECT_TRUE(while_served([this] { return !window.isVisible(); }));
+    EXPECT_EQ(loaded_samples(recording.data_file_name()), loaded_samples(options.data_file));
+}
+
+TEST_F(LiveWindow, FaultsOfALiveRunAreHintsToldOnceAndWidenNothing)
+{
+    make_runtime_folder();
+    MainWindow attended(settings);
+    attended.show();
+    attended.findChild<QAbstractButton*>(QStringLiteral("Command_UDP_receive"))->click();
+    const int width = attended.minimumSizeHint().width();
+    for (int time = 0; time < 50; ++time) attended.op().show_message("The picture <b>cannot</b> be drawn");
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_EQ(attended.findChildren<QMessageBox*>().size(), 0);
+    EXPECT_NE(attended.findChild<QWidget*>(QStringLiteral("Hint_live")), nullptr);
+    attended.findChild<DialPanel*>()->show_readings({1e308, -1e308, 1e308, 1e308, 1e308, 1e308, {kNull, 1e29}});
+    EXPECT_EQ(attended.findChild<QLabel*>(QStringLiteral("Dial_depth"))->text(), QStringLiteral("1.0e+308 m"));
+    EXPECT_LE(attended.minimumSizeHint().width(), std::max(width, 1024));
 }
 
 TEST_F(LiveWindow, LinesGoOnUnderADialogAndTheButtonEndsThem)

@@ -60,6 +60,8 @@ TEST(ProfileCurve, HoldsTheStretchAndOneRecordToEitherSide)
                           {"empty range", {25, 25}, 100, {3, kNull}}};
     for (const Case& c : cases) EXPECT_EQ(curve_values(track, c.range, c.most_points), c.values) << c.label;
     EXPECT_TRUE(curve_values(track_of({}), {0, 50}, 100).empty());
+    EXPECT_EQ(curve_values(track_of({1, 1e12, -9.97e29, 4}), {0, 50}, 100), (std::vector<double>{1, kNull, kNull, 4}));
+    EXPECT_EQ(curve_values(track_of({1, 1e12, -9.97e29, 4}), {0, 50}, 2), (std::vector<double>{1, 4}));
 
     SurveyLines lines;
     lines.CurrentLine = 2;

@@ -31,7 +31,7 @@ TEST(LiveReplies, EveryKindOfRequestHasItsAnswerAndItsEcho)
         {"end without a run", "$GDP0000 ", "OK", true},
         {"text without a run", "$GDP0002 hello", "OK", true},
         {"noise", std::string("\0\xff\n\x80$GDP", 8), "Invalid Request", true},
-        {"more sensors than there can be", "$GDP1004 1001 1 0", "OK", true},
+        {"more sensors than can be described", "$GDP1004 101 1 0", "OK", true},
         {"sensor beyond the count", "$GDP2001 TMI:mag", "OK", true},
         {"nothing to locate", "$GDP3000", "Bad Header", true},
     };
@@ -80,8 +80,8 @@ TEST(LiveDefinitions, RequestsDescribeTheSurvey)
         monitor.send(std::string("$GDP1004 ") + refused);
         EXPECT_EQ(definitions.number_of_sensors, 2) << refused;
     }
-    monitor.send("$GDP1004 1000 1 0");
-    EXPECT_EQ(definitions.sensors.size(), 1001U);
+    monitor.send("$GDP1004 100 1 0");
+    EXPECT_EQ(definitions.sensors.size(), 101U);
 }
 
 TEST(LiveRun, RequestsBeginAndEndRuns)

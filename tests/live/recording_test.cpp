@@ -36,6 +36,8 @@ constexpr const char* kStart = "a,b\r\n";
 // A recording that looks at its disk without end, in the test's folder.
 class RecordingTest : public testing::Test {
 protected:
+    ~RecordingTest() override { disk_stands_still = false; }
+
     void start(RecordingPace wanted = {})
     {
         wanted.flush_interval = wanted.retry_interval = 1ms;

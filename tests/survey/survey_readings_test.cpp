@@ -43,6 +43,39 @@ TEST(SurveyReadings, LinesThatWereNotAveragedAreToldWithTheirNumber)
     EXPECT_EQ(averaging_hint(run), "2,675 of 5,381 lines closed a bin and were not averaged");
 }
 
+TEST(SurveyReadings, ValuesOutOfThisWorldAreCountedAndNamed)
+{
+    SurveyDefinitions definitions;
+    FieldLocations locations;
+    for (const FieldSlotIndex slot : {kTime, kEast, kNorth, kDepth})
+        locations.column[static_cast<std::size_t>(slot)] = 0;
+    SampleStore store;
+    reset_sample_store(store, definitions, locations);
+    store.RecordCount = 4;
+    const double east[] = {0, 5, 9.97e36, 7, kNull};
+    const double depth[] = {0, 1, 1e308, 1e308, 2};
+    const double field[] = {0, 48000, 1e12, kNull, 1e31};
+    for (std::int32_t record = 1; record <= 4; ++record) {
+        store.channels[kEast][record] = east[record];
+        store.channels[kNorth][record] = 3;
+        store.channels[kDepth][record] = depth[record];
+        store.sensors[1].averages[0][record] = field[record];
+        store.distance[record] = store.record_time[record] = 0;
+    }
+    EXPECT_EQ(out_of_world_hint(store),
+              "Values out of this world take no part in what is shown: East in 1 (up to 1.0e+37), Depth in 2 (up to "
+              "1.0e+308), sensor 1 in 1 (up to 1.0e+12) of 4 samples");
+    const std::optional<PositionExtent> extent = position_extent(track_table(store));
+    ASSERT_TRUE(extent);
+    EXPECT_EQ(extent->x_min, 5);
+    EXPECT_EQ(extent->x_max, 7);
+    EXPECT_EQ(place_text({9.97e36, 3}), "1.0e+37 m E, 3.0 m N");
+    EXPECT_EQ(line_name(20250729045212), "20250729045212");
+    EXPECT_EQ(line_name(1e300), "1.0e+300");
+    store.RecordCount = 1;
+    EXPECT_EQ(out_of_world_hint(store), "");
+}
+
 TEST(SurveyReadings, WithoutATimeColumnThereIsNeitherTimeNorSpeed)
 {
     const TestFolder folder;

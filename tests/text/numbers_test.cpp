@@ -46,6 +46,16 @@ TEST(NumericTexts, AreTakenWholeOrRefused)
     }
 }
 
+TEST(ReadableNumbers, NeverNeedMoreRoomThanSomeDigits)
+{
+    const std::pair<double, const char*> cases[] = {{kNull, "-"},       {-1e31, "-"},
+                                                    {1.0 / 0.0, "-"},   {-1234.567, "-1,234.57"},
+                                                    {-0.001, "0.00"},   {999999999999.0, "999,999,999,999.00"},
+                                                    {1e12, "1.0e+12"},  {-9.96e29, "-1.0e+30"},
+                                                    {1e308, "1.0e+308"}};
+    for (const auto& [value, text] : cases) EXPECT_EQ(readable_number(value, 2), text);
+}
+
 // The reader of plain decimals must agree to the bit with the library's for every shape that survey files hold.
 TEST(NumericTexts, AgreeWithTheStandardLibraryToTheBit)
 {

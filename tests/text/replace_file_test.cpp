@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -53,6 +54,22 @@ TEST_F(ReplacedFiles, HoldTheNewBytesAndKeepModeAndLinks)
     replace_file((folder / "to_come.csv").string(), "");
     EXPECT_TRUE(fs::is_symlink(folder / "to_come.csv"));
     EXPECT_TRUE(fs::exists(folder / "first.csv"));
+}
+
+TEST_F(ReplacedFiles, LoseTheCopiesThatKilledWritesLeft)
+{
+    const pid_t child = fork();
+    if (child == 0) _exit(0);
+    ASSERT_EQ(waitpid(child, nullptr, 0), child);
+    const std::string dead = "." + std::to_string(child) + ".tmp";
+    const std::string left = path + dead;
+    const std::string kept[] = {path + ".1.tmp", path + ".12x.tmp", path + ".tmp",
+                                (folder / ("other" + dead)).string()};
+    std::ofstream(left) << "half";
+    for (const std::string& file : kept) std::ofstream(file) << "somebody's";
+    replace_file(path, "new");
+    EXPECT_FALSE(fs::exists(left));
+    for (const std::string& file : kept) EXPECT_TRUE(fs::exists(file)) << file;
 }
 
 TEST_F(ReplacedFiles, AreUntouchedUntilTheCommit)

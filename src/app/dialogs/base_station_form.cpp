@@ -1,5 +1,6 @@
 #include "app/dialogs/base_station_form.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/dialogs/curve_plot.h"
 
@@ -56,11 +57,10 @@ void BaseStationForm::show_page()
     while (rows_->rowCount() > 0) rows_->removeRow(0);
     const BaseStationPage page = base_station_page(survey_);
     for (const auto& row : page.rows) {
-        auto* const text = new QLabel(to_qt(row.second));
-        text->setTextFormat(Qt::PlainText);
+        auto* const text = plain_label(to_qt(row.second));
         text->setWordWrap(true);
         text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        rows_->addRow(tr(row.first.c_str()), text);
+        add_plain_row(*rows_, tr(row.first.c_str()), text);
     }
     remove_->setEnabled(page.has_base);
     plot_->setVisible(page.has_base);

@@ -1,5 +1,6 @@
 #include "app/dialogs/data_fields_page.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 
 #include <QCheckBox>
@@ -64,7 +65,7 @@ QLayout* DataFieldsPage::column_rows(QStringListModel* names)
         auto* const box = new ColumnBox(QStringLiteral("Text_locations_column_%1").arg(slot), names);
         box->setToolTip(hint_of_slot(kFieldSlots[slot].slot) + tr("\nN/A: the data do not have it."));
         connect(box, &QComboBox::currentTextChanged, this, &DataFieldsPage::edited);
-        rows->addRow(to_qt(kFieldSlots[slot].name), box);
+        add_plain_row(*rows, to_qt(kFieldSlots[slot].name), box);
         columns_[slot] = box;
     }
     return rows;
@@ -86,8 +87,8 @@ QLayout* DataFieldsPage::factor_rows()
     connect(depth_sign_, &QCheckBox::toggled, this, &DataFieldsPage::edited);
 
     auto* const rows = new QFormLayout;
-    rows->addRow(tr("&Coordinate scale"), coordinate_scale_);
-    rows->addRow(tr("Elevation sca&le"), elevation_scale_);
+    add_plain_row(*rows, tr("&Coordinate scale"), coordinate_scale_);
+    add_plain_row(*rows, tr("Elevation sca&le"), elevation_scale_);
     rows->addRow(depth_sign_);
     return rows;
 }
@@ -117,9 +118,9 @@ QLayout* DataFieldsPage::sensor_rows()
     connect(define, &QPushButton::clicked, this, &DataFieldsPage::define_sensors_pressed);
 
     auto* const rows = new QFormLayout;
-    rows->addRow(tr("&Number of sensors"), sensors_);
-    rows->addRow(tr("Co&mponents of each"), components_);
-    rows->addRow(tr("Sensor posi&tions"), location_);
+    add_plain_row(*rows, tr("&Number of sensors"), sensors_);
+    add_plain_row(*rows, tr("Co&mponents of each"), components_);
+    add_plain_row(*rows, tr("Sensor posi&tions"), location_);
     rows->addRow(define);
     return rows;
 }

@@ -1,6 +1,7 @@
 #include "app/dialogs/definitions_form.h"
 
 #include "app/common/column_box.h"
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/dialogs/data_fields_page.h"
 #include "app/dialogs/preview_model.h"
@@ -38,7 +39,7 @@ DefinitionsForm::DefinitionsForm(SurveyState& survey, Operator& op, QWidget* par
     setObjectName(QStringLiteral("Form_define_colum_names"));
     setWindowTitle(tr("Survey definitions"));
     names_->setObjectName(QStringLiteral("Combo_names"));
-    note_ = new QLabel;
+    note_ = plain_label();
     note_->setObjectName(QStringLiteral("Label_note"));
     note_->setWordWrap(true);
     data_fields_ = new DataFieldsPage(names_);
@@ -89,7 +90,7 @@ QWidget* DefinitionsForm::preview_box()
     header_line_->setMinimumWidth(70);
     header_line_->setMaximumWidth(90);
     header_line_->setToolTip(tr("The line of the data file that names the columns; a double click on a line takes it"));
-    auto* const header_label = new QLabel(tr("&Header line"));
+    auto* const header_label = plain_label(tr("&Header line"));
     header_label->setBuddy(header_line_);
     auto* const guess = new QPushButton(tr("&Guess from header"));
     guess->setObjectName(QStringLiteral("Command_guess"));
@@ -112,9 +113,9 @@ QWidget* DefinitionsForm::preview_box()
     table_->setSelectionMode(QAbstractItemView::NoSelection);
     table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 4);
     table_->horizontalHeader()->setMaximumSectionSize(160);
-    rejected_ = new QLabel;
+    rejected_ = plain_label();
     rejected_->setObjectName(QStringLiteral("Label_rejected"));
-    warnings_ = new QLabel;
+    warnings_ = plain_label();
     warnings_->setObjectName(QStringLiteral("Label_warnings"));
     warnings_->setWordWrap(true);
     connect(header_line_, &QSpinBox::valueChanged, this, &DefinitionsForm::page_edited);
@@ -135,7 +136,7 @@ QWidget* DefinitionsForm::preview_box()
 QLayout* DefinitionsForm::button_row()
 {
     auto* const row = new QHBoxLayout;
-    caption_ = new QLabel;
+    caption_ = plain_label();
     caption_->setObjectName(QStringLiteral("Label_file"));
     row->addWidget(caption_, 1);
     const auto add_button = [&](const char* object_name, const QString& text, const QString& hint) {

@@ -1,5 +1,6 @@
 #include "app/dialogs/new_pick_form.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "picks/pick_texts.h"
 #include "text/numbers.h"
@@ -21,7 +22,7 @@ NewPickForm::NewPickForm(PickWorkflow& work, const PickList& picks, QWidget* par
     setObjectName(QStringLiteral("Form_save_new_pick"));
     setWindowTitle(tr("Save a new pick"));
     const PickLocation& place = work_.new_pick_location();
-    auto* const where = new QLabel(
+    auto* const where = plain_label(
         tr("At sample %1, %2 m along the track").arg(place.sample_index).arg(to_qt(format_fixed(place.distance, 1))));
     where->setObjectName(QStringLiteral("Label_new_pick_location"));
     auto* const layout = new QVBoxLayout(this);
@@ -53,10 +54,10 @@ QWidget* NewPickForm::make_fields()
     auto* const fields = new QWidget;
     auto* const rows = new QFormLayout(fields);
     rows->setContentsMargins(0, 0, 0, 0);
-    rows->addRow(tr("&Existing picks"), existing_);
-    rows->addRow(tr("&Name"), name_);
-    rows->addRow(tr("&ID"), id_);
-    rows->addRow(tr("&Type"), type_);
+    add_plain_row(*rows, tr("&Existing picks"), existing_);
+    add_plain_row(*rows, tr("&Name"), name_);
+    add_plain_row(*rows, tr("&ID"), id_);
+    add_plain_row(*rows, tr("&Type"), type_);
     return fields;
 }
 

@@ -1,5 +1,6 @@
 #include "app/dialogs/pick_list_form.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/survey_export.h"
 #include "app/common/texts.h"
 
@@ -19,13 +20,12 @@ namespace tarvo {
 
 PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidget* parent)
     : QDialog(parent), session_(session), op_(op), model_(session.survey.picks, session.survey.current_pick, op),
-      grid_(new QTableView), file_(new QLabel), name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit)
+      grid_(new QTableView), file_(plain_label()), name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit)
 {
     setObjectName(QStringLiteral("Form_pick_list"));
     setWindowTitle(tr("Pick list"));
     make_grid();
     file_->setObjectName(QStringLiteral("Label_pick_file"));
-    file_->setTextFormat(Qt::PlainText);
     file_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto* const layout = new QVBoxLayout(this);
     layout->setMenuBar(make_menu(undo));
@@ -110,7 +110,7 @@ QWidget* PickListForm::make_fields()
                                  int stretch) {
         field.setObjectName(QLatin1String(name));
         field.setToolTip(tip);
-        auto* const label = new QLabel(caption);
+        auto* const label = plain_label(caption);
         label->setBuddy(&field);
         row->addWidget(label);
         row->addWidget(&field, stretch);

@@ -1,5 +1,6 @@
 #include "app/dialogs/processing_form.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/dialogs/residual_page.h"
 #include "session/settings_table.h"
@@ -125,7 +126,7 @@ void ProcessingForm::add_choice(QFormLayout& rows, const Setting& setting)
     choice->setToolTip(to_qt(help_text(setting)));
     for (const char* const text : setting.choices) choice->addItem(QLatin1String(text));
     choice->setCurrentText(to_qt(setting_text(settings_, setting)));
-    rows.addRow(caption_of(setting), choice);
+    add_plain_row(rows, caption_of(setting), choice);
     boxes_.push_back({&setting, [choice] { return choice->currentText(); }});
 }
 
@@ -138,7 +139,7 @@ void ProcessingForm::add_text_box(QFormLayout& rows, const Setting& setting)
         plain_tip(to_qt(help_text(setting)) + tr("\nNow: %1").arg(to_qt(setting_text(settings_, setting)))));
     edit->setAlignment(Qt::AlignRight);
     edit->setFixedWidth(90);
-    rows.addRow(caption_of(setting), edit);
+    add_plain_row(rows, caption_of(setting), edit);
     boxes_.push_back({&setting, [edit] { return edit->text(); }});
 }
 

@@ -1,5 +1,6 @@
 #include "app/dialogs/residual_page.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/dialogs/curve_plot.h"
 #include "survey/residual_preview.h"
@@ -13,14 +14,13 @@ namespace tarvo {
 
 ResidualPage::ResidualPage(const SurveyState& survey, QWidget* parent)
     : QWidget(parent), survey_(survey), parameters_(survey.parameters), line_(new QComboBox), sensor_(new QComboBox),
-      plot_(new CurvePlot(CurvePlot::Axis::metres, 2)), note_(new QLabel)
+      plot_(new CurvePlot(CurvePlot::Axis::metres, 2)), note_(plain_label())
 {
     line_->setObjectName(QStringLiteral("Combo_residual_line"));
     line_->setToolTip(tr("The survey line of the preview"));
     sensor_->setObjectName(QStringLiteral("Combo_residual_sensor"));
     sensor_->setToolTip(tr("The sensor of the preview"));
     note_->setObjectName(QStringLiteral("Label_residual_note"));
-    note_->setTextFormat(Qt::PlainText);
     note_->setWordWrap(true);
     for (const std::string& name : preview_line_names(survey_)) line_->addItem(to_qt(name));
     for (int sensor = 1; sensor <= survey_.processing.store.number_of_sensors(); ++sensor) {
@@ -30,9 +30,9 @@ ResidualPage::ResidualPage(const SurveyState& survey, QWidget* parent)
     connect(line_, &QComboBox::currentIndexChanged, this, &ResidualPage::show_line);
     connect(sensor_, &QComboBox::currentIndexChanged, this, &ResidualPage::show_line);
     auto* const choice = new QHBoxLayout;
-    choice->addWidget(new QLabel(tr("Preview of line")));
+    choice->addWidget(plain_label(tr("Preview of line")));
     choice->addWidget(line_);
-    choice->addWidget(new QLabel(tr("sensor")));
+    choice->addWidget(plain_label(tr("sensor")));
     choice->addWidget(sensor_);
     choice->addStretch();
     auto* const layout = new QVBoxLayout(this);

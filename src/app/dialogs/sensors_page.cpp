@@ -1,5 +1,6 @@
 #include "app/dialogs/sensors_page.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/dialogs/lever_arm_view.h"
 #include "definitions/sensor_grid.h"
@@ -33,7 +34,7 @@ QGridLayout* bare_grid(QWidget* parent)
 
 QLabel* label_for(const QString& text, QWidget* box)
 {
-    auto* const label = new QLabel(text);
+    auto* const label = plain_label(text);
     label->setBuddy(box);
     return label;
 }

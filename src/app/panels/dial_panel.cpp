@@ -1,5 +1,6 @@
 #include "app/panels/dial_panel.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "text/numbers.h"
 
@@ -16,8 +17,8 @@ constexpr int kMostFields = 12; // more sensors than that do not fit
 
 QString reading(double value, int decimals, const QString& unit)
 {
-    if (!is_valid_channel(value)) return QStringLiteral("\u2013");
-    return to_qt(grouped_digits(format_fixed(value, decimals))) + unit;
+    const bool is_known = is_valid_channel(value);
+    return to_qt(readable_number(value, decimals)) + (is_known ? unit : QString());
 }
 
 } // namespace
@@ -44,14 +45,17 @@ QLabel* DialPanel::add_dial(const QString& name, const QString& caption, const Q
 {
     auto* const dial = new QWidget;
     dial->setToolTip(tip);
-    auto* const title = new QLabel(caption);
-    auto* const value = new QLabel;
+    auto* const title = plain_label(caption);
+    auto* const value = plain_label();
     value->setObjectName(name);
     value->setTextInteractionFlags(Qt::TextSelectableByMouse);
     QFont large = value->font();
     large.setPointSizeF(large.pointSizeF() * 1.15);
     large.setBold(true);
     value->setFont(large);
+    // Fixed room: no reading widens the window.
+    value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("-00,000.00 nT")));
     auto* const column = new QVBoxLayout(dial);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);

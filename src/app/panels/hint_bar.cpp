@@ -1,5 +1,6 @@
 #include "app/panels/hint_bar.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 
 #include <QEvent>
@@ -59,12 +60,11 @@ void HintBar::show_hint(const QString& name, const QString& text, const Action& 
 
     auto* const row = new QWidget;
     row->setObjectName(QStringLiteral("Hint_") + name);
-    auto* const label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
+    auto* const label = plain_label(text);
     label->setWordWrap(true);
     label->setToolTip(plain_tip(text));
     label->setForegroundRole(QPalette::ToolTipText);
-    auto* const icon = new QLabel;
+    auto* const icon = plain_label();
     const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
     icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(side, side));
     auto* const close = new QToolButton;

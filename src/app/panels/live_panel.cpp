@@ -1,9 +1,13 @@
 #include "app/panels/live_panel.h"
 
 #include "app/common/column_box.h"
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "live/pipe_client.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -15,6 +19,8 @@
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace tarvo {
 
 namespace {
@@ -22,8 +28,10 @@ namespace {
 constexpr int kStatusInterval = 250;   // milliseconds
 constexpr int kMostEchoLines = 500;    // the oldest go first
 constexpr int kMostEchoedBytes = 4096; // of one message
-constexpr int kEchoLinesShown = 3;     // at least
+constexpr int kEchoLinesShown = 3;             // at least
+constexpr const char* kListening = "Listening"; // setting: 1 or 0
 constexpr int kMostMessageText = 2000;
+constexpr int kMostMessages = 20;
 
 // Bytes of any kind on one line of the screen.
 QString shown_text(const std::string& bytes)
@@ -48,24 +56,18 @@ void LiveOperator::show_message(const std::string& text)
 {
     if (take_message && take_message(text)) return;
     const QString message = to_qt(text).left(kMostMessageText);
-    if (box_ != nullptr) { // the newest stands first, so that nothing before it can hide it
-        const QString shown = box_->text();
-        if (!shown.contains(message)) box_->setText((message + QLatin1Char('\n') + shown).left(kMostMessageText));
-        return;
-    }
-    box_ = new QMessageBox(QMessageBox::Information, QStringLiteral("Tarvo"), message, QMessageBox::Ok, window());
-    box_->setTextFormat(Qt::PlainText);
-    box_->setAttribute(Qt::WA_DeleteOnClose);
-    box_->setModal(false);
-    box_->show();
+    if (told_.contains(message)) return;
+    told_.prepend(message);
+    if (told_.size() > kMostMessages) told_.removeLast();
+    if (show_hint) show_hint(told_.join(QLatin1Char('\n')).left(kMostMessageText));
 }
 
 LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& settings, QWidget* parent)
-    : QWidget(parent), settings_(settings), op_(this),
+    : QWidget(parent), survey_(survey), settings_(settings), op_(this),
       pipe_([this](std::span<const std::byte> request) { return requests_.handle_request(request); },
             [this] { return requests_.lines_are_kept(); }),
       requests_(survey, driver, op_, pipe_.server(), *this), button_(new QPushButton(tr("Listen for UDP"))),
-      status_(new QLabel), recording_(new QLabel), echo_(new QPlainTextEdit),
+      status_(plain_label()), recording_(plain_label()), echo_(new QPlainTextEdit),
       record_(new QAction(tr("Record li&ve data"), this)),
       choose_folder_(new QAction(tr("&Folder for live data..."), this))
 {
@@ -74,7 +76,6 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
     button_->setToolTip(tr("Receives a survey while it is made, from tarvo-forward or another sender"));
     status_->setObjectName(QStringLiteral("Label_live_status"));
     recording_->setObjectName(QStringLiteral("Label_recording"));
-    for (QLabel* const label : {status_, recording_}) label->setTextFormat(Qt::PlainText);
     echo_->setObjectName(QStringLiteral("RichTextBox_pipe"));
     echo_->setReadOnly(true);
     echo_->setUndoRedoEnabled(false);
@@ -101,6 +102,7 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
     connect(choose_folder_, &QAction::triggered, this, &LivePanel::choose_recording_folder);
     connect(&status_timer_, &QTimer::timeout, this, [this] {
         requests_.look_after();
+        watch_run();
         show_status();
     });
     show_status();
@@ -115,13 +117,22 @@ void LivePanel::add_actions(QMenu& file_menu)
 void LivePanel::press()
 {
     emit pressed();
-    if (!requests_.is_listening()) {
-        take_recording_choice(); // the last folder may be another by now
-        warn_of_missing_folder();
-    }
+    const bool was_listening = requests_.is_listening();
+    if (!was_listening) take_recording_choice(); // the last folder may be another by now
     if (!requests_.Command_UDP_receive()) emit postponed();
+    if (!was_listening && requests_.is_listening()) warn_of_missing_folder();
+    const char* const listening = requests_.is_listening() ? "1" : "0";
+    settings_.write(kSettingsApplication, kSettingsSection, kListening, listening);
+    watch_run();
     show_status();
     if (requests_.is_listening()) status_timer_.start(kStatusInterval);
+}
+
+// While another monitor listens, its state is what is stored.
+void LivePanel::come_back()
+{
+    if (stored(kListening) != QLatin1String("1")) return;
+    if (PipeClient other(kPipeName); !other.connect()) press();
 }
 
 void LivePanel::show_pipe_caption(const std::string& caption)
@@ -150,7 +161,20 @@ void LivePanel::show_status()
     status_->setText(to_qt(live_status_text(status)));
     show_alarm(*status_, status.is_overdue());
     show_recording(status.recording_lost);
-    if (!requests_.is_listening() && requests_.recording().is_settled()) status_timer_.stop();
+    if (requests_.is_listening() || !requests_.recording().is_settled() || !status_timer_.isActive()) return;
+    status_timer_.stop();
+    requests_.look_after(); // the last words of the recordings
+}
+
+void LivePanel::watch_run()
+{
+    const std::string time = to_utf8(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+    const std::vector<WatchNotice> notices =
+        watch_.look(requests_.status(), survey_, survey_.watch_settings, LiveClock::now(), time);
+    if (notices.empty()) return;
+    const bool begins = std::any_of(notices.begin(), notices.end(), [](const WatchNotice& n) { return n.is_alarm; });
+    if (begins && survey_.watch_settings.AlarmSound) QApplication::beep();
+    emit watched(to_qt(watch_.standing_text()));
 }
 
 bool LivePanel::is_settled_or_wait()

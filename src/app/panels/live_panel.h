@@ -3,9 +3,11 @@
 #include "app/common/pipe_endpoint.h"
 #include "app/common/qt_operator.h"
 #include "live/live_requests.h"
+#include "live/live_watch.h"
 #include "ports/settings_store.h"
 
 #include <QPointer>
+#include <QStringList>
 #include <QTimer>
 #include <QWidget>
 
@@ -18,20 +20,24 @@ class QPushButton;
 
 namespace tarvo {
 
-// The operator of a live survey: a message is left on the screen and waits for nobody, for a sender hangs on the
-// reply. Questions are not asked.
+// The operator of a live survey: a message is a hint that waits for nobody, for a sender hangs on the reply, and is
+// shown once a run. Questions are not asked.
 class LiveOperator : public QtOperator {
 public:
     using QtOperator::QtOperator;
 
     void show_message(const std::string& text) override;
+    void forget_messages() { told_.clear(); } // a run begins
+
+    std::function<void(const QString&)> show_hint; // all messages of the run, the newest first
+
     bool ask_yes_no(const std::string&) override { return false; }
     bool ask_before_loss(const std::string&) override { return false; }
     std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
     std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
 
 private:
-    QPointer<QMessageBox> box_; // the one that is open: a sender cannot fill the screen with boxes
+    QStringList told_; // in this run, the newest first
 };
 
 // The controls of the live connection: the listen/close button, its state, the echo box, and the entries for recording.
@@ -43,6 +49,7 @@ public:
     LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& settings, QWidget* parent = nullptr);
 
     LiveRequests& requests() { return requests_; }
+    const LiveWatch& watch() const { return watch_; }
     LiveOperator& op() { return op_; }
     void add_actions(QMenu& file_menu);
 
@@ -53,6 +60,9 @@ public:
     QLabel* recording_label() { return recording_; }
     void press(); // what the listen/close button does
 
+    // Where the program ended in the midst of listening, by a crash or with the computer, it listens again.
+    void come_back();
+
     // To be asked before the program ends. False: the disk has not taken all recorded lines; a box says so and offers
     // to end without them, and settled() comes when there is nothing to wait for any more.
     bool is_settled_or_wait();
@@ -60,6 +70,7 @@ public:
 signals:
     void pressed();                                // the listen/close button, before it acts
     void settled();                                // after is_settled_or_wait() was false
+    void watched(const QString& alarms);           // those that stand now: one has begun or is over
     void postponed();                              // it cannot act before the run that starts or ends has done so
     void status_text_changed(const QString& text); // the sender's own words
 
@@ -70,6 +81,7 @@ private:
     void show_status_text(const std::string& text) override;
 
     void show_status();
+    void watch_run();
     void show_recording(bool is_lost);
     void choose_recording_folder();
     void take_recording_choice();
@@ -77,10 +89,12 @@ private:
     QString recording_folder() const;
     QString stored(const char* key) const;
 
+    SurveyState& survey_;
     SettingsStore& settings_;
     LiveOperator op_;
     PipeService pipe_;
     LiveRequests requests_;
+    LiveWatch watch_;
 
     QPushButton* button_;
     QLabel* status_;

@@ -1,5 +1,6 @@
 #include "app/panels/pick_panel.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/panels/arrow_scroll_bar.h"
 
@@ -12,11 +13,10 @@
 
 namespace tarvo {
 
-PickPanel::PickPanel(QWidget* parent) : QWidget(parent), label_(new QLabel), picks_(new QComboBox)
+PickPanel::PickPanel(QWidget* parent) : QWidget(parent), label_(plain_label()), picks_(new QComboBox)
 {
     setObjectName(QStringLiteral("Frame_picks"));
     label_->setObjectName(QStringLiteral("Label_current_pick"));
-    label_->setTextFormat(Qt::PlainText);
     picks_->setObjectName(QStringLiteral("Combo_current_pick"));
     picks_->setAccessibleName(tr("Current pick"));
     picks_->setToolTip(tr("The picks in the order of the list; the chosen one is shown in the middle"));
@@ -73,7 +73,7 @@ QWidget* PickPanel::make_moving()
         shift_->setValue(0);
         emit shifted(samples);
     });
-    auto* const caption = new QLabel(tr("&Move"));
+    auto* const caption = plain_label(tr("&Move"));
     caption->setBuddy(shift_);
     auto* const row = new QHBoxLayout(moving_);
     row->setContentsMargins(0, 0, 0, 0);

@@ -1,5 +1,6 @@
 #include "app/panels/profile_graphs.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/panels/pick_lines_item.h"
 #include "app/panels/sensor_colours.h"
@@ -73,8 +74,8 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
     fit_->setToolTip(tr("Keeps the heights of the graphs fitted to the curves in view"));
     connect(fit_, &QToolButton::clicked, this, &ProfileGraphs::fit_heights);
 
-    auto* const label = new QLabel(tr("Profiles over"));
-    auto* const unit = new QLabel(tr("m"));
+    auto* const label = plain_label(tr("Profiles over"));
+    auto* const unit = plain_label(tr("m"));
     auto* const tools = new QHBoxLayout;
     tools->setContentsMargins(6, 2, kEndMargin, 0);
     tools->addWidget(label);

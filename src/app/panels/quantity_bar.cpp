@@ -1,5 +1,6 @@
 #include "app/panels/quantity_bar.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "survey/displayed_quantity.h"
 #include "text/numbers.h"
@@ -59,7 +60,7 @@ QAction* add_choice(QMenu& menu, QActionGroup& group, const char* key, const QSt
 } // namespace
 
 QuantityBar::QuantityBar(SurveyView& view, QWidget* parent)
-    : QWidget(parent), view_(view), quantity_(new QComboBox), range_(new QLineEdit), unit_(new QLabel),
+    : QWidget(parent), view_(view), quantity_(new QComboBox), range_(new QLineEdit), unit_(plain_label()),
       automatic_(make_button(QStringLiteral("Command_automatic_range"), tr("Auto"),
                              tr("The range follows the survey: from the 2nd to the 98th of 100 values"))),
       colours_(make_button(QStringLiteral("Command_colours"), {}, tr("Colour map")))
@@ -80,7 +81,6 @@ QuantityBar::QuantityBar(SurveyView& view, QWidget* parent)
     range_->setFixedWidth(range_->fontMetrics().horizontalAdvance(QString(kRangeCharacters, QLatin1Char('8'))));
     connect(range_, &QLineEdit::editingFinished, this, &QuantityBar::type_range);
     unit_->setObjectName(QStringLiteral("Label_gradient_range"));
-    unit_->setTextFormat(Qt::PlainText);
 
     automatic_->setCheckable(true);
     connect(automatic_, &QToolButton::clicked, &view_, [this] {

@@ -1,6 +1,7 @@
 #include "app/panels/run_bar.h"
 
 #include "app/common/icons.h"
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "survey/run_settings.h"
 

@@ -1,6 +1,7 @@
 #include "app/panels/track_panel.h"
 
 #include "app/common/icons.h"
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/panels/arrow_scroll_bar.h"
 #include "app/panels/track_widget.h"

@@ -1,5 +1,6 @@
 #include "app/window/help_pages.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "tools/common/version.h"
 
@@ -56,8 +57,8 @@ void show_about_box(QWidget* window)
     dialog.setObjectName(QStringLiteral("Form_about"));
     dialog.setWindowTitle(tr("About Tarvo"));
     auto* const layout = new QVBoxLayout(&dialog);
-    auto* const purpose = new QLabel(tr("A desktop monitor for magnetometer surveys"));
-    auto* const versions = new QLabel(version_text());
+    auto* const purpose = plain_label(tr("A desktop monitor for magnetometer surveys"));
+    auto* const versions = plain_label(version_text());
     versions->setObjectName(QStringLiteral("Label_versions"));
     versions->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     layout->addWidget(purpose);
@@ -89,12 +90,11 @@ void show_shortcuts_page(const std::vector<ShortcutLine>& keys, QWidget* window)
     auto* const table = new QFormLayout(page);
     table->setHorizontalSpacing(24);
     const auto add_line = [table](const QString& key, const QString& what) {
-        auto* const name = new QLabel(key);
+        auto* const name = plain_label(key);
         QFont bold = name->font();
         bold.setBold(true);
         name->setFont(bold);
-        auto* const text = new QLabel(what);
-        for (QLabel* const label : {name, text}) label->setTextFormat(Qt::PlainText);
+        auto* const text = plain_label(what);
         table->addRow(name, text);
     };
     for (const ShortcutLine& line : keys) add_line(line.key, line.what);

@@ -173,6 +173,7 @@ void MainWindow::show_finished_run_hints()
                              correction(tr("Average every line"), &ProcessingParameters::CarryClosingSample));
     panels_.hints->show_hint(QStringLiteral("spacing"), to_qt(spacing_hint(survey())),
                              correction(tr("Count over positions"), &ProcessingParameters::SpacingOverFixes));
+    panels_.hints->show_hint(QStringLiteral("world"), to_qt(out_of_world_hint(survey().processing.store)));
     show_range_hint();
 }
 
@@ -208,6 +209,11 @@ void MainWindow::closeEvent(QCloseEvent* event)
 void MainWindow::listen()
 {
     if (!panels_.live->requests().is_listening()) panels_.live->press();
+}
+
+void MainWindow::come_back()
+{
+    panels_.live->come_back();
 }
 
 void MainWindow::leave(Operator& told)

@@ -56,7 +56,8 @@ public:
     // The start button pair, with the header line number as the box has it.
     void press_start(StartButton index);
 
-    void listen(); // for a live survey, as the button does
+    void listen();    // for a live survey, as the button does
+    void come_back(); // listens when the program was ended in the midst of it
 
     // The end of the program without an operator, also where the display is gone: what is recorded and picked is kept.
     void leave(Operator& told);

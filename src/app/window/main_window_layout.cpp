@@ -1,6 +1,7 @@
 // What the window is made of, and how it is kept from one start to the next.
 
 #include "app/common/elided_label.h"
+#include "app/common/plain_label.h"
 #include "app/common/survey_export.h"
 #include "app/common/texts.h"
 #include "app/panels/colour_bar_panel.h"
@@ -18,6 +19,7 @@
 #include "app/panels/track_panel.h"
 #include "app/panels/track_widget.h"
 #include "app/window/main_window.h"
+#include "processing/record_memory.h"
 
 #include <QAction>
 #include <QDateTime>
@@ -204,13 +206,19 @@ void MainWindow::connect_panels()
     connect(&run_view_, &RunView::cleared, &survey_tools_, &SurveyTools::show_survey);
     connect(&run_view_, &RunView::cleared, this, [this] {
         column_warnings_.clear();
-        if (session_.driver.is_pipe_open()) clear_hints(); // they are about a file, or an earlier live run
+        if (session_.driver.is_pipe_open()) {
+            clear_hints(); // they are about a file, or an earlier live run
+            panels_.live->op().forget_messages();
+        }
         show_survey();
+        release_spare_memory(); // of the survey before, which may have had many sensors
     });
     connect(&run_view_, &RunView::point_text_changed, pointed_, &QLabel::setText);
     connect(&view_, &SurveyView::current_record_changed, &run_view_, &RunView::show_point_readings);
     connect(panels_.live, &LivePanel::pressed, &run_view_, &RunView::cut_wait_short);
     connect(panels_.live, &LivePanel::settled, this, &QWidget::close, Qt::QueuedConnection);
+    connect(panels_.live, &LivePanel::watched, this,
+            [this](const QString& alarms) { panels_.hints->show_hint(QStringLiteral("watch"), alarms); });
     connect(panels_.live, &LivePanel::postponed, this,
             [this] { session_.when_idle([this] { panels_.live->press(); }); });
     connect(panels_.live, &LivePanel::status_text_changed, this, [this](const QString& text) {

@@ -230,7 +230,7 @@ void MainWindow::add_recent_files(QMenu& menu)
             const QStringList names = file.split(kBetweenFiles);
             const QString more = names.size() > 1 ? tr(" and %1 more").arg(names.size() - 1) : QString();
             QAction* const action = recent.addAction(QFileInfo(names.constFirst()).fileName() + more);
-            action->setToolTip(names.join(QLatin1Char('\n')));
+            action->setToolTip(plain_tip(names.join(QLatin1Char('\n'))));
             connect(action, &QAction::triggered, this, [this, names] { open_files(names_of(names)); });
         }
         if (files.isEmpty()) recent.addAction(tr("None yet"))->setEnabled(false);

@@ -1,5 +1,7 @@
 #include "tools/common/console.h"
 
+#include "text/terminal_text.h"
+
 #include <cstdio>
 #include <iostream>
 
@@ -7,12 +9,12 @@ namespace tarvo {
 
 void ConsoleOperator::show_message(const std::string& text)
 {
-    std::cerr << text << '\n';
+    std::cerr << terminal_text(text) << '\n';
 }
 
 bool ConsoleOperator::ask_yes_no(const std::string& question)
 {
-    std::cerr << question << " No\n";
+    std::cerr << terminal_text(question) << " No\n";
     return false;
 }
 
