@@ -75,13 +75,13 @@ void add_lines_up_to_header(DataPreview& preview, std::span<const std::string> f
 
 } // namespace
 
-std::vector<std::string> read_first_lines(const std::string& file_name)
+std::vector<std::string> read_first_lines(const std::string& file_name, int most)
 {
     std::vector<std::string> lines;
     try {
         LineReader reader(file_name);
         std::string_view line;
-        while (static_cast<int>(lines.size()) < kPreviewLines && reader.next_line(line) != LineReader::Outcome::end) {
+        while (static_cast<int>(lines.size()) < most && reader.next_line(line) != LineReader::Outcome::end) {
             lines.emplace_back(line);
         }
     } catch (const std::exception&) { // there is nothing to preview; a run says why

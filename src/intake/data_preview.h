@@ -35,8 +35,8 @@ struct DataPreview {
     std::vector<std::string> warnings; // what a run would say about columns and fields
 };
 
-// The file's first lines, at most kPreviewLines; empty when it cannot be read. A line too long to be read is empty.
-std::vector<std::string> read_first_lines(const std::string& file_name);
+// The file's first lines; empty when it cannot be read. A line too long to be read is empty.
+std::vector<std::string> read_first_lines(const std::string& file_name, int most = kPreviewLines);
 
 // The header line and the first line after it; empty texts where the file has none.
 struct HeaderAndData {

@@ -2,6 +2,7 @@
 
 #include "definitions/definitions_checks.h"
 #include "intake/data_preview.h"
+#include "intake/definitions_guess.h"
 #include "survey/survey_state.h"
 
 #include <string>
@@ -17,7 +18,8 @@ struct DefinitionsEditor {
     int header_line_number = 1;
     Origin origin = Origin::current;
     std::string file_name;                // the definitions file read or written; else the one that acceptance writes
-    std::vector<std::string> first_lines; // of the data file
+    std::vector<std::string> first_lines; // of the data file, as many as a guess looks at
+    std::vector<GuessedChoice> choices;   // of the guess that the copy came from
     bool file_is_unreadable = false;      // the data file's own; a copy is kept before it is replaced
 };
 
@@ -28,8 +30,14 @@ std::string definitions_file_of(const SurveyState& survey);
 // has none, or an unreadable one, from a guess of its header.
 DefinitionsEditor open_definitions_editor(const SurveyState& survey, Operator& op);
 
-// Proposes columns anew from the header line in force. Scales, depth sign and header line number stay.
+// Proposes columns and data format anew for the header line in force. Scales, depth sign, layback and latency stay.
 void guess_from_header(DefinitionsEditor& editor);
+
+// The copy is a guess that left nothing open which a survey needs.
+bool is_certain_guess(const DefinitionsEditor& editor);
+
+// What the guess chose and why, a line each, what stays open first; empty when the copy is no guess.
+std::vector<std::string> guess_lines_of(const DefinitionsEditor& editor);
 
 DataPreview preview_of(const DefinitionsEditor& editor);
 

@@ -27,6 +27,7 @@ Loads a recorded survey, prints a summary, and writes what the options ask for.
   --zoom PERCENT       the track enlarged, 100 to 10000
   --at RECORD          the record in the middle of the enlarged track and of the colour bars
   --bars FILE.png      the sensors' colour bars around that record
+  --guess              first makes the definitions file from the data, where there is none, and says why
   --quiet              no progress line
   --help, --version
 
@@ -110,8 +111,10 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
     ProcessOptions options;
     bool has_data_file = false;
     OptionTable table;
-    table.switches = {
-        {"--quiet", set(options.quiet)}, {"--help", set(options.help)}, {"--version", set(options.version)}};
+    table.switches = {{"--guess", set(options.guess)},
+                      {"--quiet", set(options.quiet)},
+                      {"--help", set(options.help)},
+                      {"--version", set(options.version)}};
     table.values = {
         {"--definitions", text_into(options.definitions_file)},
         {"--header-line", text_into(options.header_line)},
