@@ -19,6 +19,9 @@ using SensorsByNumber = std::map<int, SensorColumns>;
 constexpr double kWeakestField = 20'000; // nT, of the Earth
 constexpr double kStrongestField = 70'000;
 
+// A field that does not vary may be a constant of the survey: it is taken only where no other is found.
+enum class Standstill { refused, allowed };
+
 class SensorSearch {
 public:
     SensorSearch(const std::vector<GuessColumn>& columns, const std::vector<bool>& is_free, SurveyDefinitions& proposal)
@@ -29,14 +32,14 @@ public:
     SensorsGuess guess();
 
 private:
-    bool can_be_field(std::size_t column) const;
-    std::map<std::string, SensorsByNumber> sensor_columns() const;
+    bool can_be_field(std::size_t column, Standstill standstill) const;
+    std::map<std::string, SensorsByNumber> sensor_columns(Standstill standstill) const;
     bool are_positions(const SensorColumns& sensor) const;
     void take(const SensorsByNumber& sensors, const char* reason);
     std::string template_of(const SensorsByNumber& sensors, std::size_t component) const;
     bool take_components(const std::map<std::string, SensorsByNumber>& found);
     bool take_total_fields(const std::map<std::string, SensorsByNumber>& found);
-    bool take_field_like();
+    bool take_field_like(Standstill standstill);
     std::string use(int column);
 
     const std::vector<GuessColumn>& columns_;
@@ -56,22 +59,21 @@ std::string SensorSearch::use(int column)
     return columns_[static_cast<std::size_t>(column)].name;
 }
 
-// A field varies. Where nothing of a column is known yet, nothing speaks against it.
-bool SensorSearch::can_be_field(std::size_t column) const
+bool SensorSearch::can_be_field(std::size_t column, Standstill standstill) const
 {
     const GuessColumn& candidate = columns_[column];
-    return is_free_[column] && candidate.can_be_named && candidate.is_numeric() && !candidate.is_constant();
+    const bool stands_still = standstill == Standstill::refused && candidate.is_constant();
+    return is_free_[column] && candidate.can_be_named && candidate.is_numeric() && !stands_still;
 }
 
 // By stem, then by sensor number. Of columns that read the same, the first counts.
-std::map<std::string, SensorsByNumber> SensorSearch::sensor_columns() const
+std::map<std::string, SensorsByNumber> SensorSearch::sensor_columns(Standstill standstill) const
 {
     std::map<std::string, SensorsByNumber> found;
     for (std::size_t column = 0; column < columns_.size(); ++column) {
         const GuessColumn& candidate = columns_[column];
         const std::optional<SensorName> name = sensor_name_of(candidate.name);
-        if (!name || !is_free_[column] || !candidate.can_be_named || !candidate.is_numeric()) continue;
-        if (name->component == 0 && candidate.is_constant()) continue;
+        if (!name || !can_be_field(column, name->component == 0 ? standstill : Standstill::allowed)) continue;
         SensorColumns& columns =
             found[name->stem].try_emplace(name->number, SensorColumns{-1, -1, -1, -1}).first->second;
         int& place = columns[static_cast<std::size_t>(name->component)];
@@ -169,7 +171,7 @@ bool SensorSearch::take_total_fields(const std::map<std::string, SensorsByNumber
 }
 
 // One column whose name speaks of a field, or whose values lie in the range of the Earth's.
-bool SensorSearch::take_field_like()
+bool SensorSearch::take_field_like(Standstill standstill)
 {
     constexpr int kByValues = 4;
     constexpr int kNot = 5;
@@ -177,7 +179,7 @@ bool SensorSearch::take_field_like()
     std::size_t best = 0;
     for (std::size_t column = 0; column < columns_.size(); ++column) {
         const GuessColumn& candidate = columns_[column];
-        if (!can_be_field(column) || is_beside_a_field(candidate.words)) continue;
+        if (!can_be_field(column, standstill) || is_beside_a_field(candidate.words)) continue;
         const bool in_range =
             !candidate.numbers.empty() && candidate.lowest() >= kWeakestField && candidate.highest() <= kStrongestField;
         const int by_name = field_rank_of(candidate.words);
@@ -194,8 +196,10 @@ bool SensorSearch::take_field_like()
 
 SensorsGuess SensorSearch::guess()
 {
-    const auto found = sensor_columns();
-    if (!take_components(found) && !take_total_fields(found)) take_field_like();
+    if (take_components(sensor_columns(Standstill::refused))) return guessed_;
+    for (const Standstill standstill : {Standstill::refused, Standstill::allowed}) {
+        if (take_total_fields(sensor_columns(standstill)) || take_field_like(standstill)) break;
+    }
     return guessed_;
 }
 
