@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarvo {
 
@@ -22,6 +23,8 @@ struct ProcessOptions {
     std::string picks_file;
     std::string track_file;
     std::string bars_file;
+    std::vector<std::string> layer_files; // under the track, the first lowest
+    std::string base_file; // readings of a base station
     int picture_width = 1200;
     int picture_height = 900;
     std::optional<double> zoom_percent;
