@@ -33,7 +33,8 @@ HeaderColumns header_columns_of(std::string_view header_line);
 std::string_view without_comment_mark(std::string_view header);
 
 // What to tell the operator when the first data line does not hold one field for each column; else empty.
-std::string field_count_warning(const HeaderColumns& header_columns, std::string_view first_data_line);
+std::string field_count_warning(const HeaderColumns& header_columns, std::string_view first_data_line,
+                                const SurveyDefinitions& definitions);
 
 // Finds every column that the definitions name and notes in them what was found: field_index, column_slots and
 // location_slots. Missing columns are told to the operator and count as absent. Sensor channels run from 1, sensor by

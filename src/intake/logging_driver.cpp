@@ -2,9 +2,11 @@
 
 #include "definitions/definitions_file.h"
 #include "intake/header.h"
+#include "intake/message_keeper.h"
 #include "picks/track_index.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
+#include "processing/format_rules.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
 
@@ -162,14 +164,36 @@ int LoggingDriver::start_data_logging()
 
 bool LoggingDriver::open_data_file()
 {
-    source_ = std::make_unique<FileSource>(survey_.data_file_name, survey_.header_line_number);
-    std::optional<SourceColumns> columns = open_source(*source_, survey_.survey_definitions, op_);
+    auto files = std::make_unique<FileSource>(data_files_of(survey_), survey_.header_line_number);
+    std::optional<SourceColumns> columns = open_source(*files, survey_.survey_definitions, op_);
     if (!columns) return false;
-    survey_.header_columns = std::move(columns->header);
+    survey_.files_read = files->file_names();
+    survey_.header_columns = std::move(columns->named.header);
     survey_.locations = std::move(columns->locations);
-    start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
+    source_ = std::move(files);
+    return begin_processing(columns->named.names_line) == 0;
+}
+
+// The run's lines are read as the definitions in force say. -1: they cannot be obeyed, the operator has been told.
+int LoggingDriver::begin_processing(std::string_view names_line)
+{
     first_line_checked_ = false;
-    return true;
+    shown_overlaps_ = 0;
+    return run_guarded(op_, "The data format cannot be obeyed: ", [&] {
+        SampleProcessing& run = survey_.processing;
+        start_processing(run, survey_.survey_definitions, survey_.locations, survey_.parameters);
+        grid_ = grid_of_positions(survey_.survey_definitions, survey_.projections);
+        obey_data_format(run, survey_.survey_definitions, survey_.locations, names_line, grid_);
+    });
+}
+
+// Another file of the survey names its columns anew.
+void LoggingDriver::begin_next_file(const NamedColumns& named)
+{
+    survey_.header_columns = named.header;
+    MessageKeeper seen_before;
+    locate_header_fields(named.header, survey_.survey_definitions, survey_.locations, seen_before);
+    tarvo::begin_next_file(survey_.processing, survey_.survey_definitions, survey_.locations, named.names_line, grid_);
 }
 
 void LoggingDriver::initialise_data_logging()
@@ -228,33 +252,44 @@ SurveySource::Outcome LoggingDriver::take_next_line(SurveySource& source)
 {
     std::string_view line;
     const SurveySource::Outcome outcome = source.next_line(line);
-    if (outcome == SurveySource::Outcome::too_long) refuse_line();
-    if (outcome == SurveySource::Outcome::line) line_status_ = process_line(line);
+    if (outcome == SurveySource::Outcome::next_file) begin_next_file(source.columns_of_next_file());
+    if (outcome != SurveySource::Outcome::line && outcome != SurveySource::Outcome::too_long) return outcome;
+    LineReading reading;
+    if (outcome == SurveySource::Outcome::line) {
+        reading = survey_.processing.converter.read(line);
+    } else {
+        reading.fault = LineFault::too_long;
+    }
+    reading.number = source.line_number();
+    line_status_ = process_reading(reading);
     return outcome;
 }
 
-int LoggingDriver::process_line(std::string_view line)
+int LoggingDriver::process_reading(const LineReading& reading)
 {
-    if (!first_line_checked_) warn_of_field_count(line);
+    if (!first_line_checked_) warn_of_field_count(reading.text);
     const std::int32_t records_before = survey_.processing.store.RecordCount;
-    const int status = process_data_line(line, survey_.processing);
+    const int status = process_line_reading(reading, survey_.processing);
+    if (survey_.processing.overlaps.size() > shown_overlaps_) warn_of_overlap();
     if (!state_.load_running && survey_.processing.store.RecordCount != records_before) {
         show_newest_sample(records_before);
     }
     return status;
 }
 
-void LoggingDriver::refuse_line()
-{
-    refuse_data_line(survey_.processing);
-}
-
 void LoggingDriver::warn_of_field_count(std::string_view line)
 {
     if (trimmed(line).empty()) return;
     first_line_checked_ = true;
-    const std::string warning = field_count_warning(survey_.header_columns, line);
+    const std::string warning = field_count_warning(survey_.header_columns, line, survey_.survey_definitions);
     if (!warning.empty()) op_.show_warning(WarningAbout::data, warning);
+}
+
+void LoggingDriver::warn_of_overlap()
+{
+    const FileOverlap& overlap = survey_.processing.overlaps[shown_overlaps_++];
+    op_.show_warning(WarningAbout::data, survey_.files_read[overlap.file] + " begins before " +
+                                             survey_.files_read[overlap.earlier] + " ends: their times overlap");
 }
 
 // A dropped line takes its records back; what stays of it on the picture goes with the redraw at the end of the run.
@@ -268,7 +303,10 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
         calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
     const TrackTable track = track_table(store);
     const TrackScene scene = track_scene(survey_);
-    plot_track_point(survey_.track_image, scene, record, track.easting[record], track.northing[record]);
+    const std::int32_t placed = survey_.processing.first_placed_record;
+    for (std::int32_t point = placed > 0 ? placed : record; point <= record; ++point) {
+        plot_track_point(survey_.track_image, scene, point, track.easting[point], track.northing[point]);
+    }
     if (completed > 0) recolour_track_points(survey_.track_image, scene, completed);
     display_.display_replay_data(record, std::max(completed, 0));
 }
@@ -292,6 +330,7 @@ int LoggingDriver::finish_run(int result)
 void LoggingDriver::stop_data_logging()
 {
     source_.reset();
+    grid_.reset();
     state_.replay_running = false;
     state_.load_running = false;
     state_.run_paused = false;
@@ -335,12 +374,14 @@ void LoggingDriver::start_pipe_data_logging()
     // The picks of a file are not those of a live survey, and must not be written over by them.
     if (!survey_.data_file_name.empty()) {
         survey_.data_file_name.clear();
+        survey_.further_data_files.clear();
         pick_work_.open_picks_of({}, indexed_track(survey_));
     }
     initialise_data_logging();
     feed_ = LiveFeed(survey_.header_columns);
+    survey_.files_read.clear();
+    begin_processing({});
     state_.pipe_logging_active = true;
-    first_line_checked_ = false;
     live_fault_shown_ = false;
     follow_track(survey_.track_image);
     show_controls();

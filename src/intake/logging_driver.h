@@ -85,11 +85,13 @@ private:
     int read_lines();
     int finish_run(int result);
     SurveySource::Outcome take_next_line(SurveySource& source);
-    int process_line(std::string_view line);
-    void refuse_line();
+    void begin_next_file(const NamedColumns& named);
+    int process_reading(const LineReading& reading);
+    void warn_of_overlap();
     void warn_of_field_count(std::string_view line);
     void show_newest_sample(std::int32_t records_before);
     bool open_data_file();
+    int begin_processing(std::string_view names_line);
     void show_controls();
 
     SurveyState& survey_;
@@ -100,6 +102,8 @@ private:
     RunControls controls_;
     std::unique_ptr<SurveySource> source_; // of a file run
     LiveFeed feed_;
+    std::shared_ptr<const Projection> grid_; // of positions in degrees
+    std::size_t shown_overlaps_ = 0;
     int line_status_ = 0;  // of the line taken last: 0, or -1 when it was refused
     int replay_delay_ = 0; // milliseconds
     bool first_line_checked_ = false;

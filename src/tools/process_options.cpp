@@ -2,6 +2,7 @@
 
 #include "definitions/definitions_file.h"
 #include "display/track_navigation.h"
+#include "intake/survey_files.h"
 #include "picks/pick_list.h"
 #include "text/numbers.h"
 #include "tools/common/option_table.h"
@@ -13,8 +14,8 @@
 namespace tarvo {
 
 const char* const kProcessUsage =
-    R"(tarvo-process [options] DATA_FILE
-Loads a recorded survey, prints a summary, and writes what the options ask for.
+    R"(tarvo-process [options] DATA_FILE...
+Loads a recorded survey (several files, or the files of a folder, are one), prints a summary, and writes what the options ask for.
 
   --definitions FILE   instead of the definitions file beside the data file
   --header-line N      line of the column names (else what the definitions say, else 1)
@@ -27,6 +28,7 @@ Loads a recorded survey, prints a summary, and writes what the options ask for.
   --zoom PERCENT       the track enlarged, 100 to 10000
   --at RECORD          the record in the middle of the enlarged track and of the colour bars
   --bars FILE.png      the sensors' colour bars around that record
+  --rejected FILE      the rejected lines as CSV
   --quiet              no progress line
   --help, --version
 
@@ -68,14 +70,23 @@ bool is_same_file(const std::string& one, const std::string& other)
     return one == other || std::filesystem::equivalent(one, other, neither_is_there);
 }
 
+void take_data_files(ProcessOptions& options, const std::vector<std::string>& named)
+{
+    std::vector<std::string> files = survey_files_of(named);
+    if (files.empty()) return;
+    options.data_file = files.front();
+    options.further_data_files.assign(files.begin() + 1, files.end());
+}
+
 // No product may replace what it is made from, nor another product.
 void check_products(const ProcessOptions& options)
 {
     std::vector<std::string> taken = {options.data_file, pick_file_name_for(options.data_file),
                                       options.definitions_file.empty() ? definitions_file_name_for(options.data_file)
                                                                        : options.definitions_file};
-    for (const std::string* const product :
-         {&options.samples_file, &options.lines_file, &options.picks_file, &options.track_file, &options.bars_file}) {
+    taken.insert(taken.end(), options.further_data_files.begin(), options.further_data_files.end());
+    for (const std::string* const product : {&options.samples_file, &options.lines_file, &options.picks_file,
+                                             &options.track_file, &options.bars_file, &options.rejected_file}) {
         if (product->empty()) continue;
         for (const std::string& other : taken) {
             if (!is_same_file(*product, other)) continue;
@@ -108,7 +119,7 @@ void take_setting(std::string_view text, ProcessingParameters& parameters, Displ
 ProcessOptions read_process_options(std::span<const char* const> arguments)
 {
     ProcessOptions options;
-    bool has_data_file = false;
+    std::vector<std::string> data_files;
     OptionTable table;
     table.switches = {
         {"--quiet", set(options.quiet)}, {"--help", set(options.help)}, {"--version", set(options.version)}};
@@ -121,19 +132,14 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
         {"--picks", text_into(options.picks_file)},
         {"--track", text_into(options.track_file)},
         {"--bars", text_into(options.bars_file)},
+        {"--rejected", text_into(options.rejected_file)},
         {"--size", [&](const std::string& text) { take_size(options, text); }},
         {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
         {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};
-    table.operand = [&](const std::string& name) {
-        if (has_data_file) {
-            throw UsageError("one data file was expected, found two: \"" + options.data_file + "\" and \"" + name +
-                             '"');
-        }
-        options.data_file = name;
-        has_data_file = true;
-    };
+    table.operand = [&](const std::string& name) { data_files.push_back(name); };
     table.read(arguments);
-    if (!has_data_file && !options.help && !options.version) throw UsageError("a data file was expected");
+    if (data_files.empty() && !options.help && !options.version) throw UsageError("a data file was expected");
+    take_data_files(options, data_files);
     check_products(options);
     return options;
 }

@@ -9,14 +9,16 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarvo {
 
 // What tarvo-process was asked to do.
 struct ProcessOptions {
-    std::string data_file;                  // as given, which may be empty
-    std::string definitions_file;           // empty: the one beside the data file
-    std::optional<std::string> header_line; // none: what the definitions say
+    std::string data_file;                       // the first by name; as given, which may be empty
+    std::vector<std::string> further_data_files; // of the same survey, by name
+    std::string definitions_file;                // empty: the one beside the data file
+    std::optional<std::string> header_line;      // none: what the definitions say
     ProcessingParameters parameters;
     DisplaySettings display;
     std::string samples_file; // "-": standard output; empty: none, as for the others
@@ -24,6 +26,7 @@ struct ProcessOptions {
     std::string picks_file;
     std::string track_file;
     std::string bars_file;
+    std::string rejected_file;
     int picture_width = 1200;
     int picture_height = 900;
     std::optional<double> zoom_percent;

@@ -1,6 +1,7 @@
 #include "tools/process_survey.h"
 
 #include "display/survey_pictures.h"
+#include "geo/proj_projections.h"
 #include "picks/pick_export.h"
 #include "picks/pick_file.h"
 #include "picks/pick_placing.h"
@@ -53,6 +54,14 @@ void write_lines(const SurveyState& survey, const std::string& file_name)
 {
     FileReplacement file(file_name);
     export_lines(survey.processing.lines, [&file](std::string_view text) { file.write(text); });
+    file.commit();
+}
+
+void write_rejected_lines(const SurveyState& survey, const std::string& file_name)
+{
+    FileReplacement file(file_name);
+    export_rejected_lines(survey.processing.rejected, survey.files_read,
+                          [&file](std::string_view text) { file.write(text); });
     file.commit();
 }
 
@@ -122,6 +131,9 @@ int process_survey(const ProcessOptions& options)
     Monitor monitor(op, display, pick_display);
     SurveyState& survey = monitor.survey;
     survey.data_file_name = options.data_file;
+    survey.further_data_files = options.further_data_files;
+    const ProjProjections projections;
+    survey.projections = &projections;
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
     survey.parameters = options.parameters;
@@ -137,6 +149,10 @@ int process_survey(const ProcessOptions& options)
     if (!options.lines_file.empty()) {
         done &= write_product(
             "survey lines", [&] { write_lines(survey, options.lines_file); }, op);
+    }
+    if (!options.rejected_file.empty()) {
+        done &= write_product(
+            "rejected lines", [&] { write_rejected_lines(survey, options.rejected_file); }, op);
     }
     if (!options.track_file.empty()) done &= write_track(survey, options, op);
     if (!options.bars_file.empty()) done &= write_bars(survey, options, op);
