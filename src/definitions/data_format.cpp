@@ -1,6 +1,7 @@
 #include "definitions/data_format.h"
 
 #include "text/numbers.h"
+#include "text/time_form.h"
 #include "text/tokens.h"
 
 #include <algorithm>
@@ -93,7 +94,10 @@ Refusal take_time_columns(DataFormat& format, std::string_view value)
 
 Refusal take_time_form(DataFormat& format, std::string_view value)
 {
-    format.time_form = value.empty() ? DataFormat().time_form : value;
+    const std::string form = value.empty() ? DataFormat().time_form : std::string(value);
+    const std::string refusal = compile_time_form(form).refusal;
+    if (!refusal.empty()) return "a form such as YYYY/MM/DD hh:mm:ss (" + refusal + ")";
+    format.time_form = form;
     return std::nullopt;
 }
 

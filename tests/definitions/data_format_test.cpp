@@ -107,6 +107,8 @@ TEST(DataFormat, RefusalNamesTheLine)
         {"Time Columns : a,,b", "one to three"},
         {"Time Columns : a,", "one to three"},
         {"Time Columns : \"a", "one to three"},
+        {"Time Form : YYYY-MM",
+         "a form such as YYYY/MM/DD hh:mm:ss (a date without its day) as Time Form was expected"},
         {"Time Offset (s) : 1,5", "a number of seconds as Time Offset (s) was expected, found \"1,5\""},
         {"Survey Date : 2021-02-29", "a date as YYYY-MM-DD"},
         {"Survey Date : 2021-2-9", "a date"},
