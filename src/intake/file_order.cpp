@@ -47,7 +47,8 @@ std::int64_t first_valid_time(DataFile& file, SurveyDefinitions definitions)
     SampleProcessing run;
     start_processing(run, definitions, locations, ProcessingParameters());
     obey_data_format(run, definitions, locations, file.names_line, nullptr);
-    if (!run.plan.has_time || run.sequence.time_form.days_run_on()) return std::numeric_limits<std::int64_t>::max();
+    const bool has_no_date = run.sequence.runs_by_format && run.sequence.time_form.days_run_on();
+    if (!run.plan.has_time || has_no_date) return std::numeric_limits<std::int64_t>::max();
     std::string_view line;
     for (;;) {
         const LineReader::Outcome outcome = file.lines->next_line(line);

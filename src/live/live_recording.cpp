@@ -1,6 +1,7 @@
 #include "live/live_recording.h"
 
 #include "definitions/definitions_file.h"
+#include "live/format_requests.h"
 #include "text/file_names.h"
 #include "text/replace_file.h"
 
@@ -204,7 +205,7 @@ void LiveRecording::start(const std::string& folder, const PortableSurvey& surve
         throw;
     }
     writer_ = std::make_unique<Writer>(data_file_name_, std::move(created.file));
-    append(header_line_of(survey.columns));
+    append(header_line_of(survey.columns, survey.definitions.data_format));
 }
 
 bool LiveRecording::is_active() const
@@ -242,8 +243,9 @@ void LiveRecording::keep_warning(const std::optional<std::string>& warning)
     if (warning) warnings_ = warnings_ ? *warnings_ + '\n' + *warning : *warning;
 }
 
-std::string header_line_of(const std::vector<std::string>& columns)
+std::string header_line_of(const std::vector<std::string>& columns, const std::optional<DataFormat>& format)
 {
+    if (has_named_separator(format)) return line_of_names(columns, format->separator);
     std::string line;
     for (std::size_t column = 0; column < columns.size(); ++column) {
         if (column > 0) line += ',';

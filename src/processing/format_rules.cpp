@@ -1,5 +1,7 @@
 #include "processing/format_rules.h"
 
+#include "processing/formatted_lines.h"
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -74,6 +76,17 @@ std::shared_ptr<const Projection> grid_of_positions(const SurveyDefinitions& def
         throw std::runtime_error("positions in degrees cannot be read: this program was built "
                                  "without survey grids");
     return projections->open(definitions.data_format->survey_grid);
+}
+
+std::string data_format_refusal(const SurveyDefinitions& definitions, const Projections* projections)
+{
+    try {
+        if (definitions.data_format) compiled_time_form(*definitions.data_format);
+        grid_of_positions(definitions, projections);
+        return {};
+    } catch (const std::exception& fault) {
+        return fault.what();
+    }
 }
 
 } // namespace tarvo

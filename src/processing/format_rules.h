@@ -41,4 +41,7 @@ FormatRules make_format_rules(const SurveyDefinitions& definitions, const FieldL
 std::shared_ptr<const Projection> grid_of_positions(const SurveyDefinitions& definitions,
                                                     const Projections* projections);
 
+// Why lines cannot be read by the data format; empty when they can.
+std::string data_format_refusal(const SurveyDefinitions& definitions, const Projections* projections);
+
 } // namespace tarvo

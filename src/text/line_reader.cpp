@@ -36,7 +36,11 @@ LineReader::LineReader(const std::string& file_name) : file_name_(file_name)
     std::setvbuf(file_.get(), nullptr, _IONBF, 0); // the blocks are large: a second buffer would only copy
     buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
     while (end_ < kByteOrderMark.size() && fill_buffer()) {}
-    if (std::string_view(buffer_.get(), end_).starts_with(kByteOrderMark)) {
+    const std::string_view start(buffer_.get(), end_);
+    if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF")) {
+        throw std::runtime_error(file_name + ": the text is UTF-16; UTF-8 or plain text was expected");
+    }
+    if (start.starts_with(kByteOrderMark)) {
         begin_ = kByteOrderMark.size();
         consumed_ = static_cast<std::int64_t>(begin_);
     }

@@ -16,7 +16,8 @@ public:
 
     enum class Outcome { line, too_long, end };
 
-    // Throws std::runtime_error, naming the file and the reason, when it cannot be opened, is a folder or a device.
+    // Throws std::runtime_error, naming the file and the reason, when it cannot be opened, is a folder or a device, or
+    // holds UTF-16 by its mark.
     explicit LineReader(const std::string& file_name);
 
     // The next line, without its end; it holds until the next call. A line over kLongestLine is skipped to its end and
