@@ -7,6 +7,7 @@
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
 #include "processing/format_rules.h"
+#include "survey/survey_residual.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
 
@@ -203,6 +204,7 @@ void LoggingDriver::initialise_data_logging()
     pick_work_.take_picks_off_track();
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
     survey_.filters = make_gradient_filters(survey_.parameters);
+    clear_residual(survey_.residual);
     clear_track_image(survey_.track_image, op_);
     display_.clear_monitor_form();
     display_.show_counters(counters());
@@ -301,6 +303,7 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     if (record % kDialRefreshSamples == 0) display_.show_dials(dial_readings(survey_.processing));
     const std::int32_t completed =
         calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
+    follow_residual(survey_);
     const TrackTable track = track_table(store);
     const TrackScene scene = track_scene(survey_);
     const std::int32_t placed = survey_.processing.first_placed_record;
@@ -354,6 +357,9 @@ void LoggingDriver::terminate_data_logging()
     SampleProcessing& run = survey_.processing;
     const auto let_events_happen = [this] { display_.process_events(counters()); };
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
+    if (const std::string refusal = finish_residual(survey_, let_events_happen); !refusal.empty()) {
+        op_.show_warning(WarningAbout::data, refusal);
+    }
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
     let_events_happen();
     build_track_index(track_table(run.store), survey_.track_index, let_events_happen);

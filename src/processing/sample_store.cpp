@@ -58,6 +58,7 @@ void reset_sample_store(SampleStore& store, const SurveyDefinitions& definitions
     store.components_per_sensor = definitions.components_per_sensor;
     store.track_follows_sensor =
         definitions.read_sensor_location == 1 && !(locations.has(kEast) && locations.has(kNorth));
+    store.dem_from_column = locations.has(kDem);
     store.sensors.resize(definitions.sensors.size());
     for (int slot = 1; slot <= number_of_field_slots; ++slot) {
         const bool located = locations.column[static_cast<std::size_t>(slot)] >= 0;

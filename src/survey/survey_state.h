@@ -11,6 +11,7 @@
 #include "ports/projection.h"
 #include "processing/gradients.h"
 #include "processing/processing_parameters.h"
+#include "processing/residual.h"
 #include "processing/sample_processing.h"
 #include "processing/track_skip.h"
 
@@ -40,6 +41,9 @@ struct SurveyState {
     FieldLocations locations;
     SampleProcessing processing;
     GradientFilters filters;
+    ResidualField residual;          // made when somebody wants it: see survey_residual.h
+    bool wants_residual = false;     // for more than its own settings and a base station
+    std::optional<BaseStation> base; // of this survey
     cQuadTree track_index; // of the finished track
     TrackImage track_image;
 
