@@ -3,17 +3,16 @@
 #include "definitions/field_locations.h"
 #include "definitions/header_columns.h"
 #include "definitions/survey_definitions.h"
-#include "display/display_settings.h"
 #include "display/track_image.h"
 #include "picks/pick_list.h"
 #include "picks/pick_workflow.h"
 #include "picks/quadtree.h"
 #include "ports/projection.h"
 #include "processing/gradients.h"
-#include "processing/processing_parameters.h"
 #include "processing/residual.h"
 #include "processing/sample_processing.h"
 #include "processing/track_skip.h"
+#include "survey/settings.h"
 
 #include <cstdint>
 #include <optional>
@@ -22,8 +21,9 @@
 
 namespace tarvo {
 
-// The survey that is open: what describes it, what has been made of it, and what is shown of it.
-struct SurveyState {
+// The survey that is open: what describes it, what has been made of it, and what is shown of it. Its settings are its
+// base, so that the settings table works on a survey as on a copy of its settings.
+struct SurveyState : Settings {
     std::string data_file_name;                  // empty: none chosen, or a live survey; of several files the first
     std::vector<std::string> further_data_files; // of the same survey, by name
     std::vector<std::string> files_read;         // by the newest run, in the order of reading
@@ -34,9 +34,6 @@ struct SurveyState {
     const Projections* projections = nullptr; // null: the program knows no survey grids
 
     SurveyDefinitions survey_definitions;
-    ProcessingParameters parameters;
-    DisplaySettings display_settings;
-
     HeaderColumns header_columns;
     FieldLocations locations;
     SampleProcessing processing;
@@ -44,7 +41,7 @@ struct SurveyState {
     ResidualField residual;          // made when somebody wants it: see survey_residual.h
     bool wants_residual = false;     // for more than its own settings and a base station
     std::optional<BaseStation> base; // of this survey
-    cQuadTree track_index; // of the finished track
+    cQuadTree track_index;           // of the finished track
     TrackImage track_image;
 
     PickList picks;

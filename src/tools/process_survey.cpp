@@ -136,8 +136,7 @@ int process_survey(const ProcessOptions& options)
     survey.projections = &projections;
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
-    survey.parameters = options.parameters;
-    survey.display_settings = options.display;
+    static_cast<Settings&>(survey) = options.settings;
 
     const int ended = monitor.driver.Command_start_logging(StartButton::load_or_pause);
     if (ended != kEndOfData && survey.processing.store.RecordCount == 0) return kFailed;
