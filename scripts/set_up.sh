@@ -7,6 +7,7 @@ build_packages=(
     g++ cmake ninja-build
     libpng-dev
     libproj-dev proj-data
+    libgdal-dev
     qt6-base-dev libqcustomplot-dev libqcustomplot2.1-qt6 fonts-dejavu-core
     libgtest-dev libbenchmark-dev
 )

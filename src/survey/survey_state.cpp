@@ -17,7 +17,14 @@ TrackScene track_scene(const SurveyState& survey)
     const std::vector<std::int32_t>& pick_records = survey.picks.pick_sample_index;
     const auto picks_in_use = static_cast<std::size_t>(survey.picks.number_of_picks) + 1;
     scene.picks = {std::span(pick_records).first(std::min(picks_in_use, pick_records.size())), survey.current_pick};
+    scene.backdrop = survey.backdrop;
     return scene;
+}
+
+std::string survey_grid_text(const SurveyState& survey)
+{
+    static_cast<void>(survey);
+    return {};
 }
 
 bool has_pick_list(const SurveyState& survey)

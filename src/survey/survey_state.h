@@ -48,10 +48,15 @@ struct SurveyState : Settings {
     std::int32_t current_pick = -1; // -1: none
 
     PanRange pan_range; // of HScroll_pan
+
+    const Backdrop* backdrop = nullptr; // the background layers as they are drawn now; null: there are none
 };
 
 // What the track image draws from, as it stands now.
 TrackScene track_scene(const SurveyState& survey);
+
+// The coordinate system that positions are in, as the definitions name it; empty: not known.
+std::string survey_grid_text(const SurveyState& survey);
 
 // The pick list can be looked at: a sample is stored and a pick exists.
 bool has_pick_list(const SurveyState& survey);

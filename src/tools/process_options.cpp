@@ -27,6 +27,7 @@ options ask for.
   --lines FILE         survey lines as CSV
   --picks FILE         the picks of the pick file beside the data, located on the track, as CSV
   --track FILE.png     the whole track
+  --layer FILE         under the track: a raster, grid, drawing or chart, or a list of them (NAME.layers); may be repeated
   --size WxH           size of the pictures in pixels (1200x900)
   --zoom PERCENT       the track enlarged, 100 to 10000
   --at RECORD          the record in the middle of the enlarged track and of the colour bars
@@ -93,6 +94,7 @@ void check_products(const ProcessOptions& options)
     std::vector<std::string> taken = {options.data_file, pick_file_name_for(options.data_file),
                                       options.definitions_file.empty() ? definitions_file_name_for(options.data_file)
                                                                        : options.definitions_file};
+    taken.insert(taken.end(), options.layer_files.begin(), options.layer_files.end());
     taken.insert(taken.end(), options.further_data_files.begin(), options.further_data_files.end());
     for (const std::string* const product : {&options.samples_file, &options.lines_file, &options.picks_file,
                                              &options.track_file, &options.bars_file, &options.rejected_file}) {

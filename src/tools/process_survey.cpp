@@ -10,6 +10,7 @@
 #include "text/replace_file.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
+#include "tools/process_layers.h"
 
 #include <unistd.h>
 
@@ -72,15 +73,29 @@ std::int32_t shown_record(const SurveyState& survey, const ProcessOptions& optio
 
 bool write_track(const SurveyState& survey, const ProcessOptions& options, Operator& op)
 {
-    const TrackScene scene = track_scene(survey);
+    TrackScene scene = track_scene(survey);
+    const int width = options.picture_width;
+    const int height = options.picture_height;
     // A survey without samples has no middle to enlarge.
     const bool is_zoomed = options.zoom_percent && (options.at_record || scene.track.count > 0);
+    const std::int32_t record = shown_record(survey, options);
+    LayersUnderneath layers;
+    if (!options.layer_files.empty()) {
+        const std::optional<MapView> view =
+            is_zoomed ? zoomed_track_view(scene, width, height, *options.zoom_percent, record, op)
+                      : whole_track_view(scene, width, height, op);
+        if (!view) return false;
+        layers = read_layers_underneath(options.layer_files, survey_grid_text(survey), *view,
+                                        fitted_frame(scene.track, width, height).extent, op);
+        scene.backdrop = &layers.backdrop;
+    }
     const std::optional<Picture> picture =
-        is_zoomed ? zoomed_track_picture(scene, options.picture_width, options.picture_height, *options.zoom_percent,
-                                         shown_record(survey, options), op)
-                  : whole_track_picture(scene, options.picture_width, options.picture_height, op);
-    return picture && write_product(
-                          "track picture", [&] { write_png_file(options.track_file, *picture); }, op);
+        is_zoomed ? zoomed_track_picture(scene, width, height, *options.zoom_percent, record, op)
+                  : whole_track_picture(scene, width, height, op);
+    return picture &&
+           write_product(
+               "track picture", [&] { write_png_file(options.track_file, *picture); }, op) &&
+           layers.all_read;
 }
 
 bool write_bars(const SurveyState& survey, const ProcessOptions& options, Operator& op)
