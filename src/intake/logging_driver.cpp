@@ -62,7 +62,8 @@ RunCounters LoggingDriver::counters() const
     counters.lines_not_averaged = run.lines_not_averaged;
     if (run.lines.has_line()) counters.current_line_number = run.lines.CurrentLineNumber;
     if (source_) {
-        counters.characters_consumed = source_->characters_consumed();
+        counters.characters_consumed =
+            ahead_ ? source_->characters_before_file() + ahead_->characters_consumed() : source_->characters_consumed();
         counters.file_length = source_->length();
     }
     return counters;
@@ -106,6 +107,7 @@ int LoggingDriver::start_run(StartButton index)
     survey_.track_image.is_held = load;
     show_controls();
     if (!load) follow_track(survey_.track_image);
+    if (load) read_ahead();
     return process_input_data();
 }
 
@@ -195,6 +197,7 @@ void LoggingDriver::begin_next_file(const NamedColumns& named)
     MessageKeeper seen_before;
     locate_header_fields(named.header, survey_.survey_definitions, survey_.locations, seen_before);
     tarvo::begin_next_file(survey_.processing, survey_.survey_definitions, survey_.locations, named.names_line, grid_);
+    if (state_.load_running) read_ahead();
 }
 
 void LoggingDriver::initialise_data_logging()
@@ -252,19 +255,48 @@ int LoggingDriver::process_input_data(std::string_view line)
 
 SurveySource::Outcome LoggingDriver::take_next_line(SurveySource& source)
 {
+    LineReading reading;
+    const SurveySource::Outcome outcome = read_next_line(source, reading);
+    if (outcome == SurveySource::Outcome::next_file) begin_next_file(source.columns_of_file());
+    if (outcome == SurveySource::Outcome::line) line_status_ = process_reading(reading);
+    return outcome;
+}
+
+// A line that is too long is one, too.
+SurveySource::Outcome LoggingDriver::read_next_line(SurveySource& source, LineReading& reading)
+{
+    if (ahead_) {
+        const LinesAhead::Outcome outcome = ahead_->next(reading);
+        if (outcome == LinesAhead::Outcome::line) return SurveySource::Outcome::line;
+        if (outcome == LinesAhead::Outcome::waiting) return SurveySource::Outcome::waiting;
+        ahead_.reset();
+    }
     std::string_view line;
     const SurveySource::Outcome outcome = source.next_line(line);
-    if (outcome == SurveySource::Outcome::next_file) begin_next_file(source.columns_of_next_file());
-    if (outcome != SurveySource::Outcome::line && outcome != SurveySource::Outcome::too_long) return outcome;
-    LineReading reading;
     if (outcome == SurveySource::Outcome::line) {
         reading = survey_.processing.converter.read(line);
-    } else {
+    } else if (outcome == SurveySource::Outcome::too_long) {
         reading.fault = LineFault::too_long;
+    } else {
+        return outcome;
     }
     reading.number = source.line_number();
-    line_status_ = process_reading(reading);
-    return outcome;
+    return SurveySource::Outcome::line;
+}
+
+// Has threads read the file at hand, where it is worth it.
+void LoggingDriver::read_ahead()
+{
+    const int workers = workers_for(source_->length_of_file(), survey_.load_workers);
+    if (workers == 0) return;
+    const SampleProcessing& run = survey_.processing;
+    ahead_ = std::make_unique<LinesAhead>(
+        source_->lines(), workers,
+        [definitions = survey_.survey_definitions, locations = survey_.locations, wanted = run.plan.wanted_fields,
+         names_line = source_->columns_of_file().names_line, projections = survey_.projections] {
+            return line_converter(definitions, locations, wanted, names_line,
+                                  grid_of_positions(definitions, projections)); // of the thread's own
+        });
 }
 
 int LoggingDriver::process_reading(const LineReading& reading)
@@ -332,6 +364,7 @@ int LoggingDriver::finish_run(int result)
 
 void LoggingDriver::stop_data_logging()
 {
+    ahead_.reset();
     source_.reset();
     grid_.reset();
     state_.replay_running = false;

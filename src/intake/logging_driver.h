@@ -1,5 +1,6 @@
 #pragma once
 
+#include "intake/lines_ahead.h"
 #include "intake/survey_source.h"
 #include "picks/pick_workflow.h"
 #include "ports/operator.h"
@@ -85,6 +86,8 @@ private:
     int read_lines();
     int finish_run(int result);
     SurveySource::Outcome take_next_line(SurveySource& source);
+    SurveySource::Outcome read_next_line(SurveySource& source, LineReading& reading);
+    void read_ahead();
     void begin_next_file(const NamedColumns& named);
     int process_reading(const LineReading& reading);
     void warn_of_overlap();
@@ -100,7 +103,8 @@ private:
     RunDisplay& display_;
     State state_;
     RunControls controls_;
-    std::unique_ptr<SurveySource> source_; // of a file run
+    std::unique_ptr<FileSource> source_; // of a file run
+    std::unique_ptr<LinesAhead> ahead_;  // of its file at hand; null: the run reads it itself
     LiveFeed feed_;
     std::shared_ptr<const Projection> grid_; // of positions in degrees
     std::size_t shown_overlaps_ = 0;

@@ -15,7 +15,7 @@ namespace tarvo {
 namespace {
 
 // Length in bytes; 0 for what has none, such as a pipe.
-std::int64_t length_of_file(const std::string& file_name)
+std::int64_t length_of_file_named(const std::string& file_name)
 {
     std::error_code fault;
     const auto length = std::filesystem::file_size(file_name, fault);
@@ -38,7 +38,7 @@ std::optional<NamedColumns> FileSource::open(const SurveyDefinitions& definition
 {
     definitions_ = definitions;
     if (file_names_.size() > 1 && !put_in_order(file_names_, header_line_number_, definitions, op)) return std::nullopt;
-    for (const std::string& name : file_names_) length_ += length_of_file(name);
+    for (const std::string& name : file_names_) length_ += length_of_file_named(name);
     return open_file(op) ? std::optional(columns_) : std::nullopt;
 }
 
@@ -46,6 +46,7 @@ bool FileSource::open_file(Operator& op)
 {
     std::optional<DataFile> file = open_data_file(file_names_[file_], header_line_number_, definitions_, op);
     if (!file) return false;
+    file_length_ = length_of_file_named(file_names_[file_]);
     lines_ = std::move(file->lines);
     columns_ = {std::move(file->columns), std::move(file->names_line)};
     return true;

@@ -42,8 +42,8 @@ public:
     // The next data line, which holds until the next call. Throws std::runtime_error when the disk fails.
     virtual Outcome next_line(std::string_view& line) = 0;
 
-    // Of the file at hand, after Outcome::next_file.
-    virtual NamedColumns columns_of_next_file() { return {}; }
+    // Of the file at hand.
+    virtual NamedColumns columns_of_file() { return {}; }
 
     virtual std::int64_t line_number() const = 0; // of the line taken last, from 1 in its file
     virtual std::int64_t characters_consumed() const { return 0; }
@@ -62,10 +62,15 @@ public:
     // Of several files, all are looked into first: one that cannot be read or lacks a column that another has refuses.
     std::optional<NamedColumns> open(const SurveyDefinitions& definitions, Operator& op) override;
     Outcome next_line(std::string_view& line) override;
-    NamedColumns columns_of_next_file() override { return columns_; }
+    NamedColumns columns_of_file() override { return columns_; }
     std::int64_t line_number() const override { return lines_ ? lines_->line_number() : 0; }
     std::int64_t characters_consumed() const override;
     std::int64_t length() const override { return length_; }
+
+    // Of the file at hand.
+    LineReader& lines() { return *lines_; }
+    std::int64_t length_of_file() const { return file_length_; }
+    std::int64_t characters_before_file() const { return consumed_; }
 
     const std::vector<std::string>& file_names() const { return file_names_; } // once open, in the order of reading
 
@@ -79,6 +84,7 @@ private:
     std::unique_ptr<LineReader> lines_;
     NamedColumns columns_;
     std::int64_t length_ = 0;
+    std::int64_t file_length_ = 0;
     std::int64_t consumed_ = 0; // of the files before
 };
 

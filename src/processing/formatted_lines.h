@@ -27,11 +27,6 @@ public:
     // Fills in what the line says; the views in it hold until the next call.
     void read(std::string_view line, LineReading& reading);
 
-    const TimeForm& time_form() const { return time_form_; }
-
-    // The columns in which numbers may have units.
-    const std::vector<std::uint32_t>& number_columns() const { return rules_.number_columns; }
-
 private:
     using Fields = std::span<const std::string_view>;
 

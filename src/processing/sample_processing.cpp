@@ -304,20 +304,28 @@ void start_processing(SampleProcessing& run, const SurveyDefinitions& definition
     reset_sample_store(run.store, definitions, locations);
 }
 
+LineConverter line_converter(const SurveyDefinitions& definitions, const FieldLocations& locations,
+                             const std::vector<bool>& wanted_fields, std::string_view names_line,
+                             std::shared_ptr<const Projection> grid)
+{
+    if (!definitions.data_format) return LineConverter(wanted_fields);
+    FormatRules rules = make_format_rules(definitions, locations, wanted_fields, names_line);
+    return LineConverter(std::make_unique<FormattedLineReader>(std::move(rules), std::move(grid)));
+}
+
 void obey_data_format(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,
                       std::string_view names_line, std::shared_ptr<const Projection> grid)
 {
     if (!definitions.data_format) return;
     const DataFormat& format = *definitions.data_format;
-    auto reader = std::make_unique<FormattedLineReader>(
-        make_format_rules(definitions, locations, run.plan.wanted_fields, names_line), std::move(grid));
+    const std::vector<bool>& wanted = run.plan.wanted_fields;
     LoggerSequence& sequence = run.sequence;
     sequence.runs_by_format = true;
-    sequence.time_form = reader->time_form();
-    sequence.undecided_columns = reader->number_columns();
+    sequence.time_form = compiled_time_form(format);
+    sequence.undecided_columns = make_format_rules(definitions, locations, wanted, names_line).number_columns;
     sequence.units.assign(run.plan.wanted_fields.size(), LoggerSequence::Unit::undecided);
     sequence.path = TowedPath(format.layback, to_fixed_interval(format.latency));
-    run.converter = LineConverter(std::move(reader));
+    run.converter = line_converter(definitions, locations, wanted, names_line, std::move(grid));
 }
 
 void begin_next_file(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,

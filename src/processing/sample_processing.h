@@ -135,9 +135,14 @@ struct SampleProcessing {
 void start_processing(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,
                       const ProcessingParameters& parameters);
 
-// Has the run read its lines by the data format of the definitions, where they have one. names_line: as it stands in
-// the file; empty: none. grid: of positions in degrees, which are none without it. Throws std::runtime_error, which
-// says why, for a format that cannot be obeyed.
+// What reads lines in the form that the definitions say; every thread has its own. grid: of positions in degrees, which
+// are none without it. names_line: as it stands in the file; empty: none. Throws std::runtime_error, which says why,
+// for a format that cannot be obeyed.
+LineConverter line_converter(const SurveyDefinitions& definitions, const FieldLocations& locations,
+                             const std::vector<bool>& wanted_fields, std::string_view names_line,
+                             std::shared_ptr<const Projection> grid);
+
+// Has the run read its lines by the data format of the definitions, where they have one. The rest as above.
 void obey_data_format(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,
                       std::string_view names_line, std::shared_ptr<const Projection> grid);
 

@@ -31,6 +31,7 @@ struct SurveyState : Settings {
     std::optional<std::string> header_line_text; // Text_locations_name_line; none: the number that the definitions give
     int header_line_number = 1;
 
+    std::optional<int> load_workers;          // threads that read a load's file ahead; none: by machine and file
     const Projections* projections = nullptr; // null: the program knows no survey grids
 
     SurveyDefinitions survey_definitions;

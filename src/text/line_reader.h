@@ -24,6 +24,10 @@ public:
     // leaves `line` empty. Throws std::runtime_error when the disk fails.
     Outcome next_line(std::string_view& line);
 
+    // Whole lines with their ends, about so many bytes of them; the file's last one also without an end. The next line
+    // where it is too long, by itself, without its text. What next_line would say of each is for the caller to tell.
+    Outcome next_block(std::string& lines, std::size_t about);
+
     const std::string& file_name() const { return file_name_; }
     std::int64_t line_number() const { return line_number_; }      // of the line read last, from 1
     std::int64_t characters_consumed() const { return consumed_; } // bytes, line ends included
@@ -35,6 +39,7 @@ private:
 
     bool fill_buffer();
     Outcome skip_long_line();
+    void take_lines(std::string& lines, std::string_view taken);
     Outcome hand_out(std::string_view& line, std::size_t length, std::size_t length_with_end);
 
     std::string file_name_;

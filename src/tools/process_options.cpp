@@ -33,6 +33,7 @@ options ask for.
   --at RECORD          the record in the middle of the enlarged track and of the colour bars
   --bars FILE.png      the sensors' colour bars around that record
   --rejected FILE      the rejected lines as CSV
+  --workers N          threads that read the data ahead (else by the machine and the size of the file)
   --quiet              no progress line
   --help-settings      the settings with their defaults and values
   --help, --version
@@ -145,6 +146,7 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
                     {"--rejected", text_into(options.rejected_file)},
                     {"--size", [&](const std::string& text) { take_size(options, text); }},
                     {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
+                    {"--workers", number_into<int>(options.load_workers, 0, 64)},
                     {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};
     table.operand = [&](const std::string& name) { data_files.push_back(name); };
     table.read(arguments);

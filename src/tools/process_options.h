@@ -30,6 +30,7 @@ struct ProcessOptions {
     int picture_height = 900;
     std::optional<double> zoom_percent;
     std::optional<std::int32_t> at_record; // none: the middle of the track
+    std::optional<int> load_workers;       // none: by machine and file
     bool quiet = false;
     bool help = false;
     bool help_settings = false;

@@ -147,6 +147,7 @@ int process_survey(const ProcessOptions& options)
     SurveyState& survey = monitor.survey;
     survey.data_file_name = options.data_file;
     survey.further_data_files = options.further_data_files;
+    survey.load_workers = options.load_workers;
     const ProjProjections projections;
     survey.projections = &projections;
     survey.definitions_file_name = options.definitions_file;
