@@ -1,7 +1,6 @@
 #include "intake/data_preview.h"
 
 #include "intake/survey_source.h"
-#include "ports/guarded_operation.h"
 #include "processing/format_rules.h"
 #include "processing/sample_processing.h"
 #include "text/line_reader.h"
@@ -11,20 +10,6 @@
 namespace tarvo {
 
 namespace {
-
-// Keeps what it is told. Locating columns asks nothing.
-class WarningList : public Operator {
-public:
-    explicit WarningList(std::vector<std::string>& warnings) : warnings_(warnings) {}
-
-    void show_message(const std::string& text) override { warnings_.push_back(text); }
-    bool ask_yes_no(const std::string&) override { return false; }
-    std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
-    std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
-
-private:
-    std::vector<std::string>& warnings_;
-};
 
 void add_role(std::vector<ColumnRole>& roles, std::int32_t column, const std::string& caption, std::int32_t colour)
 {
@@ -109,19 +94,21 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
     DataPreview preview;
     definitions.sensors.resize(static_cast<std::size_t>(definitions.number_of_sensors) + 1);
     LinesInMemory source(first_lines, header_line_number);
-    WarningList warnings(preview.warnings);
-    const NamedColumns named = source.open(definitions, warnings).value_or(NamedColumns());
+    const NamedColumns named = source.open(definitions);
+    const SourceColumns located = locate_columns(named, definitions);
     preview.columns = named.header;
-    FieldLocations locations;
-    locate_header_fields(preview.columns, definitions, locations, warnings);
-    preview.roles = roles_of(definitions, locations);
+    preview.warnings = located.warnings;
+    preview.roles = roles_of(definitions, located.locations);
     add_lines_up_to_data(preview, first_lines, header_line_number, definitions);
 
     SampleProcessing run;
-    start_processing(run, definitions, locations, ProcessingParameters());
-    run_guarded(warnings, "", [&] {
-        obey_data_format(run, definitions, locations, named.names_line, grid_of_positions(definitions, projections));
-    });
+    start_processing(run, definitions, located.locations, ProcessingParameters());
+    try {
+        obey_data_format(run, definitions, located.locations, named.names_line,
+                         grid_of_positions(definitions, projections));
+    } catch (const std::exception& fault) {
+        preview.warnings.push_back({WarningAbout::data, "the data format", fault.what()});
+    }
     bool fields_counted = false;
     std::string_view text;
     while (source.next_line(text) == SurveySource::Outcome::line) {
@@ -130,8 +117,8 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
         ++preview.data_lines;
         if (!fields_counted && !trimmed(text).empty()) {
             fields_counted = true;
-            const std::string warning = field_count_warning(preview.columns, text, definitions);
-            if (!warning.empty()) preview.warnings.push_back(warning);
+            const Warnings warnings = field_count_warnings(preview.columns, text, definitions);
+            preview.warnings.insert(preview.warnings.end(), warnings.begin(), warnings.end());
         }
         const bool accepted = convert_record_fields(run.converter.read(text), run) == 0;
         line.kind = accepted ? PreviewLineKind::data : PreviewLineKind::rejected;

@@ -42,8 +42,7 @@ std::vector<std::string> used_columns(const HeaderColumns& header, const SurveyD
 std::int64_t first_valid_time(DataFile& file, SurveyDefinitions definitions)
 {
     FieldLocations locations;
-    MessageKeeper nobody;
-    locate_header_fields(file.columns, definitions, locations, nobody);
+    locate_header_fields(file.columns, definitions, locations);
     SampleProcessing run;
     start_processing(run, definitions, locations, ProcessingParameters());
     obey_data_format(run, definitions, locations, file.names_line, nullptr);

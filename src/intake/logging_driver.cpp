@@ -2,17 +2,19 @@
 
 #include "definitions/definitions_file.h"
 #include "intake/header.h"
-#include "intake/message_keeper.h"
 #include "picks/track_index.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
 #include "processing/format_rules.h"
+#include "survey/displayed_quantity.h"
+#include "survey/ground_grid.h"
 #include "survey/survey_residual.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
 
 #include <algorithm>
 #include <cmath>
+#include <system_error>
 
 namespace tarvo {
 
@@ -26,6 +28,20 @@ int delay_of_speed(int position)
     const double slowness = kFullSpeed - std::clamp(position, 0, kFullSpeed);
     return static_cast<int>(std::nearbyint(slowness * slowness / 10.0));
 }
+
+// One phase within another operation, however it ends.
+class PhaseWithin {
+public:
+    PhaseWithin(RunPhase& phase, RunPhase within) : PhaseWithin(phase, within, phase) {}
+    PhaseWithin(RunPhase& phase, RunPhase within, RunPhase behind) : phase_(phase), behind_(behind) { phase_ = within; }
+    PhaseWithin(const PhaseWithin&) = delete;
+    PhaseWithin& operator=(const PhaseWithin&) = delete;
+    ~PhaseWithin() { phase_ = behind_; }
+
+private:
+    RunPhase& phase_;
+    RunPhase behind_;
+};
 
 // The means of the bin stored last. A bin of one sample has no mean: the reading itself stands in.
 CurrentSample dial_readings(const SampleProcessing& run)
@@ -71,16 +87,27 @@ RunCounters LoggingDriver::counters() const
 
 int LoggingDriver::Command_start_logging(StartButton index)
 {
-    if (starting_ || finishing_ || pipe_open_) return 0;
-    if (!state_.file_run_active()) return start_run(index);
-    if (index == StartButton::replay_or_stop) {
-        state_.stop_requested = true;
-        return state_.run_paused ? resume_run() : 0;
+    if (starting_ || is_finishing() || pipe_open_) return 0;
+    if (!state().file_run_active()) return start_run(index);
+    if (index == StartButton::replay_or_stop) return stop_run();
+    switch (phase_) {
+    case RunPhase::replay_paused: return go_on(RunPhase::replaying);
+    case RunPhase::load_paused: return go_on(RunPhase::loading);
+    case RunPhase::replaying: phase_ = RunPhase::replay_paused; break;
+    case RunPhase::loading: phase_ = RunPhase::load_paused; break;
+    default: return 0; // a run that is to stop does not pause
     }
-    if (state_.run_paused) return resume_run();
-    state_.run_paused = true;
-    controls_.pause_caption = state_.load_running ? "Resume Load" : "Resume Replay";
+    controls_.pause_caption = state().load_running ? "Resume Load" : "Resume Replay";
     show_controls();
+    return 0;
+}
+
+int LoggingDriver::stop_run()
+{
+    const RunFlags before = state();
+    const RunPhase stopping = before.load_running ? RunPhase::load_stopping : RunPhase::replay_stopping;
+    if (before.run_paused) return go_on(stopping);
+    phase_ = stopping;
     return 0;
 }
 
@@ -91,6 +118,7 @@ int LoggingDriver::start_run(StartButton index)
         const BusyFlag busy(starting_);
         run_guarded(op_, "An error occurred while starting the run: ", [this, &status] {
             stop_data_logging();
+            phase_ = RunPhase::starting;
             status = start_data_logging();
         });
     }
@@ -99,9 +127,7 @@ int LoggingDriver::start_run(StartButton index)
         return -1;
     }
     const bool load = index == StartButton::load_or_pause;
-    (load ? state_.load_running : state_.replay_running) = true;
-    state_.run_paused = false;
-    state_.stop_requested = false;
+    phase_ = load ? RunPhase::loading : RunPhase::replaying;
     controls_.start_caption = load ? "Stop Load" : "Stop Replay";
     controls_.pause_caption = load ? "Pause Load" : "Pause Replay";
     survey_.track_image.is_held = load;
@@ -111,10 +137,10 @@ int LoggingDriver::start_run(StartButton index)
     return process_input_data();
 }
 
-int LoggingDriver::resume_run()
+int LoggingDriver::go_on(RunPhase phase)
 {
-    state_.run_paused = false;
-    if (!state_.stop_requested) controls_.pause_caption = state_.load_running ? "Pause Load" : "Pause Replay";
+    phase_ = phase;
+    if (!state().stop_requested) controls_.pause_caption = state().load_running ? "Pause Load" : "Pause Replay";
     show_controls();
     // A press that came from within the loop lets the loop go on by itself.
     return looping_ ? 0 : process_input_data();
@@ -122,9 +148,7 @@ int LoggingDriver::resume_run()
 
 void LoggingDriver::request_stop()
 {
-    if (!state_.file_run_active()) return;
-    state_.stop_requested = true;
-    if (state_.run_paused) resume_run();
+    if (state().file_run_active()) stop_run();
 }
 
 void LoggingDriver::HScroll_speed_change(int position)
@@ -170,6 +194,7 @@ bool LoggingDriver::open_data_file()
     auto files = std::make_unique<FileSource>(data_files_of(survey_), survey_.header_line_number);
     std::optional<SourceColumns> columns = open_source(*files, survey_.survey_definitions, op_);
     if (!columns) return false;
+    op_.show_warnings(columns->warnings);
     survey_.files_read = files->file_names();
     survey_.header_columns = std::move(columns->named.header);
     survey_.locations = std::move(columns->locations);
@@ -194,20 +219,20 @@ int LoggingDriver::begin_processing(std::string_view names_line)
 void LoggingDriver::begin_next_file(const NamedColumns& named)
 {
     survey_.header_columns = named.header;
-    MessageKeeper seen_before;
-    locate_header_fields(named.header, survey_.survey_definitions, survey_.locations, seen_before);
+    locate_header_fields(named.header, survey_.survey_definitions, survey_.locations); // warnings were seen before
     tarvo::begin_next_file(survey_.processing, survey_.survey_definitions, survey_.locations, named.names_line, grid_);
-    if (state_.load_running) read_ahead();
+    if (state().load_running) read_ahead();
 }
 
 void LoggingDriver::initialise_data_logging()
 {
-    const BusyFlag busy(state_.clearing_form);
+    const PhaseWithin clearing(phase_, RunPhase::clearing);
     survey_.track_index.DeleteQuadtree();
     pick_work_.take_picks_off_track();
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
     survey_.filters = make_gradient_filters(survey_.parameters);
     clear_residual(survey_.residual);
+    survey_.ground = {};
     clear_track_image(survey_.track_image, op_);
     display_.clear_monitor_form();
     display_.show_counters(counters());
@@ -217,7 +242,7 @@ int LoggingDriver::process_input_data()
 {
     int result = read_lines();
     if (!source_) return 0; // stopped by an event
-    if (state_.stop_requested && result == 0) result = kEndOfData;
+    if (state().stop_requested && result == 0) result = kEndOfData;
     return result == 0 ? 0 : finish_run(result);
 }
 
@@ -226,9 +251,9 @@ int LoggingDriver::read_lines()
 {
     const BusyFlag busy(looping_);
     try {
-        while (source_ && !state_.run_paused && !state_.stop_requested) {
+        while (source_ && !state().run_paused && !state().stop_requested) {
             if (take_next_line(*source_) == SurveySource::Outcome::end) return kEndOfData;
-            if (state_.replay_running && replay_delay_ >= 1) display_.wait(replay_delay_);
+            if (state().replay_running && replay_delay_ >= 1) display_.wait(replay_delay_);
             display_.process_events(counters());
         }
     } catch (const std::exception& fault) {
@@ -284,19 +309,23 @@ SurveySource::Outcome LoggingDriver::read_next_line(SurveySource& source, LineRe
     return SurveySource::Outcome::line;
 }
 
-// Has threads read the file at hand, where it is worth it.
+// Has threads read the file at hand, where it is worth it and they are to be had.
 void LoggingDriver::read_ahead()
 {
     const int workers = workers_for(source_->length_of_file(), survey_.load_workers);
     if (workers == 0) return;
-    const SampleProcessing& run = survey_.processing;
-    ahead_ = std::make_unique<LinesAhead>(
-        source_->lines(), workers,
-        [definitions = survey_.survey_definitions, locations = survey_.locations, wanted = run.plan.wanted_fields,
-         names_line = source_->columns_of_file().names_line, projections = survey_.projections] {
-            return line_converter(definitions, locations, wanted, names_line,
-                                  grid_of_positions(definitions, projections)); // of the thread's own
-        });
+    const auto make_converter = [definitions = survey_.survey_definitions, locations = survey_.locations,
+                                 wanted = survey_.processing.plan.wanted_fields,
+                                 names_line = source_->columns_of_file().names_line,
+                                 projections = survey_.projections] {
+        return line_converter(definitions, locations, wanted, names_line,
+                              grid_of_positions(definitions, projections)); // a grid of the thread's own
+    };
+    try {
+        ahead_ = std::make_unique<LinesAhead>(source_->lines(), workers, make_converter);
+    } catch (const std::system_error&) {
+        ahead_.reset();
+    }
 }
 
 int LoggingDriver::process_reading(const LineReading& reading)
@@ -305,7 +334,7 @@ int LoggingDriver::process_reading(const LineReading& reading)
     const std::int32_t records_before = survey_.processing.store.RecordCount;
     const int status = process_line_reading(reading, survey_.processing);
     if (survey_.processing.overlaps.size() > shown_overlaps_) warn_of_overlap();
-    if (!state_.load_running && survey_.processing.store.RecordCount != records_before) {
+    if (!state().load_running && survey_.processing.store.RecordCount != records_before) {
         show_newest_sample(records_before);
     }
     return status;
@@ -315,15 +344,16 @@ void LoggingDriver::warn_of_field_count(std::string_view line)
 {
     if (trimmed(line).empty()) return;
     first_line_checked_ = true;
-    const std::string warning = field_count_warning(survey_.header_columns, line, survey_.survey_definitions);
-    if (!warning.empty()) op_.show_warning(WarningAbout::data, warning);
+    op_.show_warnings(field_count_warnings(survey_.header_columns, line, survey_.survey_definitions));
 }
 
 void LoggingDriver::warn_of_overlap()
 {
     const FileOverlap& overlap = survey_.processing.overlaps[shown_overlaps_++];
-    op_.show_warning(WarningAbout::data, survey_.files_read[overlap.file] + " begins before " +
-                                             survey_.files_read[overlap.earlier] + " ends: their times overlap");
+    const std::string& file = survey_.files_read[overlap.file];
+    op_.show_warnings(
+        {{WarningAbout::data, file,
+          file + " begins before " + survey_.files_read[overlap.earlier] + " ends: their times overlap"}});
 }
 
 // A dropped line takes its records back; what stays of it on the picture goes with the redraw at the end of the run.
@@ -336,8 +366,10 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     const std::int32_t completed =
         calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
     follow_residual(survey_);
+    const bool is_range_new = follow_automatic_range(survey_);
     const TrackTable track = track_table(store);
     const TrackScene scene = track_scene(survey_);
+    if (is_range_new) redraw_colours(survey_.track_image, scene, op_);
     const std::int32_t placed = survey_.processing.first_placed_record;
     for (std::int32_t point = placed > 0 ? placed : record; point <= record; ++point) {
         plot_track_point(survey_.track_image, scene, point, track.easting[point], track.northing[point]);
@@ -349,7 +381,7 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
 int LoggingDriver::finish_run(int result)
 {
     {
-        const BusyFlag busy(finishing_);
+        const PhaseWithin finishing(phase_, RunPhase::finishing, RunPhase::idle);
         const auto perform = [&](auto step) {
             if (run_guarded(op_, "An error occurred while finishing the run: ", step) < 0) result = -1;
         };
@@ -367,11 +399,10 @@ void LoggingDriver::stop_data_logging()
     ahead_.reset();
     source_.reset();
     grid_.reset();
-    state_.replay_running = false;
-    state_.load_running = false;
-    state_.run_paused = false;
-    state_.stop_requested = false;
-    if (!finishing_) survey_.track_image.is_held = false; // else until the whole track can be drawn
+    if (!is_finishing()) {
+        survey_.track_image.is_held = false; // else until the whole track can be drawn
+        phase_ = RunPhase::idle;
+    }
     replay_delay_ = delay_of_speed(kFullSpeed);
     display_.reset_speed_control();
     RunCounters shown;
@@ -390,14 +421,16 @@ void LoggingDriver::terminate_data_logging()
     SampleProcessing& run = survey_.processing;
     const auto let_events_happen = [this] { display_.process_events(counters()); };
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
-    if (const std::string refusal = finish_residual(survey_, let_events_happen); !refusal.empty()) {
-        op_.show_warning(WarningAbout::data, refusal);
+    for (const std::string& note : finish_residual(survey_, let_events_happen)) {
+        op_.show_warnings({{WarningAbout::data, "base station", note}});
     }
+    update_ground_grid(survey_, let_events_happen);
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
     let_events_happen();
     build_track_index(track_table(run.store), survey_.track_index, let_events_happen);
     let_events_happen();
     pick_work_.load_pick_list_on_form(indexed_track(survey_));
+    renew_automatic_range(survey_);
     show_finished_track(survey_.track_image, track_scene(survey_), op_);
     let_events_happen();
     display_.show_finished_run();
@@ -420,7 +453,7 @@ void LoggingDriver::start_pipe_data_logging()
     feed_ = LiveFeed(survey_.header_columns);
     survey_.files_read.clear();
     begin_processing({});
-    state_.pipe_logging_active = true;
+    phase_ = RunPhase::live;
     live_fault_shown_ = false;
     follow_track(survey_.track_image);
     show_controls();
@@ -428,9 +461,7 @@ void LoggingDriver::start_pipe_data_logging()
 
 void LoggingDriver::finish_pipe_run()
 {
-    if (!state_.pipe_logging_active) return;
-    state_.pipe_logging_active = false;
-    finish_run(kEndOfData);
+    if (phase_ == RunPhase::live) finish_run(kEndOfData);
 }
 
 void LoggingDriver::lock_for_pipe()
@@ -450,11 +481,11 @@ void LoggingDriver::show_controls()
 {
     controls_.start_enabled = !pipe_open_;
     controls_.profile_controls_enabled = !pipe_open_;
-    controls_.file_controls_enabled = !pipe_open_ && !state_.any_run_active();
+    controls_.file_controls_enabled = !pipe_open_ && !state().any_run_active();
     controls_.pick_list_enabled = has_pick_list(survey_);
-    controls_.moving_anomalies_enabled = !state_.any_run_active();
+    controls_.moving_anomalies_enabled = !state().any_run_active();
     RunControls shown = controls_;
-    if (finishing_) {
+    if (is_finishing()) {
         shown.start_enabled = false;
         shown.file_controls_enabled = false;
         shown.moving_anomalies_enabled = false;

@@ -76,7 +76,7 @@ SurveySource::Outcome LiveFeed::next_line(std::string_view& line)
     return Outcome::line;
 }
 
-std::optional<NamedColumns> LinesInMemory::open(const SurveyDefinitions& definitions, Operator&)
+NamedColumns LinesInMemory::open(const SurveyDefinitions& definitions)
 {
     if (header_line_number_ < 1) return NamedColumns();
     next_ = static_cast<std::size_t>(header_line_number_) - 1;
@@ -95,18 +95,26 @@ SurveySource::Outcome LinesInMemory::next_line(std::string_view& line)
     return Outcome::line;
 }
 
+SourceColumns locate_columns(NamedColumns named, SurveyDefinitions& definitions)
+{
+    SourceColumns columns;
+    columns.named = std::move(named);
+    ColumnLocating located = locate_header_fields(columns.named.header, definitions, columns.locations);
+    columns.warnings = std::move(located.warnings);
+    columns.fault = std::move(located.fault);
+    return columns;
+}
+
 std::optional<SourceColumns> open_source(SurveySource& source, SurveyDefinitions& definitions, Operator& op)
 {
     std::optional<NamedColumns> named = source.open(definitions, op);
     if (!named) return std::nullopt;
-    SourceColumns columns{std::move(*named), {}};
-    if (locate_header_fields(columns.named.header, definitions, columns.locations, op) < 0) return std::nullopt;
+    SourceColumns columns = locate_columns(std::move(*named), definitions);
     const std::string missing = missing_format_columns(definitions, columns.named.header);
-    if (!missing.empty()) {
-        op.show_message("The data format names " + missing + ", which the data do not have");
-        return std::nullopt;
-    }
-    return columns;
+    if (columns.fault.empty() && missing.empty()) return columns;
+    op.show_message(missing.empty() ? columns.fault
+                                    : "The data format names " + missing + ", which the data do not have");
+    return std::nullopt;
 }
 
 std::string missing_format_columns(const SurveyDefinitions& definitions, const HeaderColumns& header)

@@ -117,7 +117,11 @@ public:
     {
     }
 
-    std::optional<NamedColumns> open(const SurveyDefinitions& definitions, Operator& op) override;
+    NamedColumns open(const SurveyDefinitions& definitions); // which cannot be refused
+    std::optional<NamedColumns> open(const SurveyDefinitions& definitions, Operator&) override
+    {
+        return open(definitions);
+    }
     Outcome next_line(std::string_view& line) override;
     std::int64_t line_number() const override { return static_cast<std::int64_t>(next_); }
 
@@ -131,10 +135,14 @@ private:
 struct SourceColumns {
     NamedColumns named;
     FieldLocations locations;
+    Warnings warnings; // of columns that are missing
+    std::string fault; // what went wrong while they were located; empty: nothing
 };
 
-// Opens the source and locates the columns; `definitions` notes what was found. nullopt: refused, the operator has been
-// told.
+// Locates the columns that the definitions name; these note what was found.
+SourceColumns locate_columns(NamedColumns named, SurveyDefinitions& definitions);
+
+// Opens the source and locates the columns. nullopt: refused, the operator has been told.
 std::optional<SourceColumns> open_source(SurveySource& source, SurveyDefinitions& definitions, Operator& op);
 
 // What a data format needs and the header does not have: "the time column \"UTC\""; empty: nothing.

@@ -13,12 +13,10 @@ namespace {
 
 std::vector<Colour> map_colours(const std::string& name)
 {
-    constexpr int kEntries = 256;
+    const ColourScale scale = {0.0, kColourMapEntries - 1.0, &colour_map(name)};
     std::vector<Colour> colours;
-    for (int entry = 0; entry < kEntries; ++entry) {
-        constexpr Colour kGreyStep = 0x010101;
-        colours.push_back(name == "survey" ? value_colour(entry / (kEntries - 1.0), 1.0)
-                                           : kGreyStep * static_cast<Colour>(entry));
+    for (std::size_t entry = 0; entry < kColourMapEntries; ++entry) {
+        colours.push_back(value_colour(static_cast<double>(entry), scale));
     }
     return colours;
 }

@@ -3,23 +3,40 @@
 #include "definitions/field_locations.h"
 #include "definitions/header_columns.h"
 #include "definitions/survey_definitions.h"
+#include "display/grid_picture.h"
 #include "display/track_image.h"
 #include "picks/pick_list.h"
 #include "picks/pick_workflow.h"
 #include "picks/quadtree.h"
 #include "ports/projection.h"
 #include "processing/gradients.h"
+#include "processing/gridding.h"
 #include "processing/residual.h"
 #include "processing/sample_processing.h"
 #include "processing/track_skip.h"
 #include "survey/settings.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace tarvo {
+
+// The displayed quantity on square cells, as it lies under the track.
+struct GroundGrid {
+    FieldGrid grid; // empty: none
+    GridSize size;  // that was asked for
+    ColouredGrid coloured;
+    std::string refusal; // why there is none although one is wanted
+};
+
+// A range made of the values that were stored then; records 0: not made.
+struct AutomaticRange {
+    ValueRange range;
+    std::int32_t records = 0;
+};
 
 // The survey that is open: what describes it, what has been made of it, and what is shown of it. Its settings are its
 // base, so that the settings table works on a survey as on a copy of its settings.
@@ -42,8 +59,10 @@ struct SurveyState : Settings {
     ResidualField residual;          // made when somebody wants it: see survey_residual.h
     bool wants_residual = false;     // for more than its own settings and a base station
     std::optional<BaseStation> base; // of this survey
+    GroundGrid ground;               // see ground_grid.h
     cQuadTree track_index;           // of the finished track
     TrackImage track_image;
+    std::array<AutomaticRange, kQuantityCount> automatic_ranges; // by quantity
 
     PickList picks;
     std::int32_t current_pick = -1; // -1: none

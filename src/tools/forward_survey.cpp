@@ -38,7 +38,7 @@ ForwardedSurvey open_survey(const ForwardOptions& options, Operator& op)
     if (read_definitions(definitions_file, survey.definitions, header_line, op).status < 0) return survey;
     if (options.header_line > 0) header_line = options.header_line;
     if (options.udp_port) {
-        survey.columns = columns_of_names(options.columns, survey.definitions);
+        survey.columns = header_columns_of(options.columns);
         survey.lines = std::make_unique<UdpLines>(options.address, *options.udp_port);
     } else {
         open_file_lines(options, header_line, survey, op);
@@ -51,7 +51,7 @@ void report_missing_columns(const ForwardedSurvey& survey, Operator& op)
 {
     SurveyDefinitions definitions = survey.definitions;
     FieldLocations locations;
-    locate_header_fields(survey.columns, definitions, locations, op);
+    op.show_warnings(locate_header_fields(survey.columns, definitions, locations).warnings);
 }
 
 // The counts on one line of the terminal, some times a second.

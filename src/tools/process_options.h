@@ -26,6 +26,7 @@ struct ProcessOptions {
     std::string bars_file;
     std::string rejected_file;
     std::vector<std::string> layer_files; // under the track, the first lowest
+    std::string base_file;                // readings of a base station
     int picture_width = 1200;
     int picture_height = 900;
     std::optional<double> zoom_percent;

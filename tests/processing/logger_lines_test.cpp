@@ -34,7 +34,7 @@ struct LoggerRun {
         survey.parameters.GradientWindow = 0;
         fill_using_template_number(definitions);
         FieldLocations locations;
-        locate_header_fields(columns_of_names(header, definitions), definitions, locations, survey.op);
+        locate_header_fields(columns_of_names(header, definitions), definitions, locations);
         start_processing(run, definitions, locations, survey.parameters);
         refusal = data_format_refusal(definitions, &projections);
         if (refusal.empty()) {
