@@ -17,6 +17,8 @@ struct FieldLocations {
     std::vector<int> attitude_channels;             // of the attitude kind: those located
     bool derived_dem = false;                       // DEM is computed from Depth and Elevation
     std::vector<std::int32_t> sensor_column = {-1}; // by sensor channel, from 1
+    std::vector<std::int32_t> time_columns;         // by a data format: read as one text, in this order
+    std::int32_t valid_column = -1;                 // likewise: says whether sensor values count
     int header_column_count = 0;
 
     bool has(FieldSlotIndex slot) const { return column[static_cast<std::size_t>(slot)] >= 0; }

@@ -69,12 +69,13 @@ void read_by_definitions(const std::string& file_name, BaseStation& base)
         throw std::runtime_error(op.message);
     }
     definitions.fields[kLine].name = "N/A"; // its lines are one run of readings
-    FileSource source(file_name, header_line);
+    FileSource source({file_name}, header_line);
     const std::optional<SourceColumns> columns = open_source(source, definitions, op);
     if (!columns) throw std::runtime_error(op.message);
     check_columns(file_name, definitions, columns->locations);
     SampleProcessing run;
     start_processing(run, definitions, columns->locations, every_line_a_record());
+    obey_data_format(run, definitions, columns->locations, columns->named.names_line, nullptr); // places do not matter
     std::string_view line;
     std::int32_t taken = 0;
     const auto take_records = [&] {

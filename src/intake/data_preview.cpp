@@ -1,9 +1,9 @@
 #include "intake/data_preview.h"
 
 #include "intake/survey_source.h"
+#include "processing/format_rules.h"
 #include "processing/sample_processing.h"
 #include "text/line_reader.h"
-#include "text/tokens.h"
 
 #include <exception>
 
@@ -48,9 +48,11 @@ std::vector<ColumnRole> roles_of(const SurveyDefinitions& definitions, const Fie
     return roles;
 }
 
-void add_lines_up_to_header(DataPreview& preview, std::span<const std::string> first_lines, int header_line_number)
+void add_lines_up_to_data(DataPreview& preview, std::span<const std::string> first_lines, int header_line_number,
+                          const SurveyDefinitions& definitions)
 {
-    for (int number = 1; number <= header_line_number && number <= static_cast<int>(first_lines.size()); ++number) {
+    const int last = has_line_of_names(definitions) ? header_line_number : header_line_number - 1;
+    for (int number = 1; number <= last && number <= static_cast<int>(first_lines.size()); ++number) {
         const bool is_header = number == header_line_number;
         PreviewLine& line = preview.lines.emplace_back();
         line.kind = is_header ? PreviewLineKind::header : PreviewLineKind::before_header;
@@ -87,31 +89,38 @@ HeaderAndData header_and_data(std::span<const std::string> first_lines, int head
 }
 
 DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinitions definitions,
-                         int header_line_number)
+                         int header_line_number, const Projections* projections)
 {
     DataPreview preview;
     definitions.sensors.resize(static_cast<std::size_t>(definitions.number_of_sensors) + 1);
     LinesInMemory source(first_lines, header_line_number);
-    const SourceColumns located = locate_columns(source.open(), definitions);
-    preview.columns = located.header;
+    const NamedColumns named = source.open(definitions);
+    const SourceColumns located = locate_columns(named, definitions);
+    preview.columns = named.header;
     preview.warnings = located.warnings;
     preview.roles = roles_of(definitions, located.locations);
-    add_lines_up_to_header(preview, first_lines, header_line_number);
+    add_lines_up_to_data(preview, first_lines, header_line_number, definitions);
 
     SampleProcessing run;
     start_processing(run, definitions, located.locations, ProcessingParameters());
+    try {
+        obey_data_format(run, definitions, located.locations, named.names_line,
+                         grid_of_positions(definitions, projections));
+    } catch (const std::exception& fault) {
+        preview.warnings.push_back({WarningAbout::data, "the data format", fault.what()});
+    }
     bool fields_counted = false;
     std::string_view text;
     while (source.next_line(text) == SurveySource::Outcome::line) {
         PreviewLine& line = preview.lines.emplace_back();
-        line.fields = fields_of_line(text);
+        line.fields = fields_by_format(text, definitions);
         ++preview.data_lines;
         if (!fields_counted && !trimmed(text).empty()) {
             fields_counted = true;
-            const Warnings warnings = field_count_warnings(preview.columns, text);
+            const Warnings warnings = field_count_warnings(preview.columns, text, definitions);
             preview.warnings.insert(preview.warnings.end(), warnings.begin(), warnings.end());
         }
-        const bool accepted = convert_record_fields(run.fields.read(text), run) == 0;
+        const bool accepted = convert_record_fields(run.converter.read(text), run) == 0;
         line.kind = accepted ? PreviewLineKind::data : PreviewLineKind::rejected;
         if (!accepted) ++preview.lines_rejected;
     }

@@ -2,6 +2,7 @@
 
 #include "definitions/survey_definitions.h"
 #include "intake/header.h"
+#include "ports/projection.h"
 
 #include <cstdint>
 #include <span>
@@ -45,8 +46,8 @@ struct HeaderAndData {
 };
 HeaderAndData header_and_data(std::span<const std::string> first_lines, int header_line_number);
 
-// Lines are judged by the conversion that a run puts them through.
+// Lines are judged by the conversion that a run puts them through. projections: null: no survey grids are known.
 DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinitions definitions,
-                         int header_line_number);
+                         int header_line_number, const Projections* projections = nullptr);
 
 } // namespace tarvo

@@ -1,5 +1,6 @@
 #include "intake/header.h"
 
+#include "intake/data_file.h"
 #include "text/numbers.h"
 #include "text/tokens.h"
 
@@ -10,12 +11,20 @@ namespace tarvo {
 
 namespace {
 
+// The Time slot stands for the first of the columns that a data format names.
+const std::string& name_in_header(const SurveyDefinitions& definitions, int slot)
+{
+    const bool by_format = slot == kTime && definitions.data_format && !definitions.data_format->time_columns.empty();
+    return by_format ? definitions.data_format->time_columns.front()
+                     : definitions.fields[static_cast<std::size_t>(slot)].name;
+}
+
 void locate_slots(const HeaderColumns& header_columns, SurveyDefinitions& definitions, FieldLocations& locations)
 {
     for (int slot = 1; slot <= number_of_field_slots; ++slot) {
         const auto at = static_cast<std::size_t>(slot);
         FieldSlot& field = definitions.fields[at];
-        const FoundColumn found = header_columns.find_column(field.name);
+        const FoundColumn found = header_columns.find_column(name_in_header(definitions, slot));
         locations.column[at] = found.index - 1;
         field.field_index = 0;
         if (found.index == 0) continue;
@@ -25,6 +34,20 @@ void locate_slots(const HeaderColumns& header_columns, SurveyDefinitions& defini
     }
     locations.derived_dem = locations.has(kDepth) && locations.has(kElevation) && !locations.has(kDem);
     if (locations.derived_dem) locations.depth_channels.push_back(kDem);
+}
+
+void locate_format_columns(const HeaderColumns& header_columns, const SurveyDefinitions& definitions,
+                           FieldLocations& locations)
+{
+    if (!definitions.data_format) return;
+    for (const std::string& name : definitions.data_format->time_columns) {
+        const FoundColumn found = header_columns.find_column(name);
+        if (found.index > 0) locations.time_columns.push_back(found.index - 1);
+    }
+    if (definitions.data_format->time_columns.empty() && locations.has(kTime)) {
+        locations.time_columns.push_back(locations.column[kTime]);
+    }
+    locations.valid_column = header_columns.find_column(definitions.data_format->valid_column).index - 1;
 }
 
 void warn_of_column(Warnings& warnings, const std::string& place, const std::string& text)
@@ -133,9 +156,11 @@ std::string_view without_comment_mark(std::string_view header)
     return header;
 }
 
-Warnings field_count_warnings(const HeaderColumns& header_columns, std::string_view first_data_line)
+Warnings field_count_warnings(const HeaderColumns& header_columns, std::string_view first_data_line,
+                              const SurveyDefinitions& definitions)
 {
-    const std::size_t fields = count_fields(first_data_line);
+    if (!has_line_of_names(definitions)) return {};
+    const std::size_t fields = fields_by_format(first_data_line, definitions).size();
     if (fields == static_cast<std::size_t>(header_columns.count())) return {};
     return {{WarningAbout::data, "the first data line",
              "The header names " + std::to_string(header_columns.count()) + " columns, the first data line holds " +
@@ -150,6 +175,7 @@ ColumnLocating locate_header_fields(const HeaderColumns& header_columns, SurveyD
         locations = FieldLocations();
         locations.header_column_count = header_columns.count();
         locate_slots(header_columns, definitions, locations);
+        locate_format_columns(header_columns, definitions, locations);
         report_missing_slots(definitions, locations, located.warnings);
         for (std::size_t sensor = 1; sensor < definitions.sensors.size(); ++sensor) {
             locate_sensor(header_columns, definitions, sensor, locations, located.warnings);

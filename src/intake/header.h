@@ -33,7 +33,8 @@ HeaderColumns header_columns_of(std::string_view header_line);
 std::string_view without_comment_mark(std::string_view header);
 
 // One warning when the first data line does not hold one field for each column; else none.
-Warnings field_count_warnings(const HeaderColumns& header_columns, std::string_view first_data_line);
+Warnings field_count_warnings(const HeaderColumns& header_columns, std::string_view first_data_line,
+                              const SurveyDefinitions& definitions);
 
 struct ColumnLocating {
     int status = -1;   // 0: done

@@ -5,6 +5,7 @@
 #include "picks/track_index.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
+#include "processing/format_rules.h"
 #include "survey/displayed_quantity.h"
 #include "survey/ground_grid.h"
 #include "survey/survey_residual.h"
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <system_error>
 
 namespace tarvo {
 
@@ -76,7 +78,8 @@ RunCounters LoggingDriver::counters() const
     counters.lines_not_averaged = run.lines_not_averaged;
     if (run.lines.has_line()) counters.current_line_number = run.lines.CurrentLineNumber;
     if (source_) {
-        counters.characters_consumed = source_->characters_consumed();
+        counters.characters_consumed =
+            ahead_ ? source_->characters_before_file() + ahead_->characters_consumed() : source_->characters_consumed();
         counters.file_length = source_->length();
     }
     return counters;
@@ -130,6 +133,7 @@ int LoggingDriver::start_run(StartButton index)
     survey_.track_image.is_held = load;
     show_controls();
     if (!load) follow_track(survey_.track_image);
+    if (load) read_ahead();
     return process_input_data();
 }
 
@@ -187,15 +191,37 @@ int LoggingDriver::start_data_logging()
 
 bool LoggingDriver::open_data_file()
 {
-    source_ = std::make_unique<FileSource>(survey_.data_file_name, survey_.header_line_number);
-    std::optional<SourceColumns> columns = open_source(*source_, survey_.survey_definitions, op_);
+    auto files = std::make_unique<FileSource>(data_files_of(survey_), survey_.header_line_number);
+    std::optional<SourceColumns> columns = open_source(*files, survey_.survey_definitions, op_);
     if (!columns) return false;
     op_.show_warnings(columns->warnings);
-    survey_.header_columns = std::move(columns->header);
+    survey_.files_read = files->file_names();
+    survey_.header_columns = std::move(columns->named.header);
     survey_.locations = std::move(columns->locations);
-    start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
+    source_ = std::move(files);
+    return begin_processing(columns->named.names_line) == 0;
+}
+
+// The run's lines are read as the definitions in force say. -1: they cannot be obeyed, the operator has been told.
+int LoggingDriver::begin_processing(std::string_view names_line)
+{
     first_line_checked_ = false;
-    return true;
+    shown_overlaps_ = 0;
+    return run_guarded(op_, "The data format cannot be obeyed: ", [&] {
+        SampleProcessing& run = survey_.processing;
+        start_processing(run, survey_.survey_definitions, survey_.locations, survey_.parameters);
+        grid_ = grid_of_positions(survey_.survey_definitions, survey_.projections);
+        obey_data_format(run, survey_.survey_definitions, survey_.locations, names_line, grid_);
+    });
+}
+
+// Another file of the survey names its columns anew.
+void LoggingDriver::begin_next_file(const NamedColumns& named)
+{
+    survey_.header_columns = named.header;
+    locate_header_fields(named.header, survey_.survey_definitions, survey_.locations); // warnings were seen before
+    tarvo::begin_next_file(survey_.processing, survey_.survey_definitions, survey_.locations, named.names_line, grid_);
+    if (state().load_running) read_ahead();
 }
 
 void LoggingDriver::initialise_data_logging()
@@ -254,34 +280,80 @@ int LoggingDriver::process_input_data(std::string_view line)
 
 SurveySource::Outcome LoggingDriver::take_next_line(SurveySource& source)
 {
-    std::string_view line;
-    const SurveySource::Outcome outcome = source.next_line(line);
-    if (outcome == SurveySource::Outcome::too_long) refuse_line();
-    if (outcome == SurveySource::Outcome::line) line_status_ = process_line(line);
+    LineReading reading;
+    const SurveySource::Outcome outcome = read_next_line(source, reading);
+    if (outcome == SurveySource::Outcome::next_file) begin_next_file(source.columns_of_file());
+    if (outcome == SurveySource::Outcome::line) line_status_ = process_reading(reading);
     return outcome;
 }
 
-int LoggingDriver::process_line(std::string_view line)
+// A line that is too long is one, too.
+SurveySource::Outcome LoggingDriver::read_next_line(SurveySource& source, LineReading& reading)
 {
-    if (!first_line_checked_) warn_of_field_count(line);
+    if (ahead_) {
+        const LinesAhead::Outcome outcome = ahead_->next(reading);
+        if (outcome == LinesAhead::Outcome::line) return SurveySource::Outcome::line;
+        if (outcome == LinesAhead::Outcome::waiting) return SurveySource::Outcome::waiting;
+        ahead_.reset();
+    }
+    std::string_view line;
+    const SurveySource::Outcome outcome = source.next_line(line);
+    if (outcome == SurveySource::Outcome::line) {
+        reading = survey_.processing.converter.read(line);
+    } else if (outcome == SurveySource::Outcome::too_long) {
+        reading.fault = LineFault::too_long;
+    } else {
+        return outcome;
+    }
+    reading.number = source.line_number();
+    return SurveySource::Outcome::line;
+}
+
+// Has threads read the file at hand, where it is worth it and they are to be had.
+void LoggingDriver::read_ahead()
+{
+    const int workers = workers_for(source_->length_of_file(), survey_.load_workers);
+    if (workers == 0) return;
+    const auto make_converter = [definitions = survey_.survey_definitions, locations = survey_.locations,
+                                 wanted = survey_.processing.plan.wanted_fields,
+                                 names_line = source_->columns_of_file().names_line,
+                                 projections = survey_.projections] {
+        return line_converter(definitions, locations, wanted, names_line,
+                              grid_of_positions(definitions, projections)); // a grid of the thread's own
+    };
+    try {
+        ahead_ = std::make_unique<LinesAhead>(source_->lines(), workers, make_converter);
+    } catch (const std::system_error&) {
+        ahead_.reset();
+    }
+}
+
+int LoggingDriver::process_reading(const LineReading& reading)
+{
+    if (!first_line_checked_) warn_of_field_count(reading.text);
     const std::int32_t records_before = survey_.processing.store.RecordCount;
-    const int status = process_data_line(line, survey_.processing);
+    const int status = process_line_reading(reading, survey_.processing);
+    if (survey_.processing.overlaps.size() > shown_overlaps_) warn_of_overlap();
     if (!state().load_running && survey_.processing.store.RecordCount != records_before) {
         show_newest_sample(records_before);
     }
     return status;
 }
 
-void LoggingDriver::refuse_line()
-{
-    refuse_data_line(survey_.processing);
-}
-
 void LoggingDriver::warn_of_field_count(std::string_view line)
 {
     if (trimmed(line).empty()) return;
     first_line_checked_ = true;
-    op_.show_warnings(field_count_warnings(survey_.header_columns, line));
+    op_.show_warnings(field_count_warnings(survey_.header_columns, line, survey_.survey_definitions));
+}
+
+void LoggingDriver::warn_of_overlap()
+{
+    const FileOverlap& overlap = survey_.processing.overlaps[shown_overlaps_++];
+    const std::string& file = survey_.files_read[overlap.file];
+    op_.show_warnings(
+        {{WarningAbout::data, file,
+          file + " begins before " + survey_.files_read[overlap.earlier] + " ends: their times overlap"}});
 }
 
 // A dropped line takes its records back; what stays of it on the picture goes with the redraw at the end of the run.
@@ -298,7 +370,10 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     const TrackTable track = track_table(store);
     const TrackScene scene = track_scene(survey_);
     if (is_range_new) redraw_colours(survey_.track_image, scene, op_);
-    plot_track_point(survey_.track_image, scene, record, track.easting[record], track.northing[record]);
+    const std::int32_t placed = survey_.processing.first_placed_record;
+    for (std::int32_t point = placed > 0 ? placed : record; point <= record; ++point) {
+        plot_track_point(survey_.track_image, scene, point, track.easting[point], track.northing[point]);
+    }
     if (completed > 0) recolour_track_points(survey_.track_image, scene, completed);
     display_.display_replay_data(record, std::max(completed, 0));
 }
@@ -321,7 +396,9 @@ int LoggingDriver::finish_run(int result)
 
 void LoggingDriver::stop_data_logging()
 {
+    ahead_.reset();
     source_.reset();
+    grid_.reset();
     if (!is_finishing()) {
         survey_.track_image.is_held = false; // else until the whole track can be drawn
         phase_ = RunPhase::idle;
@@ -369,12 +446,14 @@ void LoggingDriver::start_pipe_data_logging()
     // The picks of a file are not those of a live survey, and must not be written over by them.
     if (!survey_.data_file_name.empty()) {
         survey_.data_file_name.clear();
+        survey_.further_data_files.clear();
         pick_work_.open_picks_of({}, indexed_track(survey_));
     }
     initialise_data_logging();
     feed_ = LiveFeed(survey_.header_columns);
+    survey_.files_read.clear();
+    begin_processing({});
     phase_ = RunPhase::live;
-    first_line_checked_ = false;
     live_fault_shown_ = false;
     follow_track(survey_.track_image);
     show_controls();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "intake/lines_ahead.h"
 #include "intake/run_phase.h"
 #include "intake/survey_source.h"
 #include "picks/pick_workflow.h"
@@ -76,11 +77,15 @@ private:
     int read_lines();
     int finish_run(int result);
     SurveySource::Outcome take_next_line(SurveySource& source);
-    int process_line(std::string_view line);
-    void refuse_line();
+    SurveySource::Outcome read_next_line(SurveySource& source, LineReading& reading);
+    void read_ahead();
+    void begin_next_file(const NamedColumns& named);
+    int process_reading(const LineReading& reading);
+    void warn_of_overlap();
     void warn_of_field_count(std::string_view line);
     void show_newest_sample(std::int32_t records_before);
     bool open_data_file();
+    int begin_processing(std::string_view names_line);
     void show_controls();
 
     SurveyState& survey_;
@@ -89,8 +94,11 @@ private:
     RunDisplay& display_;
     RunPhase phase_ = RunPhase::idle;
     RunControls controls_;
-    std::unique_ptr<SurveySource> source_; // of a file run
+    std::unique_ptr<FileSource> source_; // of a file run
+    std::unique_ptr<LinesAhead> ahead_;  // of its file at hand; null: the run reads it itself
     LiveFeed feed_;
+    std::shared_ptr<const Projection> grid_; // of positions in degrees
+    std::size_t shown_overlaps_ = 0;
     int line_status_ = 0;  // of the line taken last: 0, or -1 when it was refused
     int replay_delay_ = 0; // milliseconds
     bool first_line_checked_ = false;

@@ -1,6 +1,7 @@
 #include "intake/open_survey.h"
 
 #include "definitions/definitions_file.h"
+#include "intake/data_file.h"
 #include "intake/header.h"
 #include "text/file_names.h"
 
@@ -35,6 +36,7 @@ SurveyOpening open_survey(SurveyState& survey, PickWorkflow& pick_work, const st
     }
     forget_survey(survey, op);
     survey.data_file_name = data_file_name;
+    survey.further_data_files.clear();
     survey.header_line_text = header_line;
     pick_work.open_picks_of(data_file_name, indexed_track(survey));
     const std::string definitions_file = definitions_file_name_for(data_file_name);
@@ -55,9 +57,9 @@ int read_survey_header(SurveyState& survey, Operator& op)
         op.show_message("The header line number is not valid");
         return -1;
     }
-    const HeaderReading reading = read_header_line(0, survey.data_file_name, *number, op);
-    if (reading.status < 0) return -1;
-    survey.header_columns = header_columns_of(reading.header);
+    const std::optional<DataFile> file = open_data_file(survey.data_file_name, *number, survey.survey_definitions, op);
+    if (!file) return -1;
+    survey.header_columns = file->columns;
     return 0;
 }
 

@@ -1,5 +1,6 @@
 #include "live/definition_requests.h"
 
+#include "live/format_requests.h"
 #include "text/numbers.h"
 #include "text/tokens.h"
 
@@ -86,24 +87,31 @@ void apply_sensor_pair(const Pair& pair, SensorDefinition& sensor)
 
 // A comma ends a pair and a field of a definitions file, a quote begins a quoted name, a leading "-" turns a sign, and
 // what looks like a comment mark would be taken off.
-std::string portable_name(std::string_view name)
+// Lines of a data format have their marks taken off without a blank, too.
+enum class LineForm { plain, formatted };
+
+std::string portable_name(std::string_view name, LineForm form)
 {
     std::string portable = normalise_line(name);
     for (char& c : portable) {
         const auto byte = static_cast<unsigned char>(c);
         if (c == ',' || c == '"' || byte < 0x20 || byte == 0x7F) c = '_';
     }
+    if (form == LineForm::formatted) {
+        if (portable.ends_with('|')) portable.back() = '_';
+        if (portable.starts_with('#') || portable.starts_with('%') || portable.starts_with('/')) portable[0] = '_';
+    }
     if (portable.starts_with('-') || without_comment_mark(portable).size() != portable.size()) portable[0] = '_';
     return portable;
 }
 
-std::vector<std::string> portable_names(const HeaderColumns& header_columns)
+std::vector<std::string> portable_names(const HeaderColumns& header_columns, LineForm form)
 {
     std::set<std::string> taken;
     for (const std::string& name : header_columns.names()) taken.insert(upper_case(trimmed(name)));
     std::vector<std::string> names;
     for (const std::string& original : header_columns.names()) {
-        const std::string base = portable_name(trimmed(original));
+        const std::string base = portable_name(trimmed(original), form);
         std::string name = base;
         if (name != trimmed(original)) {
             for (int copy = 2; !taken.insert(upper_case(name)).second; ++copy) {
@@ -115,8 +123,17 @@ std::vector<std::string> portable_names(const HeaderColumns& header_columns)
     return names;
 }
 
-std::string header_request(const std::vector<std::string>& columns)
+// A number alone would make a line of names look like data.
+std::vector<std::string> names_of_numbers(const HeaderColumns& header_columns)
 {
+    std::vector<std::string> names;
+    for (const std::string& number : header_columns.names()) names.push_back("C" + number);
+    return names;
+}
+
+std::string header_request(const std::vector<std::string>& columns, const std::optional<DataFormat>& format)
+{
+    if (has_named_separator(format)) return request_text(kHeaderColumns, line_of_names(columns, format->separator));
     std::string payload = columns.empty() ? std::string() : columns.front();
     for (std::size_t column = 1; column < columns.size(); ++column) payload += ',' + columns[column];
     // A single name has no comma to keep its blanks together.
@@ -161,8 +178,9 @@ std::string request_text(int code, std::string_view payload)
     return std::string(kRequestTag) + digits + ' ' + std::string(payload);
 }
 
-HeaderColumns columns_of_payload(std::string_view payload)
+HeaderColumns columns_of_payload(std::string_view payload, const std::optional<DataFormat>& format)
 {
+    if (has_named_separator(format)) return columns_of_line(payload, format->separator);
     std::vector<std::string> names;
     if (payload.find(',') != std::string_view::npos) {
         for (const std::string_view name : split(without_comment_mark(trimmed(payload)), ',')) names.emplace_back(name);
@@ -217,7 +235,10 @@ void apply_sensor(std::string_view payload, int number, SurveyDefinitions& defin
 
 PortableSurvey portable_survey(const HeaderColumns& header_columns, const SurveyDefinitions& definitions)
 {
-    PortableSurvey survey{portable_names(header_columns), definitions};
+    const LineForm form = definitions.data_format ? LineForm::formatted : LineForm::plain;
+    const bool numbered = definitions.data_format && !definitions.data_format->names_in_line;
+    PortableSurvey survey{numbered ? names_of_numbers(header_columns) : portable_names(header_columns, form),
+                          definitions};
     const auto make_portable = [&](std::string& name) {
         const int column = header_columns.find_column(name).index;
         name = column == 0 ? "N/A" : survey.columns[static_cast<std::size_t>(column) - 1];
@@ -231,6 +252,7 @@ PortableSurvey portable_survey(const HeaderColumns& header_columns, const Survey
             make_portable(sensor.coordinate_columns[j]);
         }
     }
+    rename_format_columns(survey.definitions, make_portable);
     return survey;
 }
 
@@ -244,9 +266,10 @@ std::vector<std::string> definition_requests(const PortableSurvey& survey)
     if (!(definitions.coordinate_scale > 0 && definitions.depth_scale > 0)) {
         throw std::runtime_error("the data scales of a live survey must be greater than 0");
     }
-    std::vector<std::string> requests = {header_request(survey.columns)};
-    if (requests[0].size() > kLongestRequest) {
-        throw std::runtime_error("the column names need " + std::to_string(requests[0].size()) +
+    std::vector<std::string> requests = format_requests(definitions);
+    requests.push_back(header_request(survey.columns, definitions.data_format));
+    if (requests.back().size() > kLongestRequest) {
+        throw std::runtime_error("the column names need " + std::to_string(requests.back().size()) +
                                  " bytes, a request holds " + std::to_string(kLongestRequest));
     }
     requests.push_back(request_text(kScales, format_shortest(definitions.coordinate_scale) + ' ' +

@@ -3,6 +3,7 @@
 #include "definitions/survey_definitions.h"
 #include "intake/header.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,7 @@ enum RequestCode : int {
     kScales = 1002,        // coordinate scale, depth scale, depth sign
     kFieldNames = 1003,    // pairs "quantity:column" between commas; quantities by their default names
     kSensorCounts = 1004,  // sensors, components per sensor, 1 or 0: positions from columns
+    kDataFormat = 1005,    // a line of the data format, "Key : value"; before the names, whose line it splits
     kFirstSensor = 2000,   // pairs of sensor 1: TMI, Tx, Ty, Tz, X, Y, Z:column, Offset, Length, Rotation:number
     kLastSensor = 2099,
     kEndOfDefinitions = 3000
@@ -32,7 +34,7 @@ std::string request_text(int code, std::string_view payload);
 
 // Each takes the payload of one definition request. What is not numeric or out of its range leaves the definitions as
 // they were, and so does a name that is not known.
-HeaderColumns columns_of_payload(std::string_view payload);
+HeaderColumns columns_of_payload(std::string_view payload, const std::optional<DataFormat>& format = std::nullopt);
 void apply_scales(std::string_view payload, SurveyDefinitions& definitions);
 void apply_field_names(std::string_view payload, SurveyDefinitions& definitions); // slots not named become "N/A"
 void apply_sensor_counts(std::string_view payload, SurveyDefinitions& definitions);

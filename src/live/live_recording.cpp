@@ -1,6 +1,7 @@
 #include "live/live_recording.h"
 
 #include "definitions/definitions_file.h"
+#include "live/format_requests.h"
 
 #include <utility>
 
@@ -16,7 +17,8 @@ LiveRecording::~LiveRecording()
 void LiveRecording::start(const std::string& folder, const PortableSurvey& survey)
 {
     finish();
-    const RecordingTexts texts{header_line_of(survey.columns), exact_definitions_text(survey.definitions, 1)};
+    const RecordingTexts texts{header_line_of(survey.columns, survey.definitions.data_format),
+                               exact_definitions_text(survey.definitions, 1)};
     current_ = std::make_shared<RecordingWriter>(folder, texts, pace_);
     current_->begin_writing();
 }
@@ -91,8 +93,9 @@ void LiveRecording::keep_warnings_of(RecordingWriter& writer)
     if (warning) warnings_ = warnings_ ? *warnings_ + '\n' + *warning : *warning;
 }
 
-std::string header_line_of(const std::vector<std::string>& columns)
+std::string header_line_of(const std::vector<std::string>& columns, const std::optional<DataFormat>& format)
 {
+    if (has_named_separator(format)) return line_of_names(columns, format->separator);
     std::string line;
     for (std::size_t column = 0; column < columns.size(); ++column) {
         if (column > 0) line += ',';

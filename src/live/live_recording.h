@@ -56,6 +56,7 @@ private:
 };
 
 // The header line of a data file with these columns: a name that holds a separator stands in quotes.
-std::string header_line_of(const std::vector<std::string>& columns);
+std::string header_line_of(const std::vector<std::string>& columns,
+                           const std::optional<DataFormat>& format = std::nullopt);
 
 } // namespace tarvo

@@ -1,9 +1,11 @@
 #include "live/live_requests.h"
 
 #include "intake/column_report.h"
+#include "live/format_requests.h"
 #include "picks/pick_file.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
+#include "processing/format_rules.h"
 #include "text/numbers.h"
 
 #include <cassert>
@@ -26,7 +28,7 @@ constexpr const char* kBadHeader = "Bad Header";
 
 bool is_definition(int code)
 {
-    return (code >= kHeaderColumns && code <= kSensorCounts) || (code >= kFirstSensor && code <= kLastSensor) ||
+    return (code >= kHeaderColumns && code <= kDataFormat) || (code >= kFirstSensor && code <= kLastSensor) ||
            code == kEndOfDefinitions;
 }
 
@@ -157,7 +159,8 @@ void LiveRequests::apply_definition(int code, std::string_view payload)
 {
     SurveyDefinitions& definitions = survey_.survey_definitions;
     try {
-        if (code == kHeaderColumns) survey_.header_columns = columns_of_payload(payload);
+        if (code == kDataFormat) take_format_line(payload);
+        if (code == kHeaderColumns) survey_.header_columns = columns_of_payload(payload, coming_format_);
         if (code == kScales) apply_scales(payload, definitions);
         if (code == kFieldNames) apply_field_names(payload, definitions);
         if (code == kSensorCounts) apply_sensor_counts(payload, definitions);
@@ -169,9 +172,23 @@ void LiveRequests::apply_definition(int code, std::string_view payload)
     }
 }
 
+void LiveRequests::take_format_line(std::string_view payload)
+{
+    const std::string ignored = take_format_request(payload, coming_format_);
+    if (!ignored.empty()) display_.append_echo(ignored);
+}
+
 // A header that holds none of the columns that the definitions name is another survey's.
 std::string LiveRequests::end_definitions()
 {
+    survey_.survey_definitions.data_format = std::exchange(coming_format_, std::nullopt);
+    if (survey_.survey_definitions.data_format)
+        give_clock_its_day(*survey_.survey_definitions.data_format, utc_today());
+    const std::string refusal = data_format_refusal(survey_.survey_definitions, survey_.projections);
+    if (!refusal.empty()) {
+        op_.show_message("The data definitions are invalid\n" + refusal);
+        return kBadHeader;
+    }
     LiveFeed feed(survey_.header_columns);
     const std::optional<SourceColumns> columns = open_source(feed, survey_.survey_definitions, op_);
     const bool nothing_located =

@@ -105,6 +105,7 @@ private:
     std::string obey(int code, std::string_view payload);
     void process_data_line(std::string_view line);
     void apply_definition(int code, std::string_view payload);
+    void take_format_line(std::string_view payload);
     std::string end_definitions();
     void start_pipe_data_logging();
     void stop_pipe_data_logging(PipeAfterRun pipe);
@@ -124,6 +125,7 @@ private:
     LiveDisplay& display_;
     std::function<LiveClock::time_point()> clock_;
 
+    std::optional<DataFormat> coming_format_; // of the lines since the last end of definitions
     PortableSurvey described_; // of the run at hand or the last one, with what was located
     LiveRecording recording_;
     std::string recording_folder_;

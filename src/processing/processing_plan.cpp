@@ -61,6 +61,9 @@ void plan_sensor(ProcessingPlan& plan, const SurveyDefinitions& definitions, con
     for (std::size_t j = 1; j <= static_cast<std::size_t>(definitions.components_per_sensor); ++j) {
         planned.component_channels[j] = sensor.column_slots[3 * j];
         plan_sensor_channel(plan, locations, sensor.column_slots[3 * j], sensor.flip_sign[j] == 1 ? -1.0 : 1.0);
+        if (const std::int32_t channel = sensor.column_slots[3 * j]; channel >= 0) {
+            plan.component_channels.push_back(static_cast<std::size_t>(channel));
+        }
     }
     planned.location_channels = sensor.location_slots;
     const double coordinate_factor = applied_factor(definitions.coordinate_scale);

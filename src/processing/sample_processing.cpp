@@ -1,6 +1,8 @@
 #include "processing/sample_processing.h"
 
+#include "processing/fix_filling.h"
 #include "processing/fixed_time.h"
+#include "processing/formatted_lines.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,16 +18,49 @@ double finite_or_null(double value)
     return std::isfinite(value) ? value : kNull;
 }
 
-// The time of the line, in the sample and as its Time channel. Without a Time column lines follow each other at the
-// sample interval. False when the line has no time.
-bool convert_time(const ProcessingPlan& plan, std::int64_t lines_read, CurrentSample& sample)
+// The time of the line. Without a Time column lines follow each other at the sample interval. nullopt when the line has
+// no time.
+std::optional<std::int64_t> time_of_line(const LineReading& reading, SampleProcessing& run)
 {
+    const ProcessingPlan& plan = run.plan;
+    if (plan.has_time && run.sequence.runs_by_format) {
+        return time_of(run.sequence.time_form, reading.time, run.sequence.running_day);
+    }
     const double seconds =
-        plan.has_time ? sample.ChannelValues[kTime] : static_cast<double>(lines_read) * plan.SampleInterval;
-    if (seconds == kNull) return false;
-    const std::optional<std::int64_t> time = to_fixed_time(seconds);
-    if (time) sample.SampleTime = *time;
-    return time.has_value();
+        plan.has_time ? run.sample.ChannelValues[kTime] : static_cast<double>(run.lines_read) * plan.SampleInterval;
+    return seconds == kNull ? std::nullopt : to_fixed_time(seconds);
+}
+
+void drop_values_of_column(SampleProcessing& run, std::size_t column)
+{
+    for (const ProcessingPlan::Column& planned : run.plan.channels) {
+        if (planned.field == column) run.sample.ChannelValues[planned.channel] = kNull;
+    }
+    for (const ProcessingPlan::Column& planned : run.plan.sensor_channels) {
+        if (planned.field == column) run.sample.SensorValues[planned.channel] = kNull;
+    }
+}
+
+// What the data format and the lines before say of the values of this one.
+void judge_values(const LineReading& reading, SampleProcessing& run)
+{
+    decide_units(run.sequence, reading);
+    for (const OddField& odd : reading.odd_fields) {
+        if (!is_number_in_sequence(run.sequence, odd)) drop_values_of_column(run, odd.column);
+    }
+    if (run.plan.has_time) {
+        run.sample.ChannelValues[kTime] = static_cast<double>(run.sample.SampleTime) / kFixedTimeUnits;
+    }
+    if (reading.sensor_values_count) return;
+    for (const std::size_t channel : run.plan.component_channels) run.sample.SensorValues[channel] = kNull;
+}
+
+void move_to_fish(SampleProcessing& run)
+{
+    ChannelArray& values = run.sample.ChannelValues;
+    const PathPlace fish = run.sequence.path.place_of_fish(run.sample.SampleTime, {values[kEast], values[kNorth]});
+    values[kEast] = fish.east;
+    values[kNorth] = fish.north;
 }
 
 void scale_values(const ProcessingPlan& plan, CurrentSample& sample)
@@ -162,6 +197,56 @@ void store_read_locations(SampleProcessing& run, std::int32_t record)
     }
 }
 
+bool bin_is_full(const SampleProcessing& run)
+{
+    const std::int64_t elapsed = elapsed_time(run.bin.BinStartTime, run.sample.SampleTime);
+    return run.bin.BinCount > 0 && (elapsed >= run.plan.sample_interval || elapsed < 0);
+}
+
+void refuse_line(const LineReading& reading, SampleProcessing& run)
+{
+    ++run.lines_rejected;
+    try {
+        note_rejected_line(run.rejected, run.file, reading, run.line_fault);
+    } catch (const std::bad_alloc&) { // it is counted
+        return;
+    }
+}
+
+// Whether the first lines of the file fit, and whether it begins before another has ended.
+void note_line_of_file(SampleProcessing& run)
+{
+    FirstLines& first = run.first_lines.back();
+    const bool has_time = run.line_fault == LineFault::none;
+    if (first.lines < kJudgedLines) {
+        ++first.lines;
+        first.with_time += has_time ? 1 : 0;
+    }
+    if (!has_time) return;
+    const std::int64_t time = run.sample.SampleTime;
+    if (!run.file_has_time && run.newest_time && time < *run.newest_time) {
+        run.overlaps.push_back({run.file, run.newest_time_file});
+    }
+    run.file_has_time = true;
+    if (run.newest_time && time <= *run.newest_time) return;
+    run.newest_time = time;
+    run.newest_time_file = run.file;
+}
+
+// Closes the full bin. By default the sample that closes it belongs to no bin.
+int close_full_bin(SampleProcessing& run)
+{
+    if (store_averaged_sample(run) < 0) return -1;
+    if (run.plan.carry_closing_sample) {
+        begin_bin(run.sample, run.bin);
+        return accumulate_sample(run);
+    }
+    ++run.lines_not_averaged;
+    return 0;
+}
+
+} // namespace
+
 void store_derived_locations(SampleProcessing& run, std::int32_t record)
 {
     const SampleStore& store = run.store;
@@ -181,7 +266,6 @@ void store_derived_locations(SampleProcessing& run, std::int32_t record)
     }
 }
 
-// The distance along the track grows from position to position; a record without one adds nothing.
 void store_track_point(SampleProcessing& run, std::int32_t record)
 {
     const TrackTable track = track_table(run.store);
@@ -198,26 +282,6 @@ void store_track_point(SampleProcessing& run, std::int32_t record)
     run.store.distance[record] = distance;
 }
 
-bool bin_is_full(const SampleProcessing& run)
-{
-    const std::int64_t elapsed = elapsed_time(run.bin.BinStartTime, run.sample.SampleTime);
-    return run.bin.BinCount > 0 && (elapsed >= run.plan.sample_interval || elapsed < 0);
-}
-
-// Closes the full bin. By default the sample that closes it belongs to no bin.
-int close_full_bin(SampleProcessing& run)
-{
-    if (store_averaged_sample(run) < 0) return -1;
-    if (run.plan.carry_closing_sample) {
-        begin_bin(run.sample, run.bin);
-        return accumulate_sample(run);
-    }
-    ++run.lines_not_averaged;
-    return 0;
-}
-
-} // namespace
-
 double within_circle(double heading)
 {
     if (!is_valid_channel(heading)) return heading;
@@ -232,7 +296,7 @@ void start_processing(SampleProcessing& run, const SurveyDefinitions& definition
     run = SampleProcessing();
     run.store = std::move(store);
     run.plan = make_processing_plan(definitions, locations, parameters);
-    run.fields = FieldReader(run.plan.wanted_fields);
+    run.converter = LineConverter(run.plan.wanted_fields);
     const auto sensor_channels = static_cast<std::size_t>(locations.sensor_channel_count()) + 1;
     run.sample.SensorValues.assign(sensor_channels, kNull);
     run.bin.SensorCountAcc.assign(sensor_channels, 0);
@@ -240,25 +304,73 @@ void start_processing(SampleProcessing& run, const SurveyDefinitions& definition
     reset_sample_store(run.store, definitions, locations);
 }
 
-int process_data_line(std::string_view line, SampleProcessing& run)
+LineConverter line_converter(const SurveyDefinitions& definitions, const FieldLocations& locations,
+                             const std::vector<bool>& wanted_fields, std::string_view names_line,
+                             std::shared_ptr<const Projection> grid)
 {
-    ++run.lines_read;
-    int status = -1;
-    try {
-        status = convert_record_fields(run.fields.read(line), run);
-        if (status == 0) status = check_line_break(run);
-        if (status == 0) status = bin_is_full(run) ? close_full_bin(run) : accumulate_sample(run);
-    } catch (const std::exception&) { // memory has run out: the line is lost, what is stored stays
-        status = -1;
-    }
-    if (status < 0) ++run.lines_rejected;
-    return status;
+    if (!definitions.data_format) return LineConverter(wanted_fields);
+    FormatRules rules = make_format_rules(definitions, locations, wanted_fields, names_line);
+    return LineConverter(std::make_unique<FormattedLineReader>(std::move(rules), std::move(grid)));
 }
 
-void refuse_data_line(SampleProcessing& run)
+void obey_data_format(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,
+                      std::string_view names_line, std::shared_ptr<const Projection> grid)
+{
+    if (!definitions.data_format) return;
+    const DataFormat& format = *definitions.data_format;
+    const std::vector<bool>& wanted = run.plan.wanted_fields;
+    LoggerSequence& sequence = run.sequence;
+    sequence.runs_by_format = true;
+    sequence.time_form = compiled_time_form(format);
+    sequence.undecided_columns = make_format_rules(definitions, locations, wanted, names_line).number_columns;
+    sequence.units.assign(run.plan.wanted_fields.size(), LoggerSequence::Unit::undecided);
+    sequence.path = TowedPath(format.layback, to_fixed_interval(format.latency));
+    run.converter = line_converter(definitions, locations, wanted, names_line, std::move(grid));
+}
+
+void begin_next_file(SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations,
+                     std::string_view names_line, std::shared_ptr<const Projection> grid)
+{
+    close_open_bin(run);
+    const SurveyLines& lines = run.lines;
+    const bool has_records = lines.has_line() && lines.last_record(lines.CurrentLine) == run.store.RecordCount &&
+                             lines.LineLimits[lines.CurrentLine][SurveyLines::kCount] > 0;
+    if (has_records && !run.plan.line_numbers_from_data) open_new_line(run);
+    ++run.file;
+    run.first_lines.emplace_back();
+    run.file_has_time = false;
+
+    ProcessingPlan moved = make_processing_plan(definitions, locations, ProcessingParameters());
+    run.plan.channels = std::move(moved.channels);
+    run.plan.sensor_channels = std::move(moved.sensor_channels);
+    run.plan.wanted_fields = std::move(moved.wanted_fields);
+    run.converter = LineConverter(run.plan.wanted_fields);
+    obey_data_format(run, definitions, locations, names_line, std::move(grid));
+}
+
+int process_data_line(std::string_view line, SampleProcessing& run)
+{
+    LineReading reading = run.converter.read(line);
+    reading.number = run.lines_read + 1;
+    return process_line_reading(reading, run);
+}
+
+int process_line_reading(const LineReading& reading, SampleProcessing& run)
 {
     ++run.lines_read;
-    ++run.lines_rejected;
+    run.first_placed_record = 0;
+    int status = -1;
+    try {
+        status = convert_record_fields(reading, run);
+        if (status == 0) status = check_line_break(run);
+        if (status == 0) status = bin_is_full(run) ? close_full_bin(run) : accumulate_sample(run);
+        note_line_of_file(run);
+    } catch (const std::exception&) { // memory has run out: the line is lost, what is stored stays
+        status = -1;
+        run.line_fault = LineFault::no_memory;
+    }
+    if (status < 0) refuse_line(reading, run);
+    return status;
 }
 
 int close_open_bin(SampleProcessing& run)
@@ -266,19 +378,28 @@ int close_open_bin(SampleProcessing& run)
     return run.bin.BinCount > 0 ? store_averaged_sample(run) : 0;
 }
 
-int convert_record_fields(SampleRecord record, SampleProcessing& run)
+int convert_record_fields(const LineReading& reading, SampleProcessing& run)
 {
-    if (record.empty()) return -1;
+    run.line_fault = reading.fault;
+    if (reading.fault != LineFault::none) return -1;
+    const SampleRecord record = reading.values;
     const ProcessingPlan& plan = run.plan;
     CurrentSample& sample = run.sample;
     for (const ProcessingPlan::Column& column : plan.channels) {
         sample.ChannelValues[column.channel] = record[column.field];
     }
-    if (!convert_time(plan, run.lines_read, sample)) return -1;
+    const std::optional<std::int64_t> time = time_of_line(reading, run);
+    if (!time) {
+        run.line_fault = LineFault::no_time;
+        return -1;
+    }
+    sample.SampleTime = *time;
     for (const ProcessingPlan::Column& column : plan.sensor_channels) {
         sample.SensorValues[column.channel] = record[column.field];
     }
+    if (run.sequence.runs_by_format) judge_values(reading, run);
     scale_values(plan, sample);
+    if (run.sequence.path.moves()) move_to_fish(run);
     derive_dem(plan, sample.ChannelValues);
     if (plan.line_numbers_from_data) sample.LineNumberFromData = sample.ChannelValues[kLine];
     ++run.lines_processed;
@@ -346,9 +467,11 @@ int store_averaged_sample(SampleProcessing& run)
     } else {
         store_derived_locations(run, record);
     }
+    const std::int32_t positioned = run.last_positioned_record;
     store_track_point(run, record);
     store.RecordCount = record;
     run.bin.BinCount = 0;
+    if (run.sequence.runs_by_format) place_records_between(run, positioned);
     return 0;
 }
 

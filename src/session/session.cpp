@@ -14,8 +14,8 @@ Session::Session(Operator& op, RunDisplay& run_display, PickDisplay& pick_displa
 }
 
 Session::Session(Operator& op, RunDisplay& run_display, PickDisplay& pick_display, SessionDisplay& display)
-    : pick_work(survey.picks, survey.current_pick, survey.pick_settings, op, pick_display), driver(survey, pick_work, op, run_display),
-      op_(op), run_display_(run_display), display_(display)
+    : pick_work(survey.picks, survey.current_pick, survey.pick_settings, op, pick_display),
+      driver(survey, pick_work, op, run_display), op_(op), run_display_(run_display), display_(display)
 {
 }
 

@@ -37,6 +37,14 @@ bool has_pick_list(const SurveyState& survey)
     return survey.processing.store.RecordCount >= 1 && survey.picks.number_of_picks >= 1;
 }
 
+std::vector<std::string> data_files_of(const SurveyState& survey)
+{
+    if (survey.data_file_name.empty()) return {};
+    std::vector<std::string> files = {survey.data_file_name};
+    files.insert(files.end(), survey.further_data_files.begin(), survey.further_data_files.end());
+    return files;
+}
+
 IndexedTrack indexed_track(const SurveyState& survey)
 {
     return {track_table(survey.processing.store), survey.track_index};

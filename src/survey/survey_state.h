@@ -8,6 +8,7 @@
 #include "picks/pick_list.h"
 #include "picks/pick_workflow.h"
 #include "picks/quadtree.h"
+#include "ports/projection.h"
 #include "processing/gradients.h"
 #include "processing/gridding.h"
 #include "processing/residual.h"
@@ -19,6 +20,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tarvo {
 
@@ -39,10 +41,15 @@ struct AutomaticRange {
 // The survey that is open: what describes it, what has been made of it, and what is shown of it. Its settings are its
 // base, so that the settings table works on a survey as on a copy of its settings.
 struct SurveyState : Settings {
-    std::string data_file_name;                  // empty: none chosen, or a live survey
+    std::string data_file_name;                  // empty: none chosen, or a live survey; of several files the first
+    std::vector<std::string> further_data_files; // of the same survey, by name
+    std::vector<std::string> files_read;         // by the newest run, in the order of reading
     std::string definitions_file_name;           // empty: the one beside the data file
     std::optional<std::string> header_line_text; // Text_locations_name_line; none: the number that the definitions give
     int header_line_number = 1;
+
+    std::optional<int> load_workers;          // threads that read a load's file ahead; none: by machine and file
+    const Projections* projections = nullptr; // null: the program knows no survey grids
 
     SurveyDefinitions survey_definitions;
     HeaderColumns header_columns;
@@ -73,6 +80,9 @@ std::string survey_grid_text(const SurveyState& survey);
 
 // The pick list can be looked at: a sample is stored and a pick exists.
 bool has_pick_list(const SurveyState& survey);
+
+// All data files of the survey, by name; none in a live survey.
+std::vector<std::string> data_files_of(const SurveyState& survey);
 
 // What picks are laid on and moved along, as it stands now.
 IndexedTrack indexed_track(const SurveyState& survey);

@@ -1,5 +1,6 @@
 #include "text/line_reader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -36,7 +37,11 @@ LineReader::LineReader(const std::string& file_name) : file_name_(file_name)
     std::setvbuf(file_.get(), nullptr, _IONBF, 0); // the blocks are large: a second buffer would only copy
     buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
     while (end_ < kByteOrderMark.size() && fill_buffer()) {}
-    if (std::string_view(buffer_.get(), end_).starts_with(kByteOrderMark)) {
+    const std::string_view start(buffer_.get(), end_);
+    if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF")) {
+        throw std::runtime_error(file_name + ": the text is UTF-16; UTF-8 or plain text was expected");
+    }
+    if (start.starts_with(kByteOrderMark)) {
         begin_ = kByteOrderMark.size();
         consumed_ = static_cast<std::int64_t>(begin_);
     }
@@ -89,6 +94,34 @@ LineReader::Outcome LineReader::skip_long_line()
     }
     ++line_number_;
     return Outcome::too_long;
+}
+
+LineReader::Outcome LineReader::next_block(std::string& lines, std::size_t about)
+{
+    lines.clear();
+    while (lines.size() < about) {
+        const std::string_view held(buffer_.get() + begin_, end_ - begin_);
+        const std::size_t last_end = held.rfind('\n');
+        if (last_end != std::string_view::npos) {
+            take_lines(lines, held.substr(0, last_end + 1));
+        } else if (held.size() > kLongestLine + 1) {
+            return lines.empty() ? skip_long_line() : Outcome::line;
+        }
+        if (lines.size() < about && !fill_buffer()) {
+            const std::size_t left = end_ - begin_;
+            if (left > 0) take_lines(lines, {buffer_.get() + begin_, left});
+            return lines.empty() ? Outcome::end : Outcome::line;
+        }
+    }
+    return Outcome::line;
+}
+
+void LineReader::take_lines(std::string& lines, std::string_view taken)
+{
+    lines += taken;
+    begin_ += taken.size();
+    consumed_ += static_cast<std::int64_t>(taken.size());
+    line_number_ += std::count(taken.begin(), taken.end(), '\n') + (taken.back() == '\n' ? 0 : 1);
 }
 
 // Moves what is unread to the front and reads one block behind it. False at the end of the file.

@@ -16,12 +16,17 @@ public:
 
     enum class Outcome { line, too_long, end };
 
-    // Throws std::runtime_error, naming the file and the reason, when it cannot be opened, is a folder or a device.
+    // Throws std::runtime_error, naming the file and the reason, when it cannot be opened, is a folder or a device, or
+    // holds UTF-16 by its mark.
     explicit LineReader(const std::string& file_name);
 
     // The next line, without its end; it holds until the next call. A line over kLongestLine is skipped to its end and
     // leaves `line` empty. Throws std::runtime_error when the disk fails.
     Outcome next_line(std::string_view& line);
+
+    // Whole lines with their ends, about so many bytes of them; the file's last one also without an end. The next line
+    // where it is too long, by itself, without its text. What next_line would say of each is for the caller to tell.
+    Outcome next_block(std::string& lines, std::size_t about);
 
     const std::string& file_name() const { return file_name_; }
     std::int64_t line_number() const { return line_number_; }      // of the line read last, from 1
@@ -34,6 +39,7 @@ private:
 
     bool fill_buffer();
     Outcome skip_long_line();
+    void take_lines(std::string& lines, std::string_view taken);
     Outcome hand_out(std::string_view& line, std::size_t length, std::size_t length_with_end);
 
     std::string file_name_;

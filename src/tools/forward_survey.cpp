@@ -1,6 +1,7 @@
 #include "tools/forward_survey.h"
 
 #include "definitions/definitions_file.h"
+#include "intake/data_file.h"
 #include "live/live_requests.h"
 #include "tools/common/console.h"
 #include "tools/forwarder.h"
@@ -20,12 +21,12 @@ struct ForwardedSurvey {
     std::unique_ptr<LineSource> lines; // empty: refused, and the reason has been said
 };
 
-void open_data_file(const ForwardOptions& options, int header_line, ForwardedSurvey& survey, Operator& op)
+void open_file_lines(const ForwardOptions& options, int header_line, ForwardedSurvey& survey, Operator& op)
 {
-    HeaderReading reading = read_header_line(1, options.data_file, header_line, op);
-    if (reading.status < 0) return;
-    survey.columns = header_columns_of(reading.header);
-    survey.lines = std::make_unique<FileLines>(std::move(reading.stream));
+    std::optional<DataFile> file = open_data_file(options.data_file, header_line, survey.definitions, op);
+    if (!file) return;
+    survey.columns = std::move(file->columns);
+    survey.lines = std::make_unique<FileLines>(std::move(file->lines));
 }
 
 ForwardedSurvey open_survey(const ForwardOptions& options, Operator& op)
@@ -40,7 +41,7 @@ ForwardedSurvey open_survey(const ForwardOptions& options, Operator& op)
         survey.columns = header_columns_of(options.columns);
         survey.lines = std::make_unique<UdpLines>(options.address, *options.udp_port);
     } else {
-        open_data_file(options, header_line, survey, op);
+        open_file_lines(options, header_line, survey, op);
     }
     return survey;
 }

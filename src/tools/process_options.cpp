@@ -2,6 +2,7 @@
 
 #include "definitions/definitions_file.h"
 #include "display/track_navigation.h"
+#include "intake/survey_files.h"
 #include "picks/pick_list.h"
 #include "session/settings_table.h"
 #include "text/numbers.h"
@@ -15,8 +16,9 @@ namespace tarvo {
 
 std::string process_usage()
 {
-    return R"(tarvo-process [options] DATA_FILE
-Loads a recorded survey, prints a summary, and writes what the options ask for.
+    return R"(tarvo-process [options] DATA_FILE...
+Loads a recorded survey (several files, or the files of a folder, are one), prints a summary, and writes what the
+options ask for.
 
   --definitions FILE   instead of the definitions file beside the data file
   --header-line N      line of the column names (else what the definitions say, else 1)
@@ -35,6 +37,8 @@ Loads a recorded survey, prints a summary, and writes what the options ask for.
   --bars FILE.png      the sensors' colour bars around that record
   --guess              first makes the definitions file from the data, where there is none, and says why
   --base FILE          readings of a base station: IAGA-2002, or text with its definitions file beside it
+  --rejected FILE      the rejected lines as CSV
+  --workers N          threads that read the data ahead (else by the machine and the size of the file)
   --quiet              no progress line
   --help-settings      the settings with their defaults and values
   --help, --version
@@ -89,6 +93,14 @@ bool is_same_file(const std::string& one, const std::string& other)
     return one == other || std::filesystem::equivalent(one, other, neither_is_there);
 }
 
+void take_data_files(ProcessOptions& options, const std::vector<std::string>& named)
+{
+    std::vector<std::string> files = survey_files_of(named);
+    if (files.empty()) return;
+    options.data_file = files.front();
+    options.further_data_files.assign(files.begin() + 1, files.end());
+}
+
 // No product may replace what it is made from, nor another product.
 void check_products(const ProcessOptions& options)
 {
@@ -96,12 +108,13 @@ void check_products(const ProcessOptions& options)
                                       options.definitions_file.empty() ? definitions_file_name_for(options.data_file)
                                                                        : options.definitions_file};
     taken.insert(taken.end(), options.layer_files.begin(), options.layer_files.end());
+    taken.insert(taken.end(), options.further_data_files.begin(), options.further_data_files.end());
     if (!options.base_file.empty()) {
         taken.push_back(options.base_file);
         taken.push_back(definitions_file_name_for(options.base_file));
     }
-    for (const std::string* const product :
-         {&options.samples_file, &options.lines_file, &options.picks_file, &options.track_file, &options.bars_file}) {
+    for (const std::string* const product : {&options.samples_file, &options.lines_file, &options.picks_file,
+                                             &options.track_file, &options.bars_file, &options.rejected_file}) {
         if (product->empty()) continue;
         for (const std::string& other : taken) {
             if (!is_same_file(*product, other)) continue;
@@ -132,7 +145,7 @@ void take_setting(std::string_view text, Settings& settings)
 ProcessOptions read_process_options(std::span<const char* const> arguments)
 {
     ProcessOptions options;
-    bool has_data_file = false;
+    std::vector<std::string> data_files;
     OptionTable table;
     table.switches = {{"--guess", set(options.guess)},
                       {"--quiet", set(options.quiet)},
@@ -150,21 +163,17 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
         {"--picks", text_into(options.picks_file)},
         {"--track", text_into(options.track_file)},
         {"--bars", text_into(options.bars_file)},
+        {"--rejected", text_into(options.rejected_file)},
+        {"--workers", number_into<int>(options.load_workers, 0, 64)},
         {"--base", text_into(options.base_file)},
         {"--size", [&](const std::string& text) { take_size(options, text); }},
         {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
         {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};
-    table.operand = [&](const std::string& name) {
-        if (has_data_file) {
-            throw UsageError("one data file was expected, found two: \"" + options.data_file + "\" and \"" + name +
-                             '"');
-        }
-        options.data_file = name;
-        has_data_file = true;
-    };
+    table.operand = [&](const std::string& name) { data_files.push_back(name); };
     table.read(arguments);
     const bool only_tells = options.help || options.help_settings || options.version;
-    if (!has_data_file && !only_tells) throw UsageError("a data file was expected");
+    if (data_files.empty() && !only_tells) throw UsageError("a data file was expected");
+    take_data_files(options, data_files);
     check_products(options);
     return options;
 }

@@ -1,6 +1,7 @@
 #include "tools/process_survey.h"
 
 #include "display/survey_pictures.h"
+#include "geo/proj_projections.h"
 #include "intake/base_station_file.h"
 #include "picks/pick_export.h"
 #include "picks/pick_file.h"
@@ -61,6 +62,14 @@ void write_lines(const SurveyState& survey, const std::string& file_name)
 {
     FileReplacement file(file_name);
     export_lines(survey.processing.lines, [&file](std::string_view text) { file.write(text); });
+    file.commit();
+}
+
+void write_rejected_lines(const SurveyState& survey, const std::string& file_name)
+{
+    FileReplacement file(file_name);
+    export_rejected_lines(survey.processing.rejected, survey.files_read,
+                          [&file](std::string_view text) { file.write(text); });
     file.commit();
 }
 
@@ -164,6 +173,10 @@ int process_survey(const ProcessOptions& options)
     Session session(op, display, pick_display);
     SurveyState& survey = session.survey;
     survey.data_file_name = options.data_file;
+    survey.further_data_files = options.further_data_files;
+    survey.load_workers = options.load_workers;
+    const ProjProjections projections;
+    survey.projections = &projections;
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
     static_cast<Settings&>(survey) = options.settings;
@@ -180,6 +193,10 @@ int process_survey(const ProcessOptions& options)
     if (!options.lines_file.empty()) {
         done &= write_product(
             "survey lines", [&] { write_lines(survey, options.lines_file); }, op);
+    }
+    if (!options.rejected_file.empty()) {
+        done &= write_product(
+            "rejected lines", [&] { write_rejected_lines(survey, options.rejected_file); }, op);
     }
     done &= check_quantity(survey, options, op);
     if (!options.track_file.empty()) done &= write_track(survey, options, op);

@@ -1,4 +1,5 @@
 #include "definitions/definitions_file.h"
+#include "intake/data_file.h"
 #include "live_monitor.h"
 #include "picks/pick_file.h"
 #include "test_folder.h"
@@ -17,6 +18,7 @@ struct Survey {
     std::string fields;  // of the definitions file: "1: time|2: east"
     std::string sensors; // its lines from the number of sensors on, between "|"
     std::string scales = "1.0000|1.0000 0";
+    std::string block = ""; // the data format, its lines between "|"
 };
 
 const Survey kSurveys[] = {
@@ -33,6 +35,12 @@ const Survey kSurveys[] = {
     {"scales with many decimals", "t,e,n,d,h,m", "1: t|2: e|3: n|4: d", "1|1|No|0.00025|1|2|1: m",
      "0.3048006096012192|3.280839895013123 1"},
     {"no time", "x,e,n,d,h,m", "2: e|3: n", "1|1|No|0|0|0|1: m"},
+    {"data format", "#t,ok,e,n,h,m|", "1: t|2: e|3: n", "1|1|No|0|0|0|1: m", "1.0000|1.0000 0",
+     "Separator : any|Time Form : s|Null Texts : 7.11|Valid Column : ok|Latency (s) : 0.4"},
+    {"separator, names in quotes", "\"t, 1\",ok,\"e \"\"x\",n,h,m", "1: N/A|2: e \"x|3: n", "1|1|No|0|0|0|1: m",
+     "1.0000|1.0000 0", "Separator : comma|Time Columns : \"t, 1\"|Layback (m) : 0.7"},
+    {"without names", "", "1: 1|2: 3|3: 4|10: 2", "1|1|No|0|0|0|1: 6", "1.0000|1.0000 0",
+     "Names : none|Time Form : s|Survey Date : 2020-01-02"},
     {"one column", "\"my m\"", "", "1|1|No|0|0|0|1: my m"},
 };
 
@@ -64,6 +72,9 @@ std::string definitions_of(const Survey& survey)
         if ((part - 3) % block == 0) text += "\nSensor Number\n";
         text += (placement ? "Placement: " : "Sensor Component ") + sensors[part] + "\n";
     }
+    if (survey.block.empty()) return text;
+    text += "\nSensor Name Template\nN/A\nN/A\nN/A\nN/A\nN/A\nN/A\n\nData Format\n";
+    for (const std::string& line : parts_of(survey.block)) text += line + "\n";
     return text;
 }
 
@@ -83,20 +94,26 @@ std::vector<std::string> data_lines()
     return lines;
 }
 
+HeaderColumns columns_of(const std::string& header, const SurveyDefinitions& definitions)
+{
+    return has_line_of_names(definitions) ? columns_of_names(header, definitions)
+                                          : numbered_columns(data_lines(), definitions);
+}
+
 // Loads the survey from its file, and gives the live monitor the same as requests.
 std::string load_and_send(const Survey& survey, const TestFolder& folder, LiveMonitor& live)
 {
-    std::string data = survey.header + '\n';
-    for (const std::string& line : data_lines()) data += line + "\r\n";
     const std::string definitions_file = folder.write("s.def", definitions_of(survey));
     SurveyDefinitions definitions;
     int header_line = 0;
     EXPECT_EQ(read_definitions(definitions_file, definitions, header_line, live.op).status, 0)
         << survey.label << ": " << (live.op.messages.empty() ? "" : live.op.messages[0]);
     for (const std::string& request :
-         definition_requests(portable_survey(header_columns_of(survey.header), definitions))) {
+         definition_requests(portable_survey(columns_of(survey.header, definitions), definitions))) {
         EXPECT_EQ(live.send(request), "OK") << survey.label << ": " << request;
     }
+    std::string data = has_line_of_names(definitions) ? survey.header + '\n' : std::string();
+    for (const std::string& line : data_lines()) data += line + "\r\n";
     for (const std::string& line : data_lines()) live.send("$GDP0001," + line);
     live.send("$GDP0000");
     return loaded_samples(folder.write("s.csv", data));

@@ -87,9 +87,8 @@ void export_line_table_file(const SurveyState& survey, Operator& op)
 
 void export_grid_file(const SurveyState& survey, Operator& op)
 {
-    const std::optional<std::string> file_name =
-        op.choose_file_to_create({"Export the grid", "ESRI ASCII grids|*.asc|All files (*.*)|*.*",
-                                  offered_name(survey, "_grid.asc"), "asc"});
+    const std::optional<std::string> file_name = op.choose_file_to_create(
+        {"Export the grid", "ESRI ASCII grids|*.asc|All files (*.*)|*.*", offered_name(survey, "_grid.asc"), "asc"});
     if (!file_name) return;
     write_product("grid", op, [&] {
         FileReplacement file(*file_name);

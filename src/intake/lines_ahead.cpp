@@ -1,0 +1,264 @@
+#include "intake/lines_ahead.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstring>
+#include <exception>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace tarvo {
+
+namespace {
+
+constexpr std::size_t kBlockBytes = std::size_t{1} << 19;
+constexpr std::int64_t kWorthWorkers = std::int64_t{4} << 20; // bytes of a file
+constexpr int kMostWorkers = 8;
+constexpr auto kLongestWait = std::chrono::milliseconds(5); // for a block, between two looks at the user interface
+
+} // namespace
+
+// Whole lines of the file, as text and as what they say.
+struct LinesAhead::Block {
+    struct Line {
+        std::size_t begin = 0; // in bytes
+        std::size_t length = 0;
+        std::size_t end = 0; // behind its line end
+        std::size_t values_begin = 0;
+        std::size_t odd_fields_begin = 0;
+        std::size_t odd_field_count = 0;
+        LineFault fault = LineFault::none;
+        bool sensor_values_count = true;
+        WrittenTime time = {};
+    };
+
+    bool is_ready = false;
+    bool is_last = false; // nothing follows
+    std::string bytes;
+    std::int64_t consumed = 0; // of the file before it
+    std::vector<Line> lines;
+    std::size_t width = 0;      // values of a line
+    std::vector<double> values; // of accepted lines
+    std::vector<OddField> odd_fields;
+    std::exception_ptr fault; // behind its lines
+
+    void read_from(LineReader& reader);
+    void convert(LineConverter& converter, const std::atomic<bool>& stopped);
+    void add_line(Line line, LineConverter& converter);
+    LineReading reading(std::size_t number) const;
+};
+
+void LinesAhead::Block::read_from(LineReader& reader)
+{
+    lines.clear();
+    values.clear();
+    odd_fields.clear();
+    fault = nullptr;
+    consumed = reader.characters_consumed();
+    const LineReader::Outcome outcome = reader.next_block(bytes, kBlockBytes);
+    is_last = outcome == LineReader::Outcome::end;
+    if (outcome != LineReader::Outcome::too_long) return;
+    const auto length = static_cast<std::size_t>(reader.characters_consumed() - consumed);
+    lines.push_back({.end = length, .fault = LineFault::too_long});
+}
+
+// Cuts the bytes into lines as the line reader does.
+void LinesAhead::Block::convert(LineConverter& converter, const std::atomic<bool>& stopped)
+{
+    std::size_t begin = 0;
+    while (begin < bytes.size() && !stopped.load(std::memory_order_relaxed)) {
+        const void* const found = std::memchr(bytes.data() + begin, '\n', bytes.size() - begin);
+        const std::size_t line_end =
+            found == nullptr ? bytes.size() : static_cast<std::size_t>(static_cast<const char*>(found) - bytes.data());
+        const bool has_return = line_end > begin && bytes[line_end - 1] == '\r';
+        const std::size_t end = found == nullptr ? line_end : line_end + 1;
+        add_line({.begin = begin, .length = line_end - begin - (has_return ? 1 : 0), .end = end}, converter);
+        begin = end;
+    }
+}
+
+void LinesAhead::Block::add_line(Line line, LineConverter& converter)
+{
+    if (line.length > LineReader::kLongestLine) {
+        line.length = 0;
+        line.fault = LineFault::too_long;
+        lines.push_back(line);
+        return;
+    }
+    const LineReading read = converter.read(std::string_view(bytes).substr(line.begin, line.length));
+    line.fault = read.fault;
+    if (read.fault == LineFault::none) {
+        line.values_begin = values.size();
+        line.odd_fields_begin = odd_fields.size();
+        line.odd_field_count = read.odd_fields.size();
+        line.sensor_values_count = read.sensor_values_count;
+        line.time = read.time;
+        width = read.values.size();
+        values.insert(values.end(), read.values.begin(), read.values.end());
+        odd_fields.insert(odd_fields.end(), read.odd_fields.begin(), read.odd_fields.end());
+    }
+    lines.push_back(line);
+}
+
+LineReading LinesAhead::Block::reading(std::size_t number) const
+{
+    const Line& line = lines[number];
+    LineReading reading;
+    reading.text = std::string_view(bytes).substr(std::min(line.begin, bytes.size()), line.length);
+    reading.fault = line.fault;
+    if (line.fault != LineFault::none) return reading;
+    reading.values = SampleRecord(values).subspan(line.values_begin, width);
+    reading.odd_fields = std::span(odd_fields).subspan(line.odd_fields_begin, line.odd_field_count);
+    reading.sensor_values_count = line.sensor_values_count;
+    reading.time = line.time;
+    return reading;
+}
+
+// A ring of blocks: the threads fill them in the order of the file, the run takes them in the same.
+class LinesAhead::Queue {
+public:
+    Queue(LineReader& reader, int workers, std::function<LineConverter()> make_converter)
+        : reader_(reader), make_converter_(std::move(make_converter)), blocks_(static_cast<std::size_t>(workers) + 2)
+    {
+        try {
+            for (int worker = 0; worker < workers; ++worker) threads_.emplace_back([this] { work(); });
+        } catch (...) {
+            stop();
+            throw;
+        }
+    }
+
+    ~Queue() { stop(); }
+
+    Queue(const Queue&) = delete;
+    Queue& operator=(const Queue&) = delete;
+
+    // The block that is next in the file; null: it is not ready yet.
+    Block* take()
+    {
+        std::unique_lock lock(mutex_);
+        Block& block = blocks_[taken_ % blocks_.size()];
+        const bool is_ready = ready_.wait_for(lock, kLongestWait, [&block] { return block.is_ready; });
+        return is_ready ? &block : nullptr;
+    }
+
+    // The block taken last can be filled anew.
+    void give_back()
+    {
+        {
+            const std::lock_guard lock(mutex_);
+            blocks_[taken_ % blocks_.size()].is_ready = false;
+            ++taken_;
+        }
+        free_.notify_one();
+    }
+
+private:
+    void stop()
+    {
+        {
+            const std::lock_guard lock(mutex_);
+            stopped_ = true;
+        }
+        free_.notify_all();
+        for (std::thread& thread : threads_) thread.join();
+    }
+
+    void work()
+    {
+        std::optional<LineConverter> converter;
+        while (Block* const block = read_next_block()) {
+            try {
+                if (!converter) converter.emplace(make_converter_());
+                if (!block->fault) block->convert(*converter, stopped_);
+            } catch (...) {
+                block->fault = std::current_exception();
+            }
+            {
+                const std::lock_guard lock(mutex_);
+                block->is_ready = true;
+            }
+            ready_.notify_one();
+        }
+    }
+
+    // null: there is nothing more to do.
+    Block* read_next_block()
+    {
+        const std::lock_guard in_order(reading_);
+        Block* block = nullptr;
+        {
+            std::unique_lock lock(mutex_);
+            free_.wait(lock, [this] { return stopped_ || ended_ || read_ - taken_ < blocks_.size(); });
+            if (stopped_ || ended_) return nullptr;
+            block = &blocks_[read_++ % blocks_.size()];
+        }
+        try {
+            block->read_from(reader_);
+        } catch (...) {
+            block->fault = std::current_exception();
+        }
+        ended_ = block->is_last || block->fault;
+        return block;
+    }
+
+    LineReader& reader_;
+    std::function<LineConverter()> make_converter_;
+    std::mutex reading_; // held by the one that reads the file
+    bool ended_ = false; // nothing more is to be read; under reading_
+    std::mutex mutex_;
+    std::condition_variable ready_;
+    std::condition_variable free_;
+    std::vector<Block> blocks_; // the places of those that are read and not taken: under mutex_
+    std::uint64_t read_ = 0;    // blocks begun; under mutex_
+    std::uint64_t taken_ = 0;   // blocks given back; under mutex_
+    std::atomic<bool> stopped_ = false;
+    std::vector<std::thread> threads_; // last: everything else is there when they start
+};
+
+LinesAhead::LinesAhead(LineReader& reader, int workers, std::function<LineConverter()> make_converter)
+    : lines_(reader.line_number()), consumed_(reader.characters_consumed()),
+      queue_(std::make_unique<Queue>(reader, workers, std::move(make_converter)))
+{
+}
+
+LinesAhead::~LinesAhead() = default;
+
+LinesAhead::Outcome LinesAhead::next(LineReading& reading)
+{
+    for (;;) {
+        if (block_ == nullptr) {
+            block_ = queue_->take();
+            if (block_ == nullptr) return Outcome::waiting;
+            line_ = 0;
+        }
+        if (line_ < block_->lines.size()) {
+            reading = block_->reading(line_);
+            consumed_ = block_->consumed + static_cast<std::int64_t>(block_->lines[line_].end);
+            reading.number = lines_ + static_cast<std::int64_t>(++line_);
+            return Outcome::line;
+        }
+        if (block_->fault) std::rethrow_exception(block_->fault);
+        if (block_->is_last) return Outcome::end;
+        lines_ += static_cast<std::int64_t>(block_->lines.size());
+        block_ = nullptr;
+        queue_->give_back();
+    }
+}
+
+int workers_for(std::int64_t file_length, const std::optional<int>& wanted)
+{
+    if (wanted) return *wanted;
+    if (file_length < kWorthWorkers) return 0;
+    const unsigned int threads = std::thread::hardware_concurrency(); // 0: not known
+    return std::clamp(static_cast<int>(threads) - 1, 0, kMostWorkers);
+}
+
+} // namespace tarvo
