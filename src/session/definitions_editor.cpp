@@ -59,6 +59,7 @@ void take_guess(DefinitionsEditor& editor, std::optional<int> header_line_number
     editor.working = std::move(guess.definitions);
     editor.header_line_number = guess.header_line_number;
     editor.choices = std::move(guess.choices);
+    editor.format_faults.clear();
     editor.origin = DefinitionsEditor::Origin::guess;
 }
 
@@ -140,20 +141,28 @@ std::vector<std::string> guess_lines_of(const DefinitionsEditor& editor)
     return lines;
 }
 
-DataPreview preview_of(const DefinitionsEditor& editor)
+DataPreview preview_of(const DefinitionsEditor& editor, const Projections* projections)
 {
     SurveyDefinitions shown = editor.working;
     set_default_field_names(shown); // gives what was read from a file its colours
     const std::size_t most =
         static_cast<std::size_t>(std::max(kPreviewLines, editor.header_line_number + kPreviewData));
     const std::span<const std::string> lines = editor.first_lines;
-    return preview_data(lines.first(std::min(lines.size(), most)), std::move(shown), editor.header_line_number);
+    return preview_data(lines.first(std::min(lines.size(), most)), std::move(shown), editor.header_line_number,
+                        projections);
 }
 
 DefinitionsAcceptance accept_definitions(DefinitionsEditor& editor, const DefinitionsPage& page, SurveyState& survey,
                                          Operator& op)
 {
     DefinitionsAcceptance acceptance;
+    if (!editor.format_faults.empty()) {
+        const FormatFault& fault = editor.format_faults.front();
+        op.show_message("The data format is not valid: " + fault.key + ": " + fault.reason + ", found \"" +
+                        fault.value + '"');
+        acceptance.refused_format = true;
+        return acceptance;
+    }
     if (check_definitions(page, editor.working, op) < 0) return acceptance;
     acceptance.refused_sensor = check_all_sensors(editor.working, op);
     if (acceptance.refused_sensor > 0) return acceptance;
