@@ -98,9 +98,9 @@ QWidget* DefinitionsForm::preview_box()
     header_line_->setToolTip(tr("The line of the data file that names the columns; a double click on a line takes it"));
     auto* const header_label = new QLabel(tr("&Header line"));
     header_label->setBuddy(header_line_);
-    auto* const guess = new QPushButton(tr("&Guess from header"));
+    auto* const guess = new QPushButton(tr("&Guess anew"));
     guess->setObjectName(QStringLiteral("Command_guess"));
-    guess->setToolTip(tr("Propose columns and sensors anew from the names in the header line"));
+    guess->setToolTip(tr("Propose columns, sensors and data format anew, for this header line"));
     guess->setAutoDefault(false);
     recognised_only_ = new QCheckBox(tr("Recogni&sed columns only"));
     recognised_only_->setObjectName(QStringLiteral("Check_recognised_only"));
