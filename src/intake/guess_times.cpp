@@ -93,17 +93,25 @@ FormChoice choose_form(const std::vector<std::string>& forms, const std::vector<
     return choice;
 }
 
+// Plain numbers are no dates with something between their parts.
+bool are_plain_numbers(const GuessColumn& column)
+{
+    return column.filled > 0 && column.numbers.size() == column.filled && !column.has_units;
+}
+
 std::vector<std::string> date_forms(const GuessColumn& column)
 {
-    std::vector<std::string> forms(std::begin(kDateForms), std::end(kDateForms));
+    std::vector<std::string> forms;
+    if (!are_plain_numbers(column)) forms.assign(std::begin(kDateForms), std::end(kDateForms));
     if (has_word(column.words, "DATE") || has_word(column.words, "YYYYMMDD")) {
         forms.insert(forms.end(), std::begin(kCompactDateForms), std::end(kCompactDateForms));
     }
     return forms;
 }
 
-std::vector<std::string> date_and_clock_forms()
+std::vector<std::string> date_and_clock_forms(const GuessColumn& column)
 {
+    if (are_plain_numbers(column)) return {"YYYYMMDDhhmmss"};
     std::vector<std::string> forms;
     for (const char* const between : {" ", "-", "_", "/", ":"}) {
         for (const std::string date : kDateForms) {
@@ -234,7 +242,7 @@ std::optional<TimeGuess> guess_seconds(const std::vector<GuessColumn>& columns)
 
 std::optional<TimeGuess> guess_date_and_clock(const std::vector<GuessColumn>& columns)
 {
-    const auto joint = columns_in_form(columns, [](const GuessColumn&) { return date_and_clock_forms(); });
+    const auto joint = columns_in_form(columns, date_and_clock_forms);
     TimeGuess guess;
     if (!joint.empty()) {
         const DatedColumn& found = joint.front();
