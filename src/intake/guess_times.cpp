@@ -18,7 +18,6 @@ constexpr const char* kDateForms[] = {
     "DD/MM/YYYY", "MM/DD/YYYY", "DD-MM-YYYY", "MM-DD-YYYY",  "DD.MM.YY",    "MM.DD.YY",    "YY.MM.DD",    "DD/MM/YY",
     "MM/DD/YY",   "YY/MM/DD",   "DD-MM-YY",   "MM-DD-YY",    "YY-MM-DD"};
 constexpr const char* kCompactDateForms[] = {"YYYYMMDD", "YYYYDDD"}; // numbers: only where the name speaks of a date
-constexpr const char* kClockForms[] = {"hh:mm:ss", "hh:mm", "hhmmss"};
 
 // The forms that fit a column, and whether they say the same.
 struct FormChoice {
