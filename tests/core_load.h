@@ -19,8 +19,9 @@ struct CoreLoad {
     FakePickDisplay picks;
     Session session{op, display, picks};
 
-    explicit CoreLoad(const std::string& file)
+    explicit CoreLoad(const std::string& file, const Projections* projections = nullptr)
     {
+        session.survey.projections = projections;
         session.survey.data_file_name = file;
         EXPECT_EQ(session.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData) << file;
     }

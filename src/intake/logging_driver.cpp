@@ -6,6 +6,7 @@
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
 #include "processing/format_rules.h"
+#include "processing/run_warnings.h"
 #include "survey/displayed_quantity.h"
 #include "survey/ground_grid.h"
 #include "survey/survey_residual.h"
@@ -207,6 +208,7 @@ int LoggingDriver::begin_processing(std::string_view names_line)
 {
     first_line_checked_ = false;
     shown_overlaps_ = 0;
+    grid_checked_ = false;
     return run_guarded(op_, "The data format cannot be obeyed: ", [&] {
         SampleProcessing& run = survey_.processing;
         start_processing(run, survey_.survey_definitions, survey_.locations, survey_.parameters);
@@ -334,6 +336,7 @@ int LoggingDriver::process_reading(const LineReading& reading)
     const std::int32_t records_before = survey_.processing.store.RecordCount;
     const int status = process_line_reading(reading, survey_.processing);
     if (survey_.processing.overlaps.size() > shown_overlaps_) warn_of_overlap();
+    if (grid_ && !grid_checked_ && status == 0) check_grid();
     if (!state().load_running && survey_.processing.store.RecordCount != records_before) {
         show_newest_sample(records_before);
     }
@@ -349,11 +352,18 @@ void LoggingDriver::warn_of_field_count(std::string_view line)
 
 void LoggingDriver::warn_of_overlap()
 {
-    const FileOverlap& overlap = survey_.processing.overlaps[shown_overlaps_++];
-    const std::string& file = survey_.files_read[overlap.file];
-    op_.show_warnings(
-        {{WarningAbout::data, file,
-          file + " begins before " + survey_.files_read[overlap.earlier] + " ends: their times overlap"}});
+    op_.show_warnings(overlap_warnings(survey_.processing, survey_.files_read, shown_overlaps_));
+    shown_overlaps_ = survey_.processing.overlaps.size();
+}
+
+// By the first position of the run.
+void LoggingDriver::check_grid()
+{
+    const ChannelArray& values = survey_.processing.sample.ChannelValues;
+    const GridCoordinates position{values[kEast], values[kNorth]};
+    if (!position.is_known()) return;
+    grid_checked_ = true;
+    op_.show_warnings(grid_warnings(*grid_, position));
 }
 
 // A dropped line takes its records back; what stays of it on the picture goes with the redraw at the end of the run.
@@ -388,6 +398,7 @@ int LoggingDriver::finish_run(int result)
         // Each by itself: where memory has run out for the last bin, the samples before it are shown all the same.
         perform([this] { close_open_bin(survey_.processing); });
         perform([this] { stop_data_logging(); });
+        perform([this] { op_.show_warnings(misfit_warnings(survey_.processing, survey_.files_read)); });
         perform([this] { terminate_data_logging(); });
     }
     show_controls();

@@ -82,6 +82,7 @@ private:
     void begin_next_file(const NamedColumns& named);
     int process_reading(const LineReading& reading);
     void warn_of_overlap();
+    void check_grid();
     void warn_of_field_count(std::string_view line);
     void show_newest_sample(std::int32_t records_before);
     bool open_data_file();
@@ -98,6 +99,7 @@ private:
     std::unique_ptr<LinesAhead> ahead_;  // of its file at hand; null: the run reads it itself
     LiveFeed feed_;
     std::shared_ptr<const Projection> grid_; // of positions in degrees
+    bool grid_checked_ = false;              // against the first position
     std::size_t shown_overlaps_ = 0;
     int line_status_ = 0;  // of the line taken last: 0, or -1 when it was refused
     int replay_delay_ = 0; // milliseconds

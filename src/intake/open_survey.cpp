@@ -27,19 +27,19 @@ void forget_survey(SurveyState& survey, Operator& op)
 
 } // namespace
 
-SurveyOpening open_survey(SurveyState& survey, PickWorkflow& pick_work, const std::string& data_file_name,
+SurveyOpening open_survey(SurveyState& survey, PickWorkflow& pick_work, const std::vector<std::string>& data_files,
                           const std::optional<std::string>& header_line, Operator& op)
 {
-    if (!is_there(data_file_name)) {
+    if (data_files.empty() || !is_there(data_files.front())) {
         op.show_message("The MAG data file could not be located");
         return SurveyOpening::refused;
     }
     forget_survey(survey, op);
-    survey.data_file_name = data_file_name;
-    survey.further_data_files.clear();
+    survey.data_file_name = data_files.front();
+    survey.further_data_files.assign(data_files.begin() + 1, data_files.end());
     survey.header_line_text = header_line;
-    pick_work.open_picks_of(data_file_name, indexed_track(survey));
-    const std::string definitions_file = definitions_file_name_for(data_file_name);
+    pick_work.open_picks_of(survey.data_file_name, indexed_track(survey));
+    const std::string definitions_file = definitions_file_name_for(survey.data_file_name);
     if (!is_there(definitions_file)) {
         return read_survey_header(survey, op) == 0 ? SurveyOpening::without_definitions : SurveyOpening::refused;
     }

@@ -11,10 +11,10 @@ enum class SurveyOpening {
     refused              // the operator has been told
 };
 
-// Makes a data file the open survey: nothing of the last one stays but the parameters and settings. The definitions
-// beside it, its header line and its pick file are read; its data lines are not.
+// Makes data files, the first by name at the head, the open survey: nothing of the last one stays but the parameters
+// and settings. The definitions beside it, its header line and its pick file are read; its data lines are not.
 // header_line: overrides the number that the definitions give.
-SurveyOpening open_survey(SurveyState& survey, PickWorkflow& pick_work, const std::string& data_file_name,
+SurveyOpening open_survey(SurveyState& survey, PickWorkflow& pick_work, const std::vector<std::string>& data_files,
                           const std::optional<std::string>& header_line, Operator& op);
 
 // Reads the header line again, after its number or the definitions were changed. 0 or -1; a refusal has been shown.

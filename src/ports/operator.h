@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tarvo {
 
@@ -29,7 +30,13 @@ public:
     virtual bool ask_yes_no(const std::string& question) = 0; // true: Yes
     // The same where Yes loses what cannot be got back: a key pressed in haste is to mean No.
     virtual bool ask_before_loss(const std::string& question) { return ask_yes_no(question); }
-    virtual std::optional<std::string> choose_file_to_open(const FileQuestion& question) = 0;   // nullopt: cancelled
+    virtual std::optional<std::string> choose_file_to_open(const FileQuestion& question) = 0; // nullopt: cancelled
+    // Several files that belong together; empty: cancelled.
+    virtual std::vector<std::string> choose_files_to_open(const FileQuestion& question)
+    {
+        const std::optional<std::string> one = choose_file_to_open(question);
+        return one ? std::vector<std::string>{*one} : std::vector<std::string>();
+    }
     virtual std::optional<std::string> choose_file_to_create(const FileQuestion& question) = 0; // nullopt: cancelled
 };
 

@@ -2,6 +2,8 @@
 
 #include "intake/column_report.h"
 #include "intake/open_survey.h"
+#include "intake/survey_files.h"
+#include "ports/guarded_operation.h"
 #include "session/definitions_editor.h"
 
 #include <utility>
@@ -19,21 +21,23 @@ Session::Session(Operator& op, RunDisplay& run_display, PickDisplay& pick_displa
 {
 }
 
-void Session::open_file(const std::string& file_name, const std::optional<std::string>& header_line)
+void Session::open_files(const std::vector<std::string>& chosen, const std::optional<std::string>& header_line)
 {
     if (driver.is_pipe_open()) {
         op_.show_message("Close the UDP pipe before you open a file");
         return;
     }
-    when_idle([this, file_name, header_line] { read_file(file_name, header_line); });
+    when_idle([this, chosen, header_line] { read_files(chosen, header_line); });
 }
 
-void Session::read_file(const std::string& file_name, const std::optional<std::string>& header_line)
+void Session::read_files(const std::vector<std::string>& chosen, const std::optional<std::string>& header_line)
 {
-    if (!pick_work.may_leave_list()) return;
+    std::vector<std::string> files;
+    const int found = run_guarded(op_, "The files cannot be opened: ", [&] { files = survey_files_of(chosen); });
+    if (found < 0 || !pick_work.may_leave_list()) return;
     display_.clear_hints();
-    const SurveyOpening opening = open_survey(survey, pick_work, file_name, header_line, op_);
-    if (survey.data_file_name == file_name) display_.note_opened_file(file_name);
+    const SurveyOpening opening = open_survey(survey, pick_work, files, header_line, op_);
+    if (data_files_of(survey) == files) display_.note_opened_files(chosen);
     run_display_.clear_monitor_form();
     run_display_.show_counters({});
     if (opening == SurveyOpening::opened) show_missing_columns();

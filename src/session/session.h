@@ -38,7 +38,13 @@ public:
 
     // Chooses a data file: what is beside it is read at once, a run that goes on is stopped cleanly first.
     // header_line: instead of the number that the definitions give; none: theirs.
-    void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt);
+    void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt)
+    {
+        open_files({file_name}, header_line);
+    }
+    // Several files, or those of a folder, as one survey.
+    void open_files(const std::vector<std::string>& chosen,
+                    const std::optional<std::string>& header_line = std::nullopt);
 
     // Another header line number was typed.
     void change_header_line(const std::string& text);
@@ -70,7 +76,7 @@ public:
     std::int32_t sample_to_mark() const;
 
 private:
-    void read_file(const std::string& file_name, const std::optional<std::string>& header_line);
+    void read_files(const std::vector<std::string>& chosen, const std::optional<std::string>& header_line);
     void read_header();
     void show_missing_columns();
     void load();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace tarvo {
 
@@ -12,8 +13,8 @@ public:
     virtual void show_survey() {}                            // file, columns and picture, anew
     virtual void show_missing_columns(const std::string&) {} // those that the definitions name; empty: none is missing
     virtual void clear_hints() {}
-    virtual void note_opened_file(const std::string&) {}
-    virtual void edit_definitions() {} // of a file that has none
+    virtual void note_opened_files(const std::vector<std::string>&) {} // as they were chosen
+    virtual void edit_definitions() {}                                 // of a file that has none
     virtual void keep_settings() {}
     virtual void cut_wait_short() {} // of a replay's delay
     virtual void end_listening() {}

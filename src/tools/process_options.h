@@ -31,8 +31,8 @@ struct ProcessOptions {
     int picture_height = 900;
     std::optional<double> zoom_percent;
     std::optional<std::int32_t> at_record; // none: the middle of the track
-    bool guess = false;                    // first makes definitions from the data, where there are none
     std::optional<int> load_workers;       // none: by machine and file
+    bool guess = false;                    // first makes definitions from the data, where there are none
     bool quiet = false;
     bool help = false;
     bool help_settings = false;

@@ -18,7 +18,7 @@ struct SeveralFiles : testing::Test {
     FakeRunDisplay display;
     SurveyState survey;
     FakePickDisplay pick_display;
-    PickWorkflow pick_work{survey.picks, survey.current_pick, op, pick_display};
+    PickWorkflow pick_work{survey.picks, survey.current_pick, survey.pick_settings, op, pick_display};
     LoggingDriver driver{survey, pick_work, op, display};
 
     // files: "name:bytes". Returns the records as "line time total", separated by "|".

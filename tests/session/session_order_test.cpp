@@ -19,9 +19,9 @@ public:
     {
         if (!columns.empty()) calls.push_back("missing " + columns);
     }
-    void note_opened_file(const std::string& name) override
+    void note_opened_files(const std::vector<std::string>& chosen) override
     {
-        calls.push_back("opened " + std::filesystem::path(name).filename().string());
+        calls.push_back("opened " + std::filesystem::path(chosen.front()).filename().string());
     }
     void edit_definitions() override
     {

@@ -75,6 +75,17 @@ std::optional<std::string> QtOperator::choose_file_to_open(const FileQuestion& q
                                                to_qt(question.initial_name), chooser_filter(question.filter)));
 }
 
+std::vector<std::string> QtOperator::choose_files_to_open(const FileQuestion& question)
+{
+    std::vector<std::string> names;
+    for (const QString& name :
+         QFileDialog::getOpenFileNames(window_in_front(window_), to_qt(question.title), to_qt(question.initial_name),
+                                       chooser_filter(question.filter))) {
+        names.push_back(to_utf8(name));
+    }
+    return names;
+}
+
 std::optional<std::string> QtOperator::choose_file_to_create(const FileQuestion& question)
 {
     QFileDialog chooser(window_in_front(window_), to_qt(question.title), {}, chooser_filter(question.filter));

@@ -21,6 +21,7 @@ public:
     bool ask_yes_no(const std::string& question) override;
     bool ask_before_loss(const std::string& question) override;
     std::optional<std::string> choose_file_to_open(const FileQuestion& question) override;
+    std::vector<std::string> choose_files_to_open(const FileQuestion& question) override;
     std::optional<std::string> choose_file_to_create(const FileQuestion& question) override;
 
     // Called before a box opens, which takes the mouse away from whatever is held down.

@@ -20,6 +20,8 @@
 #include <QSignalBlocker>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace tarvo {
 
 MainWindow::MainWindow(SettingsStore& settings, Operator* op)
@@ -30,6 +32,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
     setAcceptDrops(true);
+    survey().projections = &projections_;
     boxes_.before_box = [this] { panels_.picks->stop_moving(); };
     boxes_.take_message = [this](const std::string& text) {
         if (!panels_.live->requests().is_handling()) return false;
@@ -185,7 +188,8 @@ void MainWindow::leave(Operator& told)
 void MainWindow::dragEnterEvent(QDragEnterEvent* event)
 {
     const QList<QUrl> urls = event->mimeData()->urls();
-    if (urls.size() == 1 && urls.constFirst().isLocalFile()) event->acceptProposedAction();
+    const bool are_files = std::all_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+    if (!urls.isEmpty() && are_files) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event)
@@ -194,7 +198,9 @@ void MainWindow::dropEvent(QDropEvent* event)
     if (urls.isEmpty()) return;
     event->acceptProposedAction();
     // The program that the file was dragged from waits for this handler: what the file gives rise to comes after it.
-    QTimer::singleShot(0, this, [this, file = urls.constFirst().toLocalFile()] { open_file(to_utf8(file)); });
+    std::vector<std::string> files;
+    for (const QUrl& url : urls) files.push_back(to_utf8(url.toLocalFile()));
+    QTimer::singleShot(0, this, [this, files] { open_files(files); });
 }
 
 } // namespace tarvo

@@ -6,6 +6,7 @@
 #include "app/window/run_view.h"
 #include "app/window/window_actions.h"
 #include "app/window/window_panels.h"
+#include "geo/proj_projections.h"
 #include "ports/settings_store.h"
 #include "session/session.h"
 
@@ -41,6 +42,7 @@ public:
     {
         session_.open_file(file_name, header_line);
     }
+    void open_files(const std::vector<std::string>& chosen) { session_.open_files(chosen); } // as one survey
 
     // The start button pair, with the header line number as the box has it.
     void press_start(StartButton index);
@@ -60,7 +62,7 @@ private:
     void show_survey() override;
     void show_missing_columns(const std::string& columns) override;
     void clear_hints() override;
-    void note_opened_file(const std::string& file_name) override;
+    void note_opened_files(const std::vector<std::string>& chosen) override;
     void edit_definitions() override;
     void cut_wait_short() override;
     void end_listening() override;
@@ -73,6 +75,8 @@ private:
     void make_view_menu();
     void add_panel_actions(QMenu& menu);
     void add_recent_files(QMenu& menu);
+    void choose_folder();
+    void show_rejected_lines();
     void read_layout();
     void keep_layout();
 
@@ -87,6 +91,7 @@ private:
     void store_bytes(const char* key, const QByteArray& bytes);
 
     SettingsStore& settings_;
+    ProjProjections projections_;
     QtOperator boxes_;
     Operator& op_;
     WindowPanels panels_;

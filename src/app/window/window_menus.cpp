@@ -2,12 +2,14 @@
 
 #include "app/common/survey_export.h"
 #include "app/common/texts.h"
+#include "app/dialogs/rejected_lines_form.h"
 #include "app/panels/live_panel.h"
 #include "app/panels/track_panel.h"
 #include "app/window/help_pages.h"
 #include "app/window/main_window.h"
 
 #include <QAction>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
 #include <QMenuBar>
@@ -17,14 +19,25 @@ namespace tarvo {
 namespace {
 
 constexpr int kMostRecentFiles = 8;
+constexpr QLatin1Char kBetweenFiles('\t'); // of one survey, in a recent entry
+
+std::vector<std::string> names_of(const QStringList& texts)
+{
+    std::vector<std::string> names;
+    for (const QString& text : texts) names.push_back(to_utf8(text));
+    return names;
+}
 
 } // namespace
 
 void MainWindow::make_menus()
 {
-    QMenu& file = actions_.add_menu(
-        "menu_file", tr("&File"),
-        {{"menu_open", tr("&Open..."), "Ctrl+O", Needs::idle, [this] { choose_file(); }, tr("Open a data file")}});
+    QMenu& file =
+        actions_.add_menu("menu_file", tr("&File"),
+                          {{"menu_open", tr("&Open..."), "Ctrl+O", Needs::idle, [this] { choose_file(); },
+                            tr("Open a data file, or several as one survey")},
+                           {"menu_open_folder", tr("Open &folder..."), "", Needs::idle, [this] { choose_folder(); },
+                            tr("Open the data files of a folder as one survey")}});
     add_recent_files(file);
     file.addSeparator();
     panels_.live->add_actions(file);
@@ -114,6 +127,8 @@ void MainWindow::make_view_menu()
                             [this] { panels_.track->toggle_playing(); }, tr("Play along the track, halt")},
                            {"menu_fit_range", tr("&Fit the colour range"), "Ctrl+F", Needs::nothing,
                             [this] { view_.fit_range(); }, tr("Fit the colour range to the view")},
+                           {"menu_rejected_lines", tr("&Rejected lines..."), "", Needs::nothing,
+                            [this] { show_rejected_lines(); }, tr("List the lines that were rejected, and why")},
                            {}});
     add_panel_actions(menu);
     menu.addSeparator();
@@ -123,10 +138,26 @@ void MainWindow::make_view_menu()
 
 void MainWindow::choose_file()
 {
-    const std::optional<std::string> file_name = op_.choose_file_to_open(
-        {"Open a survey data file", "Survey data files|*.csv;*.dat;*.txt;*.xyz|All files (*.*)|*.*",
+    const std::vector<std::string> files = op_.choose_files_to_open(
+        {"Open survey data files", "Survey data files|*.csv;*.dat;*.txt;*.xyz|All files (*.*)|*.*",
          to_utf8(stored("CWD")), ""});
-    if (file_name) open_file(*file_name);
+    if (!files.empty()) open_files(files);
+}
+
+void MainWindow::choose_folder()
+{
+    const QString folder =
+        QFileDialog::getExistingDirectory(this, tr("Open the data files of a folder as one survey"), stored("CWD"));
+    if (!folder.isEmpty()) open_files({to_utf8(folder)});
+}
+
+void MainWindow::show_rejected_lines()
+{
+    auto* const form = new RejectedLinesForm(survey(), this);
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    connect(form, &RejectedLinesForm::definitions_wanted, this,
+            [this] { session_.when_idle([this] { edit_definitions(); }); });
+    form->show();
 }
 
 void MainWindow::add_recent_files(QMenu& menu)
@@ -139,23 +170,27 @@ void MainWindow::add_recent_files(QMenu& menu)
         recent.clear();
         const QStringList files = stored("RecentFiles").split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         for (const QString& file : files) {
-            QAction* const action = recent.addAction(QFileInfo(file).fileName());
-            action->setToolTip(file);
-            connect(action, &QAction::triggered, this, [this, file] { open_file(to_utf8(file)); });
+            const QStringList names = file.split(kBetweenFiles);
+            const QString more = names.size() > 1 ? tr(" and %1 more").arg(names.size() - 1) : QString();
+            QAction* const action = recent.addAction(QFileInfo(names.constFirst()).fileName() + more);
+            action->setToolTip(names.join(QLatin1Char('\n')));
+            connect(action, &QAction::triggered, this, [this, names] { open_files(names_of(names)); });
         }
         if (files.isEmpty()) recent.addAction(tr("None yet"))->setEnabled(false);
     });
 }
 
-void MainWindow::note_opened_file(const std::string& file_name)
+void MainWindow::note_opened_files(const std::vector<std::string>& chosen)
 {
-    const QString path = QFileInfo(to_qt(file_name)).absoluteFilePath();
+    QStringList paths;
+    for (const std::string& name : chosen) paths.append(QFileInfo(to_qt(name)).absoluteFilePath());
+    const QString path = paths.join(kBetweenFiles);
     QStringList files = stored("RecentFiles").split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     files.removeAll(path);
     files.prepend(path);
     if (files.size() > kMostRecentFiles) files.resize(kMostRecentFiles);
     store("RecentFiles", files.join(QLatin1Char('\n')));
-    store("CWD", QFileInfo(path).absolutePath());
+    store("CWD", QFileInfo(paths.constFirst()).absolutePath());
 }
 
 } // namespace tarvo
