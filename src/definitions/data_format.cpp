@@ -286,6 +286,11 @@ KeyTaking set_data_format_value(DataFormat& format, std::string_view key, std::s
     const Key* const found = key_named(key);
     if (found == nullptr) return {KeyOutcome::unknown_key, {}, {}};
     KeyTaking taking{KeyOutcome::taken, std::string(found->name), {}};
+    if (value.find_first_of("\r\n") != std::string_view::npos) {
+        taking.outcome = KeyOutcome::bad_value;
+        taking.expected = "a text without a line break";
+        return taking;
+    }
     if (const Refusal expected = found->take(format, trimmed(value))) {
         taking.outcome = KeyOutcome::bad_value;
         taking.expected = *expected;

@@ -4,6 +4,7 @@
 #include "text/numbers.h"
 
 #include <algorithm>
+#include <span>
 #include <stdexcept>
 
 namespace tarvo {
@@ -58,6 +59,27 @@ bool is_unused_box(const std::string& text)
     return is_unused_name(trimmed(text));
 }
 
+bool has_line_break(const std::string& name)
+{
+    return name.find_first_of("\r\n") != std::string::npos;
+}
+
+// A line of the definitions file is one item up to a comma; one with a comma stands in quotes.
+bool has_comma_and_quote(const std::string& name)
+{
+    return name.find(',') != std::string::npos && name.find('"') != std::string::npos;
+}
+
+// Why the definitions file cannot hold names; nullptr when it can.
+const char* fault_of_names(std::span<const std::string> names)
+{
+    if (std::any_of(names.begin(), names.end(), has_line_break)) return "A column name cannot hold a line break";
+    if (std::any_of(names.begin(), names.end(), has_comma_and_quote)) {
+        return "A column name cannot hold a comma and a double quote";
+    }
+    return nullptr;
+}
+
 void warn_of_missing_columns(const DefinitionsPage& page, Operator& op)
 {
     const auto& column = page.Text_locations_column;
@@ -89,7 +111,24 @@ const char* fault_of(const SensorPage& page, const SurveyDefinitions& working)
             return "The sensor component source column is not valid";
         }
     }
-    return nullptr;
+    const auto& components = page.Text_TMI_column_name; // each is a whole line
+    if (std::any_of(components.begin(), components.end(), has_line_break)) {
+        return "A column name cannot hold a line break";
+    }
+    return fault_of_names(page.Text_TMI_xyz);
+}
+
+// Another Time column goes in front of the data format's further ones; none takes them all away.
+void follow_time_slot(SurveyDefinitions& working)
+{
+    if (!working.data_format || working.data_format->time_columns.empty()) return;
+    std::vector<std::string>& columns = working.data_format->time_columns;
+    const std::string& name = working.fields[kTime].name;
+    if (is_unused_name(name)) {
+        columns.clear();
+    } else {
+        columns.front() = name;
+    }
 }
 
 } // namespace
@@ -130,6 +169,7 @@ void take_definitions_page(const DefinitionsPage& page, SurveyDefinitions& worki
         working.fields[slot].name = trimmed(page.Text_locations_column[slot]);
     }
     set_default_field_names(working);
+    follow_time_slot(working);
     if (is_valid_scale(page.Text_data_scale, working.coordinate_scale)) {
         working.coordinate_scale = typed_number(page.Text_data_scale, working.coordinate_scale, kScaleDecimals);
     }
@@ -182,6 +222,7 @@ int check_definitions(const DefinitionsPage& page, SurveyDefinitions& working, O
     if (!is_component_count(whole_number(page.Text_num_sensors))) {
         return refuse("Warning: The number of components per sensor is not valid: 1 or 3 is expected");
     }
+    if (const char* const fault = fault_of_names(page.Text_locations_column)) return refuse(fault);
     warn_of_missing_columns(page, op);
 
     take_definitions_page(page, working);

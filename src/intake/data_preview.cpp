@@ -63,13 +63,13 @@ void add_lines_up_to_data(DataPreview& preview, std::span<const std::string> fir
 
 } // namespace
 
-std::vector<std::string> read_first_lines(const std::string& file_name)
+std::vector<std::string> read_first_lines(const std::string& file_name, int most)
 {
     std::vector<std::string> lines;
     try {
         LineReader reader(file_name);
         std::string_view line;
-        while (static_cast<int>(lines.size()) < kPreviewLines && reader.next_line(line) != LineReader::Outcome::end) {
+        while (static_cast<int>(lines.size()) < most && reader.next_line(line) != LineReader::Outcome::end) {
             lines.emplace_back(line);
         }
     } catch (const std::exception&) { // there is nothing to preview; a run says why
@@ -103,12 +103,18 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
 
     SampleProcessing run;
     start_processing(run, definitions, located.locations, ProcessingParameters());
+    std::shared_ptr<const Projection> grid; // null: positions in degrees are none, and it is said why
     try {
-        obey_data_format(run, definitions, located.locations, named.names_line,
-                         grid_of_positions(definitions, projections));
+        grid = grid_of_positions(definitions, projections);
     } catch (const std::exception& fault) {
         preview.warnings.push_back({WarningAbout::data, "the data format", fault.what()});
     }
+    try {
+        obey_data_format(run, definitions, located.locations, named.names_line, std::move(grid));
+    } catch (const std::exception& fault) {
+        preview.warnings.push_back({WarningAbout::data, "the data format", fault.what()});
+    }
+    preview.is_by_format = run.sequence.runs_by_format;
     bool fields_counted = false;
     std::string_view text;
     while (source.next_line(text) == SurveySource::Outcome::line) {
@@ -120,8 +126,12 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
             const Warnings warnings = field_count_warnings(preview.columns, text, definitions);
             preview.warnings.insert(preview.warnings.end(), warnings.begin(), warnings.end());
         }
-        const bool accepted = convert_record_fields(run.converter.read(text), run) == 0;
+        const LineReading reading = run.converter.read(text);
+        const bool accepted = convert_record_fields(reading, run) == 0;
         line.kind = accepted ? PreviewLineKind::data : PreviewLineKind::rejected;
+        line.fault = line_fault_text(run.line_fault);
+        if (preview.is_by_format)
+            line.readings = readings_of(reading, run, definitions, located.locations, line.fields);
         if (!accepted) ++preview.lines_rejected;
     }
     return preview;

@@ -2,6 +2,7 @@
 
 #include "definitions/survey_definitions.h"
 #include "intake/header.h"
+#include "intake/preview_readings.h"
 #include "ports/projection.h"
 
 #include <cstdint>
@@ -18,6 +19,8 @@ enum class PreviewLineKind { before_header, header, data, rejected };
 struct PreviewLine {
     PreviewLineKind kind = PreviewLineKind::before_header;
     std::vector<std::string> fields; // before the header: the line as it stands, as one field
+    LineReadings readings;           // of a data line that is read by a data format
+    std::string fault;               // why a run would reject it; empty: it would not
 };
 
 // What a header column is taken for; an empty caption: for nothing.
@@ -31,13 +34,14 @@ struct DataPreview {
     std::vector<PreviewLine> lines;
     HeaderColumns columns;
     std::vector<ColumnRole> roles; // by header column, from 0
+    bool is_by_format = false;     // lines are read by a data format
     int data_lines = 0;
     int lines_rejected = 0; // of the data lines, those that a run would refuse
     Warnings warnings;      // what a run would say about columns and fields
 };
 
-// The file's first lines, at most kPreviewLines; empty when it cannot be read. A line too long to be read is empty.
-std::vector<std::string> read_first_lines(const std::string& file_name);
+// The file's first lines; empty when it cannot be read. A line too long to be read is empty.
+std::vector<std::string> read_first_lines(const std::string& file_name, int most = kPreviewLines);
 
 // The header line and the first line after it; empty texts where the file has none.
 struct HeaderAndData {

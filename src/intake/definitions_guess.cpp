@@ -1,328 +1,240 @@
 #include "intake/definitions_guess.h"
 
+#include "intake/guess_columns.h"
+#include "intake/guess_lines.h"
+#include "intake/guess_names.h"
+#include "intake/guess_positions.h"
+#include "intake/guess_sensors.h"
+#include "intake/guess_times.h"
 #include "text/numbers.h"
-#include "text/tokens.h"
 
 #include <algorithm>
-#include <cmath>
-#include <map>
-#include <optional>
-#include <vector>
 
 namespace tarvo {
 
 namespace {
 
-bool is_upper(char c)
-{
-    return c >= 'A' && c <= 'Z';
-}
-bool is_lower(char c)
-{
-    return c >= 'a' && c <= 'z';
-}
-// True where a new word begins although no separator stands before it: "fishDepth", "UTCTime", "mag1", "1x".
-bool begins_word(std::string_view name, std::size_t at)
-{
-    if (at == 0) return false;
-    const char before = name[at - 1];
-    const char here = name[at];
-    if (is_digit(before) != is_digit(here)) return true;
-    if (is_lower(before) && is_upper(here)) return true;
-    return is_upper(before) && is_upper(here) && at + 1 < name.size() && is_lower(name[at + 1]);
-}
-
-// The words of a column name, in upper case: "Tx_Bearing" has two, "Mag1_X" has three.
-std::vector<std::string> words_of(std::string_view name)
-{
-    std::vector<std::string> words;
-    bool in_word = false;
-    for (std::size_t at = 0; at < name.size(); ++at) {
-        const char c = name[at];
-        if (!is_upper(c) && !is_lower(c) && !is_digit(c)) {
-            in_word = false;
-            continue;
-        }
-        if (!in_word || begins_word(name, at)) words.emplace_back();
-        words.back() += upper_case(std::string_view(&c, 1));
-        in_word = true;
-    }
-    return words;
-}
-
-std::string joined(const std::vector<std::string>& words)
-{
-    std::string text;
-    for (const std::string& word : words) text += word;
-    return text;
-}
-
-// What a magnetometer column is called, units and sensor number taken off.
-struct SensorName {
-    std::string stem;  // "TMI", "MAG", "B"
-    int component = 0; // 0: total field, 1 to 3: x, y, z
-    int number = -1;   // of the sensor; -1: none in the name
-};
-
-// In order of preference.
-constexpr const char* kTotalFieldStems[] = {"TMI",      "MAGTMI",   "TOTALFIELD",   "TOTALMAG", "MAGTOTAL",
-                                            "MAGFIELD", "MAGNETIC", "MAG",          "FIELD",    "MAGNETICFIELD",
-                                            "TF",       "BTOTAL",   "MAGNETOMETER", "SENSOR"};
-constexpr const char* kComponentStems[] = {"B", "T",  "MAG",      "TMI",      "FIELD",        "BFIELD", "MAGFIELD",
-                                           "F", "FG", "FLUXGATE", "MAGNETIC", "MAGNETOMETER", "H",      "M"};
-
-std::optional<SensorName> sensor_name_of(std::string_view column_name)
-{
-    constexpr std::size_t kMostDigits = 4; // more is no sensor number
-    std::string letters;
-    std::string digits;
-    for (const std::string& word : words_of(column_name)) {
-        (is_digit(word.front()) ? digits : letters) += word;
-    }
-    if (letters.ends_with("NT")) letters.resize(letters.size() - 2); // the unit
-    if (digits.size() > kMostDigits) return std::nullopt;
-    const int number = digits.empty() ? -1 : std::stoi(digits);
-    for (const char* stem : kTotalFieldStems) {
-        if (letters == stem) return SensorName{stem, 0, number};
-    }
-    for (const std::string stem : kComponentStems) {
-        for (int component = 1; component <= 3; ++component) {
-            const char axis = "?XYZ"[component];
-            if (letters == stem + axis || letters == axis + stem) return SensorName{stem, component, number};
-        }
-    }
-    return std::nullopt;
-}
-
-// The columns of one sensor, by component; -1: none.
-using SensorColumns = std::array<int, 4>;
-
-bool has_all_components(const SensorColumns& columns)
-{
-    return columns[1] >= 0 && columns[2] >= 0 && columns[3] >= 0;
-}
-
 class Guess {
 public:
-    Guess(const HeaderColumns& header_columns, std::string_view first_data_line)
-        : names_(header_columns.names()), values_(names_.size()), is_free_(names_.size(), true)
+    Guess(std::span<const std::string> first_lines, std::optional<int> header_line_number)
+        : lines_(guess_lines(first_lines, header_line_number)), null_texts_(guess_null_texts(lines_)),
+          columns_(guess_columns(lines_, null_texts_)), is_free_(columns_.size(), true)
     {
-        for (const std::string& name : names_) words_.push_back(words_of(name));
-        const std::vector<std::string> fields = fields_of_line(first_data_line);
-        for (std::size_t column = 0; column < std::min(fields.size(), names_.size()); ++column) {
-            values_[column] = numeric_value(fields[column]);
-            is_free_[column] = values_[column].has_value();
-        }
     }
 
-    SurveyDefinitions definitions()
-    {
-        SurveyDefinitions proposal;
-        for (FieldSlot& field : proposal.fields) field.name = "N/A";
-        set_default_field_names(proposal);
-        propose_sensors(proposal);
-        for (int slot = 1; slot <= number_of_field_slots; ++slot) propose_slot(slot, proposal);
-        return proposal;
-    }
+    DefinitionsGuess guess();
 
 private:
-    void propose_sensors(SurveyDefinitions& proposal);
-    void propose_slot(int slot, SurveyDefinitions& proposal);
-    std::map<std::string, std::map<int, SensorColumns>> sensor_columns() const;
-    bool are_positions(const SensorColumns& columns) const;
-    void take_sensors(const std::map<int, SensorColumns>& sensors, SurveyDefinitions& proposal);
-    std::string template_of(const std::map<int, SensorColumns>& sensors, std::size_t component) const;
-    std::string take(int column);
+    void propose_layout();
+    void propose_sensors();
+    void propose_time();
+    void propose_positions();
+    void propose_slot(int slot);
+    void propose_valid_column();
+    void propose_data_format();
+    bool nulls_are_numbers_in_use() const;
 
-    const std::vector<std::string>& names_;
-    std::vector<std::vector<std::string>> words_;
-    std::vector<std::optional<double>> values_; // in the first data line
-    std::vector<bool> is_free_;                 // may still be proposed
+    void choose(std::string key, std::string choice, std::string reason);
+    void leave_open(std::string key, std::string reason, bool is_needed);
+    std::string take(std::size_t column);
+    std::string& slot_name(int slot) { return guess_.definitions.fields[static_cast<std::size_t>(slot)].name; }
+
+    GuessedLines lines_;
+    std::vector<std::string> null_texts_;
+    std::vector<GuessColumn> columns_;
+    std::vector<bool> is_free_; // by column: may still be proposed
+    DataFormat format_;
+    DefinitionsGuess guess_;
 };
 
-std::string Guess::take(int column)
+void Guess::choose(std::string key, std::string choice, std::string reason)
 {
-    is_free_[static_cast<std::size_t>(column)] = false;
-    return names_[static_cast<std::size_t>(column)];
+    guess_.choices.push_back({std::move(key), std::move(choice), std::move(reason), false});
 }
 
-// By stem, then by sensor number. Of columns that read the same, the first counts.
-std::map<std::string, std::map<int, SensorColumns>> Guess::sensor_columns() const
+void Guess::leave_open(std::string key, std::string reason, bool is_needed)
 {
-    std::map<std::string, std::map<int, SensorColumns>> found;
-    for (std::size_t column = 0; column < names_.size(); ++column) {
-        const std::optional<SensorName> name = sensor_name_of(names_[column]);
-        if (!name || !is_free_[column]) continue;
-        SensorColumns& columns =
-            found[name->stem].try_emplace(name->number, SensorColumns{-1, -1, -1, -1}).first->second;
-        int& place = columns[static_cast<std::size_t>(name->component)];
-        if (place < 0) place = static_cast<int>(column);
+    guess_.choices.push_back({std::move(key), {}, std::move(reason), is_needed});
+}
+
+std::string Guess::take(std::size_t column)
+{
+    is_free_[column] = false;
+    return columns_[column].name;
+}
+
+void Guess::propose_layout()
+{
+    DataFormat layout;
+    layout.separator = lines_.separator;
+    const std::string separator = data_format_value(layout, "Separator", format_fixed);
+    choose("Separator", separator.empty() ? "any" : separator, lines_.separator_reason);
+    choose(lines_.names_in_line ? "Header line" : "First data line", std::to_string(lines_.header_line_number),
+           lines_.names_reason);
+}
+
+void Guess::propose_time()
+{
+    const std::optional<TimeGuess> time = guess_time(columns_);
+    if (!time) {
+        leave_open("Time", "no column holds seconds or clocks", false);
+        return;
     }
-    return found;
+    for (const std::size_t column : time->columns) format_.time_columns.push_back(take(column));
+    slot_name(kTime) = format_.time_columns.front();
+    choose("Time", time_columns_text(format_.time_columns), time->reason);
+    if (time->columns.size() == 1) format_.time_columns.clear();
+    if (time->is_plain()) return;
+    format_.time_form = time->form;
+    format_.time_offset = time->offset;
+    if (time->open.empty()) {
+        choose("Time Form", time->form, "fits the texts");
+    } else {
+        leave_open("Time Form", time->open, true);
+    }
+    if (time->offset != 0) {
+        choose("Time Offset (s)", format_fixed(time->offset, 3), "GPST is GPS time, which is ahead of UTC");
+    }
 }
 
-void Guess::propose_sensors(SurveyDefinitions& proposal)
+void Guess::propose_positions()
 {
-    const auto found = sensor_columns();
-    const auto sensors_with = [&found](const std::string& stem, auto is_wanted) {
-        std::map<int, SensorColumns> sensors;
-        if (found.contains(stem)) sensors = found.at(stem);
-        std::erase_if(sensors, [&](const auto& sensor) { return !is_wanted(sensor.second); });
-        return sensors;
+    std::string open = "no columns of metres or degrees";
+    const std::optional<PositionGuess> found = guess_positions(columns_, open);
+    if (!found) {
+        leave_open("Positions", open, guess_.definitions.read_sensor_location != 1);
+        return;
+    }
+    slot_name(kEast) = take(found->east);
+    slot_name(kNorth) = take(found->north);
+    choose("East", slot_name(kEast), found->reason);
+    choose("North", slot_name(kNorth), found->reason);
+    if (found->form == PositionForm::grid) return;
+    format_.position_form = found->form;
+    format_.survey_grid = found->survey_grid;
+    choose("Position Form", data_format_value(format_, "Position Form", format_fixed), "what the fields hold");
+    choose("Survey Grid", found->survey_grid, "the zone of the first fixes' median longitude");
+}
+
+void Guess::propose_slot(int slot)
+{
+    const auto can_be = [this, slot](std::size_t column) {
+        const GuessColumn& candidate = columns_[column];
+        if (!is_free_[column] || !candidate.can_be_named || !candidate.is_numeric()) return false;
+        if (slot == kDem && has_word(candidate.words, "OVER")) return false; // speed over ground
+        const bool is_height = slot == kElevation || slot == kDem;
+        return !is_height || !candidate.is_mostly_zero(); // as receivers write without a fix
     };
-    for (const char* const stem : kComponentStems) {
-        const auto sensors = sensors_with(stem, has_all_components);
-        if (sensors.empty()) continue;
-        proposal.components_per_sensor = 3;
-        if (are_positions(sensors.begin()->second)) {
-            proposal.components_per_sensor = 1;
-            proposal.read_sensor_location = 1;
-        }
-        return take_sensors(sensors, proposal);
-    }
-    for (const char* const stem : kTotalFieldStems) {
-        auto sensors = sensors_with(stem, [](const SensorColumns& columns) { return columns[0] >= 0; });
-        if (sensors.size() > 1) sensors.erase(-1); // beside numbered sensors, the plain name is their mean or a copy
-        if (!sensors.empty()) return take_sensors(sensors, proposal);
-    }
-}
-
-// "Mag1, Mag1_X, Mag1_Y, Mag1_Z" holds components when they are as long as the total field, else coordinates.
-bool Guess::are_positions(const SensorColumns& columns) const
-{
-    constexpr double kTolerance = 0.1; // of the total field
-    if (columns[0] < 0) return false;
-    const auto value = [&](std::size_t j) { return values_[static_cast<std::size_t>(columns[j])]; };
-    if (!value(0) || !value(1) || !value(2) || !value(3)) return false;
-    const double length = std::hypot(*value(1), *value(2), *value(3));
-    return std::abs(length - std::abs(*value(0))) > kTolerance * std::abs(*value(0));
-}
-
-void Guess::take_sensors(const std::map<int, SensorColumns>& sensors, SurveyDefinitions& proposal)
-{
-    const bool vector = proposal.components_per_sensor == 3;
-    const bool located = proposal.read_sensor_location == 1;
-    for (std::size_t j = 1; j <= 3; ++j) {
-        if (vector) proposal.component_templates[j] = template_of(sensors, j);
-        if (located) proposal.coordinate_templates[j] = template_of(sensors, j);
-    }
-    if (!vector) proposal.component_templates[0] = template_of(sensors, 0);
-
-    proposal.sensors.resize(1);
-    for (const auto& [number, columns] : sensors) {
-        SensorDefinition& sensor = proposal.sensors.emplace_back();
-        if (!vector) sensor.component_columns[1] = take(columns[0]);
-        for (std::size_t j = 1; j <= 3; ++j) {
-            if (vector) sensor.component_columns[j] = take(columns[j]);
-            if (located) sensor.coordinate_columns[j] = take(columns[j]);
-        }
-    }
-    proposal.number_of_sensors = static_cast<std::int32_t>(sensors.size());
-}
-
-// The name with "*" for the number when that names all sensors, counted from 1; else "N/A".
-std::string Guess::template_of(const std::map<int, SensorColumns>& sensors, std::size_t component) const
-{
-    const auto name_of = [&](const SensorColumns& columns) -> const std::string& {
-        return names_[static_cast<std::size_t>(columns[component])];
-    };
-    std::string text = name_of(sensors.begin()->second);
-    const std::size_t digit = text.find('1');
-    if (digit == std::string::npos) return "N/A";
-    text[digit] = '*';
-    int expected = 1;
-    for (const auto& [number, columns] : sensors) {
-        std::string name;
-        fill_name_from_template(text, expected, name);
-        if (number != expected++ || name != name_of(columns)) return "N/A";
-    }
-    return text;
-}
-
-// What a quantity's column may be called, in order of preference; words in any order, with or without separators.
-std::vector<std::string_view> names_of_slot(int slot)
-{
-    switch (slot) {
-    case kTime: return {"TIME", "UTC TIME", "GPS TIME", "TIMESTAMP", "DATE TIME", "SECONDS", "SEC", "UTC", "T"};
-    case kEast: return {"EAST", "EASTING", "X", "UTM E", "UTM X", "X COORD", "GRID E", "E"};
-    case kNorth: return {"NORTH", "NORTHING", "Y", "UTM N", "UTM Y", "Y COORD", "GRID N", "N"};
-    case kDepth: return {"DEPTH", "FISH DEPTH", "SENSOR DEPTH", "MAG DEPTH"};
-    case kElevation: return {"ELEVATION", "ALTITUDE", "ALT", "ELEV", "HEIGHT", "Z"};
-    case kDem: return {"DEM", "DTM", "TERRAIN", "GROUND", "SEABED", "BATHYMETRY", "TOPOGRAPHY"};
-    case kHeading: return {"HEADING", "HDG", "BEARING", "COURSE", "COG", "YAW", "AZIMUTH"};
-    case kPitch: return {"PITCH"};
-    case kRoll: return {"ROLL"};
-    case kLine: return {"LINE", "LINE NUMBER", "LINE NO", "LINE ID", "PROFILE", "TRANSECT", "TRIAL", "RUN"};
-    default: return {};
-    }
-}
-
-std::vector<std::string> sorted(std::vector<std::string> words)
-{
-    std::sort(words.begin(), words.end());
-    return words;
-}
-
-bool is_called(const std::vector<std::string>& words, const std::vector<std::string>& wanted)
-{
-    return joined(words) == joined(wanted) || sorted(words) == sorted(wanted);
-}
-
-// Single letters do not count: "Tx_Y" is not a northing.
-bool mentions(const std::vector<std::string>& words, const std::vector<std::string>& wanted)
-{
-    return std::all_of(wanted.begin(), wanted.end(), [&words](const std::string& word) {
-        return word.size() >= 3 && std::find(words.begin(), words.end(), word) != words.end();
-    });
-}
-
-void Guess::propose_slot(int slot, SurveyDefinitions& proposal)
-{
     for (const auto fits : {is_called, mentions}) {
         for (const std::string_view name : names_of_slot(slot)) {
-            for (std::size_t column = 0; column < names_.size(); ++column) {
-                if (!is_free_[column] || !fits(words_[column], words_of(name))) continue;
-                proposal.fields[static_cast<std::size_t>(slot)].name = take(static_cast<int>(column));
+            for (std::size_t column = 0; column < columns_.size(); ++column) {
+                if (!can_be(column) || !fits(columns_[column].words, words_of(name))) continue;
+                slot_name(slot) = take(column);
+                choose(field_slot(slot).name, slot_name(slot), "by its name");
                 return;
             }
         }
     }
 }
 
-struct LineShape {
-    std::size_t fields = 0;
-    std::size_t numbers = 0;
-};
-
-LineShape shape_of(std::string_view line)
+void Guess::propose_sensors()
 {
-    LineShape shape;
-    const HeaderColumns columns = header_columns_of(line);
-    for (const std::string& field : columns.names()) {
-        ++shape.fields;
-        if (is_numeric(field)) ++shape.numbers;
+    const SensorsGuess sensors = guess_sensors(columns_, is_free_, guess_.definitions);
+    if (!sensors.found) {
+        leave_open("Sensors", "no column looks like a magnetic field", true);
+        return;
     }
-    return shape;
+    std::string names;
+    for (const std::size_t column : sensors.columns) names += (names.empty() ? "" : ", ") + take(column);
+    choose("Sensors", names, sensors.reason);
+}
+
+// A column named "valid" that holds zeros and ones.
+void Guess::propose_valid_column()
+{
+    for (std::size_t column = 0; column < columns_.size(); ++column) {
+        const GuessColumn& candidate = columns_[column];
+        if (!is_free_[column] || !candidate.can_be_named || !has_word(candidate.words, "VALID")) continue;
+        const bool is_switch = std::all_of(candidate.numbers.begin(), candidate.numbers.end(),
+                                           [](double value) { return value == 0 || value == 1; });
+        if (candidate.numbers.empty() || !is_switch) continue;
+        format_.valid_column = take(column);
+        choose("Valid Column", format_.valid_column, "named so, and zeros and ones");
+        return;
+    }
+}
+
+// In the plain form a text is a null anyway, but a number such as -9999 is a value.
+bool Guess::nulls_are_numbers_in_use() const
+{
+    for (std::size_t column = 0; column < columns_.size(); ++column) {
+        if (is_free_[column]) continue;
+        for (std::size_t row = 0; row < lines_.rows.size(); ++row) {
+            const std::vector<std::string>& fields = lines_.rows[row];
+            const bool is_null = column < fields.size() && columns_[column].texts[row].empty();
+            if (is_null && is_numeric(fields[column])) return true;
+        }
+    }
+    return false;
+}
+
+void Guess::propose_data_format()
+{
+    const auto has_units_in_use = [this] {
+        for (std::size_t column = 0; column < columns_.size(); ++column) {
+            if (!is_free_[column] && columns_[column].has_units) return true;
+        }
+        return false;
+    };
+    const bool is_needed =
+        lines_.plain_form_differs || format_ != DataFormat() || nulls_are_numbers_in_use() || has_units_in_use();
+    if (!is_needed) return;
+    format_.separator = lines_.separator;
+    format_.names_in_line = lines_.names_in_line;
+    format_.null_texts = null_texts_;
+    if (!null_texts_.empty()) {
+        choose("Null Texts", data_format_value(format_, "Null Texts", format_fixed), "stand for nothing");
+    }
+    guess_.definitions.data_format = format_;
+}
+
+DefinitionsGuess Guess::guess()
+{
+    for (FieldSlot& field : guess_.definitions.fields) field.name = "N/A";
+    set_default_field_names(guess_.definitions);
+    guess_.header_line_number = lines_.header_line_number;
+    propose_layout();
+    propose_time();
+    propose_positions();
+    propose_sensors();
+    for (int slot = kDepth; slot <= number_of_field_slots; ++slot) propose_slot(slot);
+    propose_valid_column();
+    propose_data_format();
+    return guess_;
 }
 
 } // namespace
 
-SurveyDefinitions guess_definitions(const HeaderColumns& header_columns, std::string_view first_data_line)
+bool DefinitionsGuess::is_certain() const
 {
-    return Guess(header_columns, first_data_line).definitions();
+    return std::none_of(choices.begin(), choices.end(), [](const GuessedChoice& choice) { return choice.is_needed; });
 }
 
-int guess_header_line_number(std::span<const std::string> first_lines)
+DefinitionsGuess guess_definitions(std::span<const std::string> first_lines, std::optional<int> header_line_number)
 {
-    for (std::size_t line = 0; line + 1 < first_lines.size(); ++line) {
-        const LineShape names = shape_of(first_lines[line]);
-        const LineShape data = shape_of(first_lines[line + 1]);
-        const bool as_many = names.fields >= 2 && names.fields == data.fields;
-        if (as_many && 2 * names.numbers < names.fields && 2 * data.numbers > data.fields) {
-            return static_cast<int>(line) + 1;
-        }
-    }
-    return 1;
+    return Guess(first_lines, header_line_number).guess();
+}
+
+std::string choice_text(const GuessedChoice& choice)
+{
+    return choice.key + ": " + (choice.choice.empty() ? "open" : choice.choice) + " (" + choice.reason + ")";
+}
+
+std::string guess_text(const DefinitionsGuess& guess)
+{
+    std::string text;
+    for (const GuessedChoice& choice : guess.choices) text += choice_text(choice) + "\n";
+    return text;
 }
 
 } // namespace tarvo

@@ -1,21 +1,44 @@
 #pragma once
 
 #include "definitions/survey_definitions.h"
-#include "intake/header.h"
 
+#include <optional>
 #include <span>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace tarvo {
 
-// A first proposal of what the columns of a data file mean, from the names in its header, for the operator to correct.
-// What no column seems to hold is "N/A". Columns whose field in first_data_line is not a number are left out; an empty
-// line rules nothing out. Coordinates in degrees are never proposed: positions are metres.
-SurveyDefinitions guess_definitions(const HeaderColumns& header_columns, std::string_view first_data_line = {});
+// One choice of a guess: what was chosen for a key and why. An open one could not be made.
+struct GuessedChoice {
+    std::string key;    // "Time Form", "East", "Sensor 1"
+    std::string choice; // empty: open
+    std::string reason;
+    bool is_needed = false; // open, and without it there is nothing to see: no positions, no field, day or month
 
-// The number, from 1, of the line that names the columns: the first one that is mostly names and stands before a line
-// of as many fields that are mostly numbers. 1 when none is.
-int guess_header_line_number(std::span<const std::string> first_lines);
+    bool operator==(const GuessedChoice&) const = default;
+};
+
+// A first proposal of what the lines of a data file mean, for the operator to correct.
+struct DefinitionsGuess {
+    SurveyDefinitions definitions;
+    int header_line_number = 1;
+    std::vector<GuessedChoice> choices;
+
+    // Every choice that a survey needs was made.
+    bool is_certain() const;
+};
+
+// Proposes from the names of the columns and from what they hold. What no column seems to hold is "N/A". A data format
+// is proposed only where the plain form does not do. first_lines: of the file, kGuessLines at most are looked at.
+// header_line_number: where the operator says that the names stand; nullopt: to be found.
+DefinitionsGuess guess_definitions(std::span<const std::string> first_lines,
+                                   std::optional<int> header_line_number = std::nullopt);
+
+// "key: choice (reason)", or "key: open (reason)".
+std::string choice_text(const GuessedChoice& choice);
+
+// The choices, a line each.
+std::string guess_text(const DefinitionsGuess& guess);
 
 } // namespace tarvo

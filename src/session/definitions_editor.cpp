@@ -2,14 +2,18 @@
 
 #include "definitions/definitions_file.h"
 #include "definitions/definitions_menu.h"
-#include "intake/definitions_guess.h"
+#include "intake/guess_lines.h"
 #include "text/file_names.h"
 #include "text/numbers.h"
 #include "text/replace_file.h"
 
+#include <algorithm>
+
 namespace tarvo {
 
 namespace {
+
+constexpr int kPreviewData = 20; // lines behind a header that stands far down
 
 // As the definitions file holds them: without the positions that a header gives, component names in upper case.
 bool are_same(const SurveyDefinitions& one, const SurveyDefinitions& other)
@@ -28,10 +32,35 @@ bool are_same(const SurveyDefinitions& one, const SurveyDefinitions& other)
 }
 
 // What the operator typed on the main window goes before what the file says or a guess.
-int header_line_in_force(const SurveyState& survey, int otherwise)
+std::optional<int> typed_header_line(const SurveyState& survey)
 {
-    if (!survey.header_line_text) return otherwise;
-    return header_line_number_of(*survey.header_line_text).value_or(otherwise);
+    return survey.header_line_text ? header_line_number_of(*survey.header_line_text) : std::nullopt;
+}
+
+// What no column tells stays as it is: how the fish is towed, and what is not known here.
+void keep_what_is_not_guessed(const SurveyDefinitions& before, SurveyDefinitions& guess)
+{
+    guess.coordinate_scale = before.coordinate_scale;
+    guess.depth_scale = before.depth_scale;
+    guess.flip_depth_sign = before.flip_depth_sign;
+    if (!before.data_format) return;
+    const DataFormat& kept = *before.data_format;
+    if (kept.layback == 0 && kept.latency == 0 && kept.unknown_lines.empty()) return;
+    if (!guess.data_format) guess.data_format.emplace();
+    guess.data_format->layback = kept.layback;
+    guess.data_format->latency = kept.latency;
+    guess.data_format->unknown_lines = kept.unknown_lines;
+}
+
+void take_guess(DefinitionsEditor& editor, std::optional<int> header_line_number)
+{
+    DefinitionsGuess guess = guess_definitions(editor.first_lines, header_line_number);
+    keep_what_is_not_guessed(editor.working, guess.definitions);
+    editor.working = std::move(guess.definitions);
+    editor.header_line_number = guess.header_line_number;
+    editor.choices = std::move(guess.choices);
+    editor.format_faults.clear();
+    editor.origin = DefinitionsEditor::Origin::guess;
 }
 
 // The first sensor whose page is refused; 0: none.
@@ -74,43 +103,66 @@ DefinitionsEditor open_definitions_editor(const SurveyState& survey, Operator& o
     editor.file_name = definitions_file_of(survey);
     if (!is_there(survey.data_file_name)) return editor;
 
-    editor.first_lines = read_first_lines(survey.data_file_name);
+    editor.first_lines = read_first_lines(survey.data_file_name, kGuessLines);
     editor.file_is_unreadable =
         is_there(editor.file_name) &&
         read_definitions(editor.file_name, editor.working, editor.header_line_number, op).status < 0;
     if (is_there(editor.file_name) && !editor.file_is_unreadable) {
         editor.origin = DefinitionsEditor::Origin::file;
-        editor.header_line_number = header_line_in_force(survey, editor.header_line_number);
+        editor.header_line_number = typed_header_line(survey).value_or(editor.header_line_number);
         return editor;
     }
-    editor.header_line_number = header_line_in_force(survey, guess_header_line_number(editor.first_lines));
     editor.working = SurveyDefinitions();
-    guess_from_header(editor);
+    take_guess(editor, typed_header_line(survey));
     return editor;
 }
 
 void guess_from_header(DefinitionsEditor& editor)
 {
-    const HeaderAndData found = header_and_data(editor.first_lines, editor.header_line_number);
-    SurveyDefinitions guess = guess_definitions(header_columns_of(found.header), found.first_data_line);
-    guess.coordinate_scale = editor.working.coordinate_scale;
-    guess.depth_scale = editor.working.depth_scale;
-    guess.flip_depth_sign = editor.working.flip_depth_sign;
-    editor.working = std::move(guess);
-    editor.origin = DefinitionsEditor::Origin::guess;
+    take_guess(editor, editor.header_line_number);
 }
 
-DataPreview preview_of(const DefinitionsEditor& editor)
+bool is_certain_guess(const DefinitionsEditor& editor)
+{
+    return editor.origin == DefinitionsEditor::Origin::guess &&
+           std::none_of(editor.choices.begin(), editor.choices.end(),
+                        [](const GuessedChoice& choice) { return choice.is_needed; });
+}
+
+std::vector<std::string> guess_lines_of(const DefinitionsEditor& editor)
+{
+    std::vector<std::string> lines;
+    if (editor.origin != DefinitionsEditor::Origin::guess) return lines;
+    for (const bool open : {true, false}) {
+        for (const GuessedChoice& choice : editor.choices) {
+            if (choice.choice.empty() == open) lines.push_back(choice_text(choice));
+        }
+    }
+    return lines;
+}
+
+DataPreview preview_of(const DefinitionsEditor& editor, const Projections* projections)
 {
     SurveyDefinitions shown = editor.working;
     set_default_field_names(shown); // gives what was read from a file its colours
-    return preview_data(editor.first_lines, std::move(shown), editor.header_line_number);
+    const std::size_t most =
+        static_cast<std::size_t>(std::max(kPreviewLines, editor.header_line_number + kPreviewData));
+    const std::span<const std::string> lines = editor.first_lines;
+    return preview_data(lines.first(std::min(lines.size(), most)), std::move(shown), editor.header_line_number,
+                        projections);
 }
 
 DefinitionsAcceptance accept_definitions(DefinitionsEditor& editor, const DefinitionsPage& page, SurveyState& survey,
                                          Operator& op)
 {
     DefinitionsAcceptance acceptance;
+    if (!editor.format_faults.empty()) {
+        const FormatFault& fault = editor.format_faults.front();
+        op.show_message("The data format is not valid: " + fault.key + ": " + fault.reason + ", found \"" +
+                        fault.value + '"');
+        acceptance.refused_format = true;
+        return acceptance;
+    }
     if (check_definitions(page, editor.working, op) < 0) return acceptance;
     acceptance.refused_sensor = check_all_sensors(editor.working, op);
     if (acceptance.refused_sensor > 0) return acceptance;

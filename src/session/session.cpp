@@ -97,12 +97,12 @@ void Session::load()
                 survey.header_line_text.value_or(std::to_string(survey.header_line_number)));
 }
 
-void Session::take_edited_definitions()
+void Session::take_edited_definitions(AfterEditing after)
 {
     if (survey.data_file_name.empty()) display_.show_survey();
     layers.set_survey_grid(survey_grid_text(survey));
     read_header();
-    if (ask_to_load(survey, op_)) load();
+    if (after == AfterEditing::load || ask_to_load(survey, op_)) load();
 }
 
 void Session::take_processing_changes(const ProcessingChanges& changes)

@@ -55,7 +55,8 @@ public:
     void press_start(StartButton index, const std::string& header_line);
 
     // After their dialogs.
-    void take_edited_definitions();
+    enum class AfterEditing { ask, load }; // whether the data file is loaded with the new definitions
+    void take_edited_definitions(AfterEditing after = AfterEditing::ask);
     void take_processing_changes(const ProcessingChanges& changes);
 
     // Changes what a run has read and reads the file anew. Nothing happens while the pipe is open.

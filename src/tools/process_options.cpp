@@ -33,6 +33,7 @@ options ask for.
   --zoom PERCENT       the track enlarged, 100 to 10000
   --at RECORD          the record in the middle of the enlarged track and of the colour bars
   --bars FILE.png      the sensors' colour bars around that record
+  --guess              first makes the definitions file from the data, where there is none, and says why
   --base FILE          readings of a base station: IAGA-2002, or text with its definitions file beside it
   --rejected FILE      the rejected lines as CSV
   --workers N          threads that read the data ahead (else by the machine and the size of the file)
@@ -136,7 +137,8 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
     ProcessOptions options;
     std::vector<std::string> data_files;
     OptionTable table;
-    table.switches = {{"--quiet", set(options.quiet)},
+    table.switches = {{"--guess", set(options.guess)},
+                      {"--quiet", set(options.quiet)},
                       {"--help", set(options.help)},
                       {"--help-settings", set(options.help_settings)},
                       {"--version", set(options.version)}};

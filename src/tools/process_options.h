@@ -32,6 +32,7 @@ struct ProcessOptions {
     std::optional<double> zoom_percent;
     std::optional<std::int32_t> at_record; // none: the middle of the track
     std::optional<int> load_workers;       // none: by machine and file
+    bool guess = false;                    // first makes definitions from the data, where there are none
     bool quiet = false;
     bool help = false;
     bool help_settings = false;

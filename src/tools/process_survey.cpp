@@ -11,6 +11,7 @@
 #include "survey/survey_residual.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
+#include "tools/guess_option.h"
 #include "tools/process_layers.h"
 
 #include <unistd.h>
@@ -150,6 +151,7 @@ void print_summary(const SurveyState& survey)
 int process_survey(const ProcessOptions& options)
 {
     ConsoleOperator op;
+    if (options.guess && !make_guessed_definitions(options, op)) return kFailed;
     const bool show_progress = !options.quiet && isatty(STDERR_FILENO) != 0;
     ConsoleRunDisplay display(show_progress ? ConsoleRunDisplay::Progress::shown : ConsoleRunDisplay::Progress::hidden);
     ConsolePickDisplay pick_display;

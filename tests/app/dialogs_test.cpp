@@ -113,6 +113,27 @@ TEST(DefinitionsForm, ThePreviewFollowsTheBoxes)
     EXPECT_EQ(text_of(form, "Text_locations_column_7"), "N/A");
 }
 
+TEST(DefinitionsForm, TheDataFormatIsEditedBesideThePreview)
+{
+    const TestFolder folder;
+    Definitions at(folder);
+    DefinitionsForm form(at.survey, at.op);
+    EXPECT_FALSE(control<QComboBox>(form, "Box_Separator").isEnabled());
+    control<QCheckBox>(form, "Check_data_format").setChecked(true);
+    EXPECT_TRUE(preview_header(form).starts_with("Time|East|North|Time|East|")) << "what is read, then the fields";
+    control<QComboBox>(form, "Box_Separator").setCurrentText(QStringLiteral("tab"));
+    EXPECT_EQ(control<QComboBox>(form, "Text_locations_column_7").count(), 2) << "N/A and the whole header";
+
+    control<QLineEdit>(form, "Box_Time_Form").setText(QStringLiteral("hh:xx"));
+    EXPECT_FALSE(control<QLabel>(form, "Box_Time_Form_fault").isHidden());
+    press(form, "Command_Done_and_load");
+    EXPECT_FALSE(form.asks_for_load()) << "the fault refuses it";
+    control<QCheckBox>(form, "Check_data_format").setChecked(false);
+    press(form, "Command_Done_and_load");
+    EXPECT_TRUE(form.asks_for_load());
+    EXPECT_FALSE(at.survey.survey_definitions.data_format);
+}
+
 TEST(DefinitionsForm, ComponentsAndLocationsRelabelTheGrid)
 {
     const TestFolder folder;

@@ -1,5 +1,6 @@
 #include "intake/data_preview.h"
 
+#include "plain_projection.h"
 #include "test_folder.h"
 
 #include <gtest/gtest.h>
@@ -77,6 +78,42 @@ TEST(DataPreview, ReadsAtMostFiftyLines)
     ASSERT_EQ(lines.size(), 50U);
     EXPECT_EQ(lines.back(), "50");
     EXPECT_TRUE(read_first_lines(folder.path("none.csv")).empty());
+}
+
+TEST(DataPreview, ShowsWhatARunReadsByADataFormat)
+{
+    SurveyDefinitions definitions = definitions_with("clock");
+    definitions.fields[kNorth].name = "north";
+    DataFormat& format = definitions.data_format.emplace();
+    format.separator = Separator::comma;
+    format.time_form = "hh:mm:ss";
+    format.survey_date = {2020, 2, 29};
+    format.position_form = PositionForm::degrees;
+    format.survey_grid = "plain";
+    format.null_texts = {"*"};
+    const std::vector<std::string> lines = {"#clock,east,north,mag,other", "23:59:59.5,24.5E,56 30,50000nT,*",
+                                            "00:00:01,24.5,*,*,", "00:00:60.9x,1,2,3,4", "00:00:02,24.5,91,text,x"};
+    const PlainProjections grids;
+    const DataPreview preview = preview_data(lines, definitions, 1, &grids);
+    ASSERT_EQ(preview.lines.size(), 5U);
+    using enum FieldReading;
+    const auto expect_line = [&preview](std::size_t line, const std::string& texts,
+                                        const std::vector<FieldReading>& fields) {
+        const PreviewLine& shown = preview.lines[line];
+        EXPECT_EQ(shown.readings.time + "|" + shown.readings.east + "|" + shown.readings.north + "|" + shown.fault,
+                  texts);
+        EXPECT_EQ(shown.readings.fields, fields) << line;
+    };
+    expect_line(1, "2020-02-29 23:59:59.5000|24500.000|56500.000|", {plain, plain, plain, plain, plain});
+    expect_line(2, "2020-03-01 00:00:01.0000|||", {plain, odd, null, null, plain});
+    expect_line(3, "|||the time does not fit the time form", {odd, plain, plain, plain, plain});
+    expect_line(4, "2020-03-01 00:00:02.0000|||", {plain, odd, odd, odd, plain});
+
+    definitions.data_format->survey_grid.clear();
+    const DataPreview without_grid = preview_data(lines, definitions, 1, &grids);
+    EXPECT_EQ(without_grid.lines[1].readings.time, "2020-02-29 23:59:59.5000");
+    EXPECT_EQ(without_grid.lines[1].readings.east, "");
+    EXPECT_NE(without_grid.warnings.back().text.find("need a Survey Grid"), std::string::npos);
 }
 
 } // namespace

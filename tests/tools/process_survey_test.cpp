@@ -158,5 +158,26 @@ TEST(ProcessSurvey, SurvivesDataFilesOfAnyBytes)
     }
 }
 
+TEST(ProcessSurvey, GuessWritesDefinitionsWhereThereAreNoneAndNothingIsOpen)
+{
+    const TestFolder folder;
+    const std::string data =
+        folder.write("s.csv", "time,x,y,mag\n0,1,2,50000\n1,2,2,50001\n2,3,2,50002\n3,4,2,50003\n");
+    const Result first = run({data, "--guess"});
+    EXPECT_EQ(first.status, kDone);
+    EXPECT_NE(first.messages.find("Sensors: mag (named like a magnetic field)\n"), std::string::npos) << first.messages;
+    EXPECT_NE(first.output.find("lines read: 4\n"), std::string::npos) << first.output;
+
+    folder.write("s.def", kDefinitions);
+    EXPECT_NE(run({data, "--guess"}).messages.find("s.def is there and is left alone"), std::string::npos);
+    EXPECT_EQ(folder.read("s.def"), kDefinitions);
+
+    const std::string open = folder.write("o.csv", "time,x,y\n0,1,2\n1,2,2\n2,3,2\n");
+    const Result refused = run({open, "--guess", "--definitions", folder.path("other.def")});
+    EXPECT_EQ(refused.status, kFailed);
+    EXPECT_NE(refused.messages.find("Sensors: open ("), std::string::npos) << refused.messages;
+    EXPECT_FALSE(std::filesystem::exists(folder.path("other.def")));
+}
+
 } // namespace
 } // namespace tarvo

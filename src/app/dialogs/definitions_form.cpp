@@ -4,6 +4,7 @@
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/dialogs/data_fields_page.h"
+#include "app/dialogs/data_format_page.h"
 #include "app/dialogs/preview_model.h"
 #include "app/dialogs/sensors_page.h"
 #include "definitions/definitions_menu.h"
@@ -47,6 +48,8 @@ DefinitionsForm::DefinitionsForm(SurveyState& survey, Operator& op, QWidget* par
     tabs_ = new QTabWidget;
     tabs_->addTab(data_fields_, tr("&Data fields"));
     tabs_->addTab(sensors_, tr("S&ensors"));
+    data_format_ = new DataFormatPage;
+    tabs_->addTab(data_format_, tr("Data f&ormat"));
     auto* const halves = new QSplitter;
     halves->addWidget(tabs_);
     halves->addWidget(preview_box());
@@ -68,6 +71,10 @@ DefinitionsForm::DefinitionsForm(SurveyState& survey, Operator& op, QWidget* par
     connect(sensors_, &SensorsPage::sensor_chosen, this, &DefinitionsForm::choose_sensor);
     connect(sensors_, &SensorsPage::fill_pressed, this, &DefinitionsForm::fill_templates);
     connect(sensors_, &SensorsPage::done_pressed, this, &DefinitionsForm::sensor_done);
+    connect(data_format_, &DataFormatPage::switched, this, &DefinitionsForm::switch_data_format);
+    connect(data_format_, &DataFormatPage::key_edited, this, &DefinitionsForm::edit_key);
+    connect(data_format_, &DataFormatPage::grid_typed, this,
+            [this](const std::string& words) { data_format_->offer_grids(offered_grids(survey_.projections, words)); });
     start_over();
 }
 
@@ -92,9 +99,9 @@ QWidget* DefinitionsForm::preview_box()
     header_line_->setToolTip(tr("The line of the data file that names the columns; a double click on a line takes it"));
     auto* const header_label = plain_label(tr("&Header line"));
     header_label->setBuddy(header_line_);
-    auto* const guess = new QPushButton(tr("&Guess from header"));
+    auto* const guess = new QPushButton(tr("&Guess anew"));
     guess->setObjectName(QStringLiteral("Command_guess"));
-    guess->setToolTip(tr("Propose columns and sensors anew from the names in the header line"));
+    guess->setToolTip(tr("Propose columns, sensors and data format anew, for this header line"));
     guess->setAutoDefault(false);
     recognised_only_ = new QCheckBox(tr("Recogni&sed columns only"));
     recognised_only_->setObjectName(QStringLiteral("Check_recognised_only"));
@@ -151,16 +158,22 @@ QLayout* DefinitionsForm::button_row()
                                          tr("Check and accept the definitions, and go on editing"));
     QPushButton* const undo =
         add_button("Command_cancel_changes", tr("C&ancel changes"), tr("Put back what is in force, and go on editing"));
-    QPushButton* const done = add_button("Command_Done", tr("D&one"),
-                                         tr("Check and accept the definitions, write them beside the data file"));
+    done_ = add_button("Command_Done", tr("D&one"),
+                       tr("Check and accept the definitions, write them beside the data file"));
+    load_ = add_button("Command_Done_and_load", tr("Done and &load"),
+                       tr("Check and accept the definitions, write them beside the data file, and load it"));
     QPushButton* const cancel = add_button("Command_cancel", tr("Cancel"), tr("Close without taking the changes"));
-    done->setDefault(true);
     connect(save, &QPushButton::clicked, this, [this] {
         if (accept_changes()) show_editor();
     });
     connect(undo, &QPushButton::clicked, this, &DefinitionsForm::start_over);
-    connect(done, &QPushButton::clicked, this, [this] {
+    connect(done_, &QPushButton::clicked, this, [this] {
         if (accept_changes()) accept();
+    });
+    connect(load_, &QPushButton::clicked, this, [this] {
+        if (!accept_changes()) return;
+        asks_for_load_ = true;
+        accept();
     });
     connect(cancel, &QPushButton::clicked, this, &DefinitionsForm::reject);
     return row;
@@ -184,21 +197,37 @@ void DefinitionsForm::show_editor()
     header_line_->setValue(editor_.header_line_number);
     data_fields_->show_page(display_definitions(editor_.working));
     sensors_->show_definitions(editor_.working, sensor_);
+    data_format_->show_format(editor_);
     mark_missing();
     show_note();
     caption_->setText(to_qt(definitions_caption(editor_.file_name)));
 }
 
+// What the guess could not tell stands in the note, its reasons in the note's tip.
 void DefinitionsForm::show_note()
 {
+    const bool is_certain = is_certain_guess(editor_);
+    const QString rest = is_certain
+                             ? tr("Compare them with the preview and press Done and load, or correct what is wrong.")
+                             : tr("Compare them with the preview, correct what is wrong, and press Done.");
+    QStringList open;
+    QStringList all;
+    for (const GuessedChoice& choice : editor_.choices) {
+        all += to_qt(choice_text(choice));
+        if (choice.is_needed) open += to_qt(choice.key + ": " + choice.reason);
+    }
+    QString text = tr("<b>These definitions are a guess from what the file holds.</b> %1").arg(rest);
+    if (!open.isEmpty()) text += tr("<br>Open: %1").arg(open.join(QStringLiteral("; ")).toHtmlEscaped());
+    note_->setText(text);
+    note_->setToolTip(plain_tip(all.join(QLatin1Char('\n'))));
     note_->setVisible(editor_.origin == DefinitionsEditor::Origin::guess);
-    note_->setText(tr("<b>These definitions are a guess from the names in the header line.</b> Compare them with the "
-                      "preview, correct what is wrong, and press Done."));
+    (is_certain ? load_ : done_)->setDefault(true);
+    load_->setEnabled(!editor_.first_lines.empty());
 }
 
 void DefinitionsForm::show_preview()
 {
-    preview_->show_preview(preview_of(editor_), palette());
+    preview_->show_preview(preview_of(editor_, survey_.projections), palette());
     const DataPreview& preview = preview_->preview();
     table_->clearSpans();
     for (int row = 0; row < preview_->rowCount(); ++row) {
@@ -240,6 +269,7 @@ void DefinitionsForm::page_edited()
     const SurveyDefinitions& now = editor_.working;
     const bool renewed = names_->stringList() != names_before; // which has emptied the boxes
     if (renewed) data_fields_->show_page(page);
+    data_format_->show_format(editor_); // the Time column is one of its keys
     if (renewed || now.number_of_sensors != before.number_of_sensors ||
         now.components_per_sensor != before.components_per_sensor ||
         now.read_sensor_location != before.read_sensor_location) {
@@ -300,6 +330,22 @@ void DefinitionsForm::fill_templates()
     show_editor();
 }
 
+void DefinitionsForm::switch_data_format(bool in_use)
+{
+    use_data_format(editor_, in_use);
+    show_editor();
+}
+
+void DefinitionsForm::edit_key(const std::string& key, const std::string& value)
+{
+    const QScopedValueRollback<bool> guard(showing_, true);
+    data_format_->show_fault(key, edit_data_format(editor_, key, value));
+    show_preview();
+    data_fields_->show_page(display_definitions(editor_.working));
+    sensors_->show_definitions(editor_.working, sensor_);
+    mark_missing();
+}
+
 void DefinitionsForm::guess()
 {
     guess_from_header(editor_);
@@ -331,6 +377,7 @@ bool DefinitionsForm::accept_changes()
     }
     const DefinitionsAcceptance acceptance = accept_definitions(editor_, data_fields_->page(), survey_, op_);
     has_changed_survey_ = has_changed_survey_ || acceptance.changed;
+    if (acceptance.refused_format) tabs_->setCurrentWidget(data_format_);
     if (acceptance.refused_sensor > 0) {
         tabs_->setCurrentWidget(sensors_);
         show_sensor(acceptance.refused_sensor);

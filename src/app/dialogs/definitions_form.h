@@ -6,6 +6,7 @@
 
 class QCheckBox;
 class QLabel;
+class QPushButton;
 class QSpinBox;
 class QStringListModel;
 class QTableView;
@@ -14,6 +15,7 @@ class QTabWidget;
 namespace tarvo {
 
 class DataFieldsPage;
+class DataFormatPage;
 class PreviewModel;
 class SensorsPage;
 
@@ -27,6 +29,9 @@ public:
 
     // True once accepted definitions differ from those that were in force before.
     bool has_changed_survey() const { return has_changed_survey_; }
+
+    // True when it was closed by the button that also loads the data file.
+    bool asks_for_load() const { return asks_for_load_; }
 
 private:
     QWidget* preview_box();
@@ -44,6 +49,8 @@ private:
     void show_sensor(int sensor);
     void sensor_done();
     void fill_templates();
+    void switch_data_format(bool in_use);
+    void edit_key(const std::string& key, const std::string& value);
     void guess();
     void read_file();
     void save_file();
@@ -57,6 +64,7 @@ private:
     bool sensor_edited_ = false; // since it came on its page
     bool showing_ = false;       // boxes change by the program, not by the operator
     bool has_changed_survey_ = false;
+    bool asks_for_load_ = false;
 
     QStringListModel* names_; // Combo_names
     PreviewModel* preview_;
@@ -64,12 +72,15 @@ private:
     QTabWidget* tabs_;
     DataFieldsPage* data_fields_;
     SensorsPage* sensors_;
+    DataFormatPage* data_format_;
     QSpinBox* header_line_;
     QTableView* table_;
     QCheckBox* recognised_only_;
     QLabel* rejected_;
     QLabel* warnings_;
     QLabel* caption_;
+    QPushButton* done_;
+    QPushButton* load_;
 };
 
 } // namespace tarvo

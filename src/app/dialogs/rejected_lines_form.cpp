@@ -1,5 +1,6 @@
 #include "app/dialogs/rejected_lines_form.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "text/file_names.h"
 
@@ -49,7 +50,7 @@ RejectedLinesForm::RejectedLinesForm(const SurveyState& survey, QWidget* parent)
     setObjectName(QStringLiteral("Form_rejected_lines"));
     setWindowTitle(tr("Rejected lines"));
     const std::string summary = rejections_text(survey.processing.rejected);
-    auto* const label = new QLabel(summary.empty() ? tr("No line was rejected.") : to_qt(summary));
+    auto* const label = plain_label(summary.empty() ? tr("No line was rejected.") : to_qt(summary));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);

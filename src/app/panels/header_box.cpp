@@ -1,6 +1,7 @@
 #include "app/panels/header_box.h"
 
 #include "app/common/elided_label.h"
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "intake/column_report.h"
 
@@ -33,7 +34,7 @@ HeaderBox::HeaderBox(QWidget* parent)
     columns_->setMenu(column_list_);
     column_list_->setObjectName(QStringLiteral("menu_columns"));
 
-    auto* const label = new QLabel(tr("Header l&ine"));
+    auto* const label = plain_label(tr("Header l&ine"));
     label->setBuddy(header_line_);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);

@@ -1,5 +1,6 @@
 #include "app/panels/layer_panel.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "app/panels/layer_tree.h"
 #include "ports/busy_flag.h"
@@ -41,7 +42,7 @@ LayerPanel::LayerPanel(LayerView& layers, QWidget* parent) : QWidget(parent), la
     list_->setObjectName(QStringLiteral("List_layers"));
     list_->setAccessibleName(tr("Background layers"));
     list_->setToolTip(tr("The uppermost layer comes first. Drag to change the order, tick to show."));
-    note_ = new QLabel;
+    note_ = plain_label();
     note_->setObjectName(QStringLiteral("Label_layer_note"));
     note_->setTextFormat(Qt::PlainText);
     note_->setWordWrap(true);
@@ -141,12 +142,12 @@ QWidget* LayerPanel::make_form()
     form_ = new QWidget;
     auto* const form = new QFormLayout(form_);
     form->setContentsMargins(0, 0, 0, 0);
-    form->addRow(tr("&Opacity"), opacity_);
-    form->addRow(tr("&Colour"), colour_);
-    form->addRow(tr("Line &width"), width_);
-    form->addRow(tr("&Label"), label_);
-    form->addRow(tr("&Range"), range_);
-    form->addRow(tr("Colour &map"), map_);
+    add_plain_row(*form, tr("&Opacity"), opacity_);
+    add_plain_row(*form, tr("&Colour"), colour_);
+    add_plain_row(*form, tr("Line &width"), width_);
+    add_plain_row(*form, tr("&Label"), label_);
+    add_plain_row(*form, tr("&Range"), range_);
+    add_plain_row(*form, tr("Colour &map"), map_);
     form->addRow(planned_);
 
     connect(opacity_, &QSlider::valueChanged, this, &LayerPanel::take_form);

@@ -25,10 +25,10 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kStatusInterval = 250;   // milliseconds
-constexpr int kMostEchoLines = 500;    // the oldest go first
-constexpr int kMostEchoedBytes = 4096; // of one message
-constexpr int kEchoLinesShown = 3;             // at least
+constexpr int kStatusInterval = 250;            // milliseconds
+constexpr int kMostEchoLines = 500;             // the oldest go first
+constexpr int kMostEchoedBytes = 4096;          // of one message
+constexpr int kEchoLinesShown = 3;              // at least
 constexpr const char* kListening = "Listening"; // setting: 1 or 0
 constexpr int kMostMessageText = 2000;
 constexpr int kMostMessages = 20;

@@ -1,5 +1,6 @@
 #include "app/panels/run_strip.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 #include "text/numbers.h"
 
@@ -49,7 +50,7 @@ RunStrip::RunStrip(QWidget* parent) : QWidget(parent), progress_(new QProgressBa
 
 QLabel* RunStrip::add_counter(QHBoxLayout& row, const QString& name, const QString& caption, const QString& tip)
 {
-    auto* const value = new QLabel;
+    auto* const value = plain_label();
     value->setObjectName(name);
     value->setTextFormat(Qt::PlainText);
     value->setToolTip(tip);
@@ -62,7 +63,7 @@ QLabel* RunStrip::add_counter(QHBoxLayout& row, const QString& name, const QStri
     value->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(QStringLiteral("00,000")));
     row.addWidget(value);
     if (caption.isEmpty()) return value;
-    auto* const label = new QLabel(caption);
+    auto* const label = plain_label(caption);
     label->setTextFormat(Qt::PlainText);
     label->setToolTip(tip);
     row.addWidget(label);

@@ -106,7 +106,11 @@ void MainWindow::edit_definitions()
 {
     DefinitionsForm form(survey(), op_, this);
     form.exec();
-    if (form.has_changed_survey()) session_.take_edited_definitions();
+    if (form.asks_for_load()) {
+        session_.take_edited_definitions(Session::AfterEditing::load);
+    } else if (form.has_changed_survey()) {
+        session_.take_edited_definitions();
+    }
 }
 
 void MainWindow::edit_processing_parameters()
