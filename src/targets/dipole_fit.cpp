@@ -242,7 +242,7 @@ FitBounds fit_bounds(const FitReadings& readings, const FitGround& ground)
     constexpr double kLeastBelowSeabed = 6;  // metres
     constexpr double kNearestToSensor = 0.5; // metres, without a seabed
     constexpr double kFarthestFromSensor = 30;
-    constexpr double kAside = 2; // altitudes
+    constexpr double kAside = 1.6; // altitudes
     const GridVector pick = GridVector{ground.pick_east, ground.pick_north, 0} - readings.origin;
     const double aside = kAside * ground.altitude;
     FitBounds bounds{{pick.east - aside, pick.north - aside, 0}, {pick.east + aside, pick.north + aside, 0}};
@@ -259,7 +259,7 @@ FitBounds fit_bounds(const FitReadings& readings, const FitGround& ground)
 
 std::vector<FittedPlace> searched_places(ProjectedFit& fit, const FitReadings& readings,
                                          const std::vector<double>& values, const FitGround& ground,
-                                         std::span<const GridVector> neighbours)
+                                         std::span<const OpenNeighbour> neighbours)
 {
     constexpr std::size_t kRefined = 5;
     constexpr int kStepsOfSearch = 12;
@@ -294,6 +294,7 @@ DipoleFit described_fit(ProjectedFit& fit, const FitReadings& readings, const Fi
     constexpr double kGoodMatch = 0.9;
     constexpr double kFarFromPick = 1.5; // altitudes
     constexpr double kAsGood = 1.3;      // times the rms
+    constexpr double kLoose = 0.25;      // altitudes
     const FitQuality quality = fit.quality(best);
     const auto count = static_cast<double>(readings.count());
     DipoleFit described;
@@ -327,6 +328,9 @@ DipoleFit described_fit(ProjectedFit& fit, const FitReadings& readings, const Fi
     if (best.at_bound) described.doubts.push_back(FitDoubt::at_bound);
     if (plan_length(from_pick) > kFarFromPick * ground.altitude) described.doubts.push_back(FitDoubt::far_from_pick);
     if (has_other && !is_one_pass) described.doubts.push_back(FitDoubt::second_solution);
+    if (!is_one_pass && plan_length(described.error) > kLoose * ground.altitude) {
+        described.doubts.push_back(FitDoubt::loose_place);
+    }
     if (is_one_pass) take_circle(described, fit, readings, ground, best);
     described.misfit = largest_misfit(readings, quality.residuals);
     return described;

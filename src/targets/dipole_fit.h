@@ -27,7 +27,7 @@ struct FitGround {
 
 inline constexpr double kAltitudeWhenUnknown = 5; // metres
 
-enum class FitDoubt { poor_match, at_bound, far_from_pick, second_solution };
+enum class FitDoubt { poor_match, at_bound, far_from_pick, second_solution, loose_place };
 
 // Something that the fit does not explain: where the residuals are largest.
 struct Misfit {
@@ -76,7 +76,7 @@ FitBounds fit_bounds(const FitReadings& readings, const FitGround& ground);
 // The places that a search over the bounds found, the best first, each apart from the others.
 std::vector<FittedPlace> searched_places(ProjectedFit& fit, const FitReadings& readings,
                                          const std::vector<double>& values, const FitGround& ground,
-                                         std::span<const GridVector> neighbours);
+                                         std::span<const OpenNeighbour> neighbours);
 
 // The numbers of a fitted place; values: nT by reading, as the fit got them; others: places that fit too.
 DipoleFit described_fit(ProjectedFit& fit, const FitReadings& readings, const FitGround& ground,

@@ -34,6 +34,7 @@ struct FitTask {
     FitPlace place;
     double radius = 0; // metres
     FitGround ground;
+    double noise = 0; // nT, deviation
     FitReadings readings;
 };
 

@@ -74,24 +74,7 @@ Triple solved(const Matrix& lower, Triple right)
     return right;
 }
 
-// Slopes along the track, each over its segment; null where the segment has no length.
-std::vector<double> unit_slopes(const FitReadings& readings)
-{
-    std::vector<double> slopes(readings.count(), 0.0);
-    for (const FitSegment& segment : readings.segments) {
-        double mean = 0;
-        for (std::size_t at = segment.first; at < segment.first + segment.count; ++at) mean += readings.distance[at];
-        mean /= static_cast<double>(segment.count);
-        double square = 0;
-        for (std::size_t at = segment.first; at < segment.first + segment.count; ++at) {
-            slopes[at] = readings.distance[at] - mean;
-            square += slopes[at] * slopes[at];
-        }
-        const double scale = square > 1e-12 ? 1 / std::sqrt(square) : 0;
-        for (std::size_t at = segment.first; at < segment.first + segment.count; ++at) slopes[at] *= scale;
-    }
-    return slopes;
-}
+} // namespace
 
 GridVector held_within(const GridVector& place, const FitBounds& bounds)
 {
@@ -110,47 +93,41 @@ bool touches_bound(const GridVector& place, const FitBounds& bounds)
     return false;
 }
 
-} // namespace
-
 ProjectedFit::ProjectedFit(const FitReadings& readings, const GridVector& earth, std::vector<double> values,
-                           std::span<const GridVector> neighbours)
-    : readings_(readings), earth_(earth), slope_(unit_slopes(readings)), values_(std::move(values))
+                           std::span<const OpenNeighbour> neighbours)
+    : readings_(readings), earth_(earth), baselines_(readings), values_(std::move(values))
 {
     open_neighbours(neighbours);
     without_baselines(values_);
     signal_ = product(values_, values_);
 }
 
-void ProjectedFit::open_neighbours(std::span<const GridVector> neighbours)
+void ProjectedFit::open_neighbours(std::span<const OpenNeighbour> neighbours)
 {
-    for (const GridVector& place : neighbours) {
-        ModelColumns columns;
-        anomaly_columns(readings_, earth_, place, columns);
+    const auto open = [this](ModelColumns& columns) {
         for (std::vector<double>& column : columns) {
             const double before = product(column, column);
             without_baselines(column);
             const double square = product(column, column);
-            if (!(square > 1e-4 * before)) continue; // nothing but what neighbours before it explain
+            if (!(square > 1e-4 * before)) continue; // nothing but what others before it explain
             const double scale = 1 / std::sqrt(square);
             for (double& value : column) value *= scale;
             neighbours_.push_back(std::move(column));
         }
+    };
+    ModelColumns columns;
+    for (const OpenNeighbour& neighbour : neighbours) {
+        anomaly_columns(readings_, earth_, neighbour.dipole.place, columns);
+        open(columns);
+        if (!neighbour.may_move) continue;
+        place_columns(readings_, earth_, neighbour.dipole, columns);
+        open(columns);
     }
 }
 
 void ProjectedFit::without_baselines(std::vector<double>& column) const
 {
-    for (const FitSegment& segment : readings_.segments) {
-        const std::size_t end = segment.first + segment.count;
-        double mean = 0;
-        double slope = 0;
-        for (std::size_t at = segment.first; at < end; ++at) {
-            mean += column[at];
-            slope += column[at] * slope_[at];
-        }
-        mean /= static_cast<double>(segment.count);
-        for (std::size_t at = segment.first; at < end; ++at) column[at] -= mean + slope * slope_[at];
-    }
+    baselines_.take_out(column);
     for (const std::vector<double>& neighbour : neighbours_) take_off(column, product(neighbour, column), neighbour);
 }
 
@@ -163,19 +140,20 @@ void ProjectedFit::take_out_earlier(std::vector<double>& column, std::size_t ear
 FittedPlace ProjectedFit::at(const GridVector& place)
 {
     anomaly_columns(readings_, earth_, place, basis_);
+    constexpr double kExplained = 1e-8; // what little of it neighbours and baselines leave is no anomaly of its own
     left_ = values_;
     Matrix upper = {}; // the columns are basis x upper
     Triple along = {};
     for (std::size_t column = 0; column < 3; ++column) {
         std::vector<double>& values = basis_[column];
-        without_baselines(values);
         const double before = product(values, values);
+        without_baselines(values);
         for (std::size_t earlier = 0; earlier < column; ++earlier) {
             upper[earlier][column] = product(basis_[earlier], values);
             take_off(values, upper[earlier][column], basis_[earlier]);
         }
         const double square = product(values, values);
-        const bool counts = square > 1e-20 * before && square > 0;
+        const bool counts = square > kExplained * before && square > 0;
         upper[column][column] = counts ? std::sqrt(square) : 0;
         for (double& value : values) value = counts ? value / upper[column][column] : 0;
         along[column] = product(values, left_);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "targets/baselines.h"
 #include "targets/dipole_model.h"
 #include "targets/fit_readings.h"
 #include "targets/grid_vector.h"
@@ -20,6 +21,9 @@ struct FitBounds {
     GridVector high;
 };
 
+GridVector held_within(const GridVector& place, const FitBounds& bounds);
+bool touches_bound(const GridVector& place, const FitBounds& bounds);
+
 // A place that the search came to.
 struct FittedPlace {
     Dipole dipole;
@@ -35,12 +39,18 @@ struct FitQuality {
     double lag_correlation = 0;  // of neighbouring residuals of a segment
 };
 
+// Another source near by, metres from the readings' origin. Its moment is left open, so that an error in it is not paid
+// for by the place; with may_move its place is too, to the first order.
+struct OpenNeighbour {
+    Dipole dipole;
+    bool may_move = false;
+};
+
 class ProjectedFit {
 public:
-    // values: nT by reading; neighbours: places of other sources, metres from the readings' origin, whose moments are
-    // left open too. The readings must outlive the fit.
+    // values: nT by reading; The readings must outlive the fit.
     ProjectedFit(const FitReadings& readings, const GridVector& earth, std::vector<double> values,
-                 std::span<const GridVector> neighbours = {});
+                 std::span<const OpenNeighbour> neighbours = {});
 
     const GridVector& earth() const { return earth_; }
     double signal() const { return signal_; } // sum of squares of the values without baselines, nT squared
@@ -58,7 +68,7 @@ private:
         std::array<std::array<double, 3>, 3> normal = {};
         std::array<double, 3> gradient = {}; // how the fit's sum of squares falls along each axis, halved
     };
-    void open_neighbours(std::span<const GridVector> neighbours);
+    void open_neighbours(std::span<const OpenNeighbour> neighbours);
     void without_baselines(std::vector<double>& column) const;
     void take_out_earlier(std::vector<double>& column, std::size_t earlier) const;
     Step linearised(const Dipole& dipole);
@@ -68,8 +78,8 @@ private:
     const FitReadings& readings_;
     GridVector earth_;
     std::vector<std::vector<double>> neighbours_; // orthonormal: what the neighbours' moments can explain
-    std::vector<double> slope_;                   // by reading: the slope of its segment, of length 1 and mean 0
-    std::vector<double> values_;                  // without baselines
+    Baselines baselines_;
+    std::vector<double> values_; // without baselines
     double signal_ = 0;
     ModelColumns basis_; // orthonormal, of the anomalies at the place that at() was asked for last
     ModelColumns change_;
