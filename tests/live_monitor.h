@@ -15,6 +15,7 @@ class FakePipe : public PipeEndpoint {
 public:
     std::optional<PipeFault> fault;
     std::string name; // empty: closed
+    bool in_place = true;
 
     std::optional<PipeFault> listen(const std::string& wanted) override
     {
@@ -22,6 +23,7 @@ public:
         return fault;
     }
     void close() override { name.clear(); }
+    bool is_in_place() const override { return in_place; }
     int client_count() const override { return name.empty() ? 0 : 1; }
 };
 
@@ -59,6 +61,13 @@ struct LiveMonitor {
     void send_line(int second)
     {
         send("$GDP0001 " + std::to_string(second) + ".0," + std::to_string(100 + second) + ",200,5,48000.5");
+    }
+
+    // Everything recorded so far is on the disk; the recording's name.
+    std::string recorded()
+    {
+        EXPECT_TRUE(live.recording().wait_until_settled());
+        return live.recording().data_file_name();
     }
 
     const SampleProcessing& run() const { return monitor.survey.processing; }

@@ -1,17 +1,21 @@
 #include "app/common/qt_settings_store.h"
 #include "app/common/texts.h"
+#include "app/end_signals.h"
 #include "app/window/launch_options.h"
 #include "app/window/main_window.h"
 #include "definitions/definitions_file.h"
+#include "picks/pick_file.h"
 #include "text/file_names.h"
 #include "tools/common/console.h"
 #include "tools/common/exit_status.h"
 #include "tools/process_options.h"
 
 #include <QApplication>
+#include <QSessionManager>
 #include <QTimer>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
 #include <span>
 #include <string_view>
@@ -27,6 +31,7 @@ void start(MainWindow& window, const LaunchOptions& options)
         std::cerr << "tarvo: " << options.data_file << " has no definitions file beside it, or is not there\n";
         return QApplication::exit(kFailed); // a dialog would wait for somebody
     }
+    if (options.listen) window.listen();
     if (!options.data_file.empty()) window.open_file(options.data_file, options.header_line);
     // The definitions dialog of a file without definitions may have begun the run already.
     const bool has_begun =
@@ -37,6 +42,35 @@ void start(MainWindow& window, const LaunchOptions& options)
     const bool saved = window.grab().save(to_qt(options.screenshot), "PNG");
     if (!saved) std::cerr << "tarvo: " << options.screenshot << " cannot be written\n";
     QApplication::exit(saved ? kDone : kFailed);
+}
+
+MainWindow* window_at_exit = nullptr; // of the exit handler, which is given nothing
+
+// The window as long as it is there for a program that ends from within, as the toolkit does when its display is gone.
+class ExitGuard {
+public:
+    explicit ExitGuard(MainWindow& window)
+    {
+        window_at_exit = &window;
+        std::atexit([] {
+            if (window_at_exit == nullptr) return;
+            ConsoleOperator console;
+            std::exchange(window_at_exit, nullptr)->leave(console);
+            std::cerr << "tarvo: the display is gone, recording and picks are kept\n";
+            std::_Exit(kDone);
+        });
+    }
+    ExitGuard(const ExitGuard&) = delete;
+    ExitGuard& operator=(const ExitGuard&) = delete;
+    ~ExitGuard() { window_at_exit = nullptr; }
+};
+
+// Straight away, whatever dialog is open and whatever run goes on.
+void end_by_signal(MainWindow& window, int signal)
+{
+    ConsoleOperator console;
+    window.leave(console);
+    std::_Exit(128 + signal);
 }
 
 int run(QApplication& application, const LaunchOptions& options)
@@ -50,6 +84,13 @@ int run(QApplication& application, const LaunchOptions& options)
         take_setting(text, window.survey().parameters, window.survey().display_settings);
     }
     window.show();
+    const ExitGuard guard(window);
+    const EndSignals signals_that_end([&window](int signal) { end_by_signal(window, signal); });
+    // A desktop session that ends waits for nobody's answer. It may go on after all.
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &window, [&](QSessionManager&) {
+        write_unsaved_picks(window.survey().picks, console);
+        window.keep_settings();
+    });
     QTimer::singleShot(0, &window, [&] { start(window, options); });
     return application.exec();
 }

@@ -134,8 +134,9 @@ void read_fields(DefinitionLines& file, SurveyDefinitions& definitions, std::int
         file.skip_lines(1);
         const std::string line = file.expect_item("a field line such as \"1: Time\"");
         const std::string_view number = std::string_view(line).substr(0, line.find(':'));
-        const std::int32_t slot = file.whole_number(number, "a field number from 1 to 10");
-        if (slot < 0 || slot > number_of_field_slots) file.fail("a field number from 1 to 10", std::to_string(slot));
+        const std::string expected = "a field number from 1 to " + std::to_string(number_of_field_slots);
+        const std::int32_t slot = file.whole_number(number, expected);
+        if (slot < 0 || slot > number_of_field_slots) file.fail(expected, std::to_string(slot));
         definitions.fields[static_cast<std::size_t>(slot)].name = trimmed(value_of(line));
         if (version == 2) file.skip_lines(1);
     }

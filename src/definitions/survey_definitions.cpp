@@ -4,13 +4,6 @@
 
 namespace tarvo {
 
-namespace {
-
-constexpr std::array<std::int32_t, number_of_field_slots + 1> kFieldColours = {
-    0, 0x0000FF, 0xFF0000, 0xFFFF00, 0x00FF00, 0x00FFFF, 0xFF00FF, 0xFF00FF, 0xFF00FF, 0xFF00FF, 0xFF00FF};
-
-} // namespace
-
 bool is_unused_name(std::string_view column_name)
 {
     return column_name.empty() || column_name == "N/A";
@@ -18,10 +11,10 @@ bool is_unused_name(std::string_view column_name)
 
 void set_default_field_names(SurveyDefinitions& definitions)
 {
-    for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
-        FieldSlot& field = definitions.fields[slot];
-        if (field.name.empty()) field.name = kDefaultFieldNames[slot];
-        field.colour = kFieldColours[slot];
+    for (int slot = 1; slot <= number_of_field_slots; ++slot) {
+        FieldSlot& field = definitions.fields[static_cast<std::size_t>(slot)];
+        if (field.name.empty()) field.name = field_slot(slot).name;
+        field.colour = field_slot(slot).colour;
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "definitions/field_slots.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -8,14 +10,7 @@
 
 namespace tarvo {
 
-inline constexpr int number_of_field_slots = 10;
 inline constexpr int kMostSensors = 1000;
-
-// The ten named quantities besides the sensors, in their fixed order; 0 is unused.
-enum FieldSlotIndex : int { kTime = 1, kEast, kNorth, kDepth, kElevation, kDem, kHeading, kPitch, kRoll, kLine };
-
-inline constexpr std::array<const char*, number_of_field_slots + 1> kDefaultFieldNames = {
-    "", "Time", "East", "North", "Depth", "Elevation", "DEM", "Heading", "Pitch", "Roll", "Line"};
 
 // True for "N/A" and for an empty name: the quantity is not used.
 bool is_unused_name(std::string_view column_name);

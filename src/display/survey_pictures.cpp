@@ -1,5 +1,6 @@
 #include "display/survey_pictures.h"
 
+#include "display/backdrop.h"
 #include "display/colour_bars.h"
 #include "display/track_view.h"
 #include "ports/guarded_operation.h"
@@ -16,14 +17,20 @@ namespace {
 constexpr const char* kFaultText = "An error occurred while drawing the picture of the survey: ";
 constexpr int kBarHeight = 40;
 
-std::optional<Picture> drawn_view(TrackView view, const MapFrame& frame, const TrackScene& scene, int width, int height,
-                                  Operator& op)
+// A view of the survey with the frame that it is a part of.
+struct FramedView {
+    MapFrame frame;
+    TrackView view;
+
+    PixelTransform transform() const { return view_transform(view, frame.pixel_scale); }
+};
+
+std::optional<FramedView> whole_view(const TrackScene& scene, int width, int height, Operator& op)
 {
-    std::optional<Picture> picture;
-    if (calculate_zoom_settings(view, frame.extent, op) < 0) return picture;
-    run_guarded(op, kFaultText, [&] { picture.emplace(width, height); });
-    if (picture && display_full_data_track(*picture, view, frame, scene, op) < 0) picture.reset();
-    return picture;
+    FramedView whole;
+    whole.frame = fitted_frame(scene.track, width, height);
+    if (calculate_zoom_settings(whole.view, whole.frame.extent, op) < 0) return std::nullopt;
+    return whole;
 }
 
 void check_record(const TrackTable& track, std::int32_t record)
@@ -37,24 +44,60 @@ void check_record(const TrackTable& track, std::int32_t record)
     }
 }
 
+std::optional<FramedView> zoomed_view(const TrackScene& scene, int width, int height, double zoom_percent,
+                                      std::int32_t record, Operator& op)
+{
+    if (run_guarded(op, kFaultText, [&] { check_record(scene.track, record); }) < 0) return std::nullopt;
+    std::optional<FramedView> zoomed = whole_view(scene, width, height, op);
+    if (!zoomed) return zoomed;
+    zoomed->view.zoom = static_cast<float>(zoom_percent / 100);
+    zoomed->view.centre_x = scene.track.easting[record];
+    zoomed->view.centre_y = scene.track.northing[record];
+    if (calculate_zoom_settings(zoomed->view, zoomed->frame.extent, op) < 0) zoomed.reset();
+    return zoomed;
+}
+
+std::optional<MapView> map_view(const std::optional<FramedView>& view, int width, int height)
+{
+    if (!view) return std::nullopt;
+    return MapView{view->transform(), width, height};
+}
+
+std::optional<Picture> drawn_view(const std::optional<FramedView>& view, const TrackScene& scene, int width, int height,
+                                  Operator& op)
+{
+    std::optional<Picture> picture;
+    if (!view) return picture;
+    run_guarded(op, kFaultText, [&] {
+        picture.emplace(width, height);
+        if (scene.backdrop != nullptr) lay_backdrop(*picture, view->transform(), *scene.backdrop);
+    });
+    if (picture && display_full_data_track(*picture, view->view, view->frame, scene, op) < 0) picture.reset();
+    return picture;
+}
+
 } // namespace
+
+std::optional<MapView> whole_track_view(const TrackScene& scene, int width, int height, Operator& op)
+{
+    return map_view(whole_view(scene, width, height, op), width, height);
+}
+
+std::optional<MapView> zoomed_track_view(const TrackScene& scene, int width, int height, double zoom_percent,
+                                         std::int32_t record, Operator& op)
+{
+    return map_view(zoomed_view(scene, width, height, zoom_percent, record, op), width, height);
+}
 
 std::optional<Picture> whole_track_picture(const TrackScene& scene, int width, int height, Operator& op)
 {
-    return drawn_view({}, fitted_frame(scene.track, width, height), scene, width, height, op);
+    return drawn_view(whole_view(scene, width, height, op), scene, width, height, op);
 }
 
 std::optional<Picture> zoomed_track_picture(const TrackScene& scene, int width, int height, double zoom_percent,
                                             std::int32_t record, Operator& op)
 {
-    if (run_guarded(op, kFaultText, [&] { check_record(scene.track, record); }) < 0) return std::nullopt;
-    const MapFrame frame = fitted_frame(scene.track, width, height);
-    TrackView view;
-    if (calculate_zoom_settings(view, frame.extent, op) < 0) return std::nullopt; // the whole survey, to zoom into
-    view.zoom = static_cast<float>(zoom_percent / 100);
-    view.centre_x = scene.track.easting[record];
-    view.centre_y = scene.track.northing[record];
-    return drawn_view(view, frame, scene, width, height, op);
+    return drawn_view(zoomed_view(scene, width, height, zoom_percent, record, op), scene, width, height, op);
 }
 
 std::optional<Picture> colour_bars_picture(const TrackScene& scene, std::span<const double* const> sensor_values,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "display/picture.h"
+#include "display/raster_placing.h"
 #include "display/track_scene.h"
 #include "ports/operator.h"
 
@@ -12,7 +13,12 @@ namespace tarvo {
 
 // Pictures of a finished survey, drawn without a window. nullopt after a fault, which the operator has been shown.
 
-// The whole track on black, nothing over it.
+// What the two pictures of the track below show of the survey's grid.
+std::optional<MapView> whole_track_view(const TrackScene& scene, int width, int height, Operator& op);
+std::optional<MapView> zoomed_track_view(const TrackScene& scene, int width, int height, double zoom_percent,
+                                         std::int32_t record, Operator& op);
+
+// The whole track on the scene's backdrop, on black where there is none; nothing over it.
 std::optional<Picture> whole_track_picture(const TrackScene& scene, int width, int height, Operator& op);
 
 // The same enlarged to zoom_percent (100 and below: the whole track), with a record in its middle. A record that is

@@ -14,6 +14,8 @@ struct PickMarks {
     std::int32_t current_pick = -1;        // -1: none
 };
 
+struct Backdrop; // of display/backdrop.h
+
 // What the display draws from. It owns nothing and holds as long as the sample store is not changed.
 struct TrackScene {
     TrackTable track;
@@ -21,6 +23,7 @@ struct TrackScene {
     float sample_rate = 1.0F;               // stored samples per second
     DisplaySettings settings;
     PickMarks picks;
+    const Backdrop* backdrop = nullptr; // what lies under the track; null: nothing, it is drawn on black
 };
 
 } // namespace tarvo

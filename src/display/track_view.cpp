@@ -1,5 +1,6 @@
 #include "display/track_view.h"
 
+#include "display/backdrop.h"
 #include "ports/guarded_operation.h"
 
 #include <algorithm>
@@ -113,8 +114,10 @@ int create_image_buffer(TrackView& view, int picture_width, int picture_height, 
 int add_track_to_buffer(TrackView& view, const MapFrame& frame, const TrackScene& scene, Operator& op)
 {
     return run_guarded(op, "An error occurred while adding the track to the image buffer: ", [&] {
+        const PixelTransform transform = view_transform(view, frame.pixel_scale);
         clear(view.buffer);
-        paint_track(view.buffer, view_transform(view, frame.pixel_scale), scene);
+        if (scene.backdrop != nullptr) lay_backdrop(view.buffer, transform, *scene.backdrop);
+        paint_track(view.buffer, transform, scene);
         view.buffer_valid = true;
     });
 }

@@ -57,7 +57,7 @@ std::vector<DefinedColumn> defined_columns(const SurveyDefinitions& definitions,
 {
     std::vector<DefinedColumn> report;
     for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
-        add_column(report, kDefaultFieldNames[slot], definitions.fields[slot].name, header_columns);
+        add_column(report, kFieldSlots[slot].name, definitions.fields[slot].name, header_columns);
     }
     for (std::size_t sensor = 1; sensor < definitions.sensors.size(); ++sensor) {
         add_sensor(report, definitions, sensor, header_columns);

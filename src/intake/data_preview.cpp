@@ -1,5 +1,6 @@
 #include "intake/data_preview.h"
 
+#include "intake/survey_source.h"
 #include "processing/sample_processing.h"
 #include "text/line_reader.h"
 #include "text/tokens.h"
@@ -53,12 +54,23 @@ std::vector<ColumnRole> roles_of(const SurveyDefinitions& definitions, const Fie
     std::vector<ColumnRole> roles(static_cast<std::size_t>(locations.header_column_count));
     for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
         if (locations.column[slot] < 0) continue;
-        add_role(roles, locations.column[slot], kDefaultFieldNames[slot], definitions.fields[slot].colour);
+        add_role(roles, locations.column[slot], kFieldSlots[slot].name, definitions.fields[slot].colour);
     }
     for (std::size_t number = 1; number < definitions.sensors.size(); ++number) {
         add_sensor_roles(roles, definitions, number, locations);
     }
     return roles;
+}
+
+void add_lines_up_to_header(DataPreview& preview, std::span<const std::string> first_lines, int header_line_number)
+{
+    for (int number = 1; number <= header_line_number && number <= static_cast<int>(first_lines.size()); ++number) {
+        const bool is_header = number == header_line_number;
+        PreviewLine& line = preview.lines.emplace_back();
+        line.kind = is_header ? PreviewLineKind::header : PreviewLineKind::before_header;
+        line.fields = is_header ? preview.columns.names()
+                                : std::vector<std::string>{first_lines[static_cast<std::size_t>(number) - 1]};
+    }
 }
 
 } // namespace
@@ -92,26 +104,21 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
                          int header_line_number)
 {
     DataPreview preview;
-    preview.columns = header_columns_of(header_and_data(first_lines, header_line_number).header);
     definitions.sensors.resize(static_cast<std::size_t>(definitions.number_of_sensors) + 1);
-    FieldLocations locations;
+    LinesInMemory source(first_lines, header_line_number);
     WarningList warnings(preview.warnings);
-    locate_header_fields(preview.columns, definitions, locations, warnings);
-    preview.roles = roles_of(definitions, locations);
+    const SourceColumns located = open_source(source, definitions, warnings).value_or(SourceColumns());
+    preview.columns = located.header;
+    preview.roles = roles_of(definitions, located.locations);
+    add_lines_up_to_header(preview, first_lines, header_line_number);
 
     SampleProcessing run;
-    start_processing(run, definitions, locations, ProcessingParameters());
-    int number = 0;
+    start_processing(run, definitions, located.locations, ProcessingParameters());
     bool fields_counted = false;
-    for (const std::string& text : first_lines) {
+    std::string_view text;
+    while (source.next_line(text) == SurveySource::Outcome::line) {
         PreviewLine& line = preview.lines.emplace_back();
-        if (++number < header_line_number) {
-            line.fields = {text};
-            continue;
-        }
-        line.fields = number == header_line_number ? preview.columns.names() : fields_of_line(text);
-        line.kind = PreviewLineKind::header;
-        if (number == header_line_number) continue;
+        line.fields = fields_of_line(text);
         ++preview.data_lines;
         if (!fields_counted && !trimmed(text).empty()) {
             fields_counted = true;

@@ -20,8 +20,8 @@ void locate_slots(const HeaderColumns& header_columns, SurveyDefinitions& defini
         field.field_index = 0;
         if (found.index == 0) continue;
         field.field_index = ++locations.located_field_count;
-        if (slot >= kDepth && slot <= kDem) locations.depth_channels.push_back(slot);
-        if (slot == kPitch || slot == kRoll) locations.attitude_channels.push_back(slot);
+        if (field_slot(slot).kind == SlotKind::vertical) locations.depth_channels.push_back(slot);
+        if (field_slot(slot).kind == SlotKind::attitude) locations.attitude_channels.push_back(slot);
     }
     locations.derived_dem = locations.has(kDepth) && locations.has(kElevation) && !locations.has(kDem);
     if (locations.derived_dem) locations.depth_channels.push_back(kDem);
@@ -34,10 +34,9 @@ void warn_of_column(Operator& op, const std::string& text)
 
 void report_missing_slots(const SurveyDefinitions& definitions, const FieldLocations& locations, Operator& op)
 {
-    if (!locations.has(kTime)) warn_of_column(op, "The Time column was not found");
-    if (!locations.has(kEast)) warn_of_column(op, "The East column was not found");
-    if (!locations.has(kNorth)) warn_of_column(op, "The North column was not found");
-    if (!locations.has(kDepth)) warn_of_column(op, "No Depth column was not found");
+    for (const FieldSlotTraits& slot : kFieldSlots) {
+        if (slot.missing != nullptr && !locations.has(slot.slot)) warn_of_column(op, slot.missing);
+    }
     for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
         const std::string& name = definitions.fields[slot].name;
         if (locations.column[slot] < 0 && !is_unused_name(trimmed(name))) {

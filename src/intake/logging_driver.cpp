@@ -5,12 +5,12 @@
 #include "picks/track_index.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
+#include "survey/survey_residual.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 
 namespace tarvo {
 
@@ -23,14 +23,6 @@ int delay_of_speed(int position)
 {
     const double slowness = kFullSpeed - std::clamp(position, 0, kFullSpeed);
     return static_cast<int>(std::nearbyint(slowness * slowness / 10.0));
-}
-
-// Length in bytes; 0 for what has none, such as a pipe.
-std::int64_t length_of_file(const std::string& file_name)
-{
-    std::error_code fault;
-    const auto length = std::filesystem::file_size(file_name, fault);
-    return fault ? 0 : static_cast<std::int64_t>(length);
 }
 
 // The means of the bin stored last. A bin of one sample has no mean: the reading itself stands in.
@@ -67,8 +59,10 @@ RunCounters LoggingDriver::counters() const
     counters.lines_rejected = run.lines_rejected;
     counters.lines_not_averaged = run.lines_not_averaged;
     if (run.lines.has_line()) counters.current_line_number = run.lines.CurrentLineNumber;
-    if (stream_) counters.characters_consumed = stream_->characters_consumed();
-    counters.file_length = file_length_;
+    if (source_) {
+        counters.characters_consumed = source_->characters_consumed();
+        counters.file_length = source_->length();
+    }
     return counters;
 }
 
@@ -169,15 +163,12 @@ int LoggingDriver::start_data_logging()
 
 bool LoggingDriver::open_data_file()
 {
-    file_length_ = length_of_file(survey_.data_file_name);
-    HeaderReading reading = read_header_line(1, survey_.data_file_name, survey_.header_line_number, op_);
-    if (reading.status < 0) return false;
-    survey_.header_columns = header_columns_of(reading.header);
-    if (locate_header_fields(survey_.header_columns, survey_.survey_definitions, survey_.locations, op_) < 0) {
-        return false;
-    }
+    source_ = std::make_unique<FileSource>(survey_.data_file_name, survey_.header_line_number);
+    std::optional<SourceColumns> columns = open_source(*source_, survey_.survey_definitions, op_);
+    if (!columns) return false;
+    survey_.header_columns = std::move(columns->header);
+    survey_.locations = std::move(columns->locations);
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
-    stream_ = std::move(reading.stream);
     first_line_checked_ = false;
     return true;
 }
@@ -189,6 +180,7 @@ void LoggingDriver::initialise_data_logging()
     pick_work_.take_picks_off_track();
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
     survey_.filters = make_gradient_filters(survey_.parameters);
+    clear_residual(survey_.residual);
     clear_track_image(survey_.track_image, op_);
     display_.clear_monitor_form();
     display_.show_counters(counters());
@@ -197,7 +189,7 @@ void LoggingDriver::initialise_data_logging()
 int LoggingDriver::process_input_data()
 {
     int result = read_lines();
-    if (!stream_) return 0; // stopped by an event
+    if (!source_) return 0; // stopped by an event
     if (state_.stop_requested && result == 0) result = kEndOfData;
     return result == 0 ? 0 : finish_run(result);
 }
@@ -207,15 +199,8 @@ int LoggingDriver::read_lines()
 {
     const BusyFlag busy(looping_);
     try {
-        while (stream_ && !state_.run_paused && !state_.stop_requested) {
-            std::string_view line;
-            const LineReader::Outcome outcome = stream_->next_line(line);
-            if (outcome == LineReader::Outcome::end) return kEndOfData;
-            if (outcome == LineReader::Outcome::too_long) {
-                refuse_line();
-            } else {
-                process_line(line);
-            }
+        while (source_ && !state_.run_paused && !state_.stop_requested) {
+            if (take_next_line(*source_) == SurveySource::Outcome::end) return kEndOfData;
             if (state_.replay_running && replay_delay_ >= 1) display_.wait(replay_delay_);
             display_.process_events(counters());
         }
@@ -229,7 +214,9 @@ int LoggingDriver::read_lines()
 int LoggingDriver::process_input_data(std::string_view line)
 {
     try {
-        return process_line(line);
+        feed_.offer(line);
+        take_next_line(feed_);
+        return line_status_;
     } catch (const std::exception& fault) { // the sample is stored, showing it failed
         if (!live_fault_shown_) {
             live_fault_shown_ = true;
@@ -237,6 +224,15 @@ int LoggingDriver::process_input_data(std::string_view line)
         }
         return 0;
     }
+}
+
+SurveySource::Outcome LoggingDriver::take_next_line(SurveySource& source)
+{
+    std::string_view line;
+    const SurveySource::Outcome outcome = source.next_line(line);
+    if (outcome == SurveySource::Outcome::too_long) refuse_line();
+    if (outcome == SurveySource::Outcome::line) line_status_ = process_line(line);
+    return outcome;
 }
 
 int LoggingDriver::process_line(std::string_view line)
@@ -272,6 +268,7 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     if (record % kDialRefreshSamples == 0) display_.show_dials(dial_readings(survey_.processing));
     const std::int32_t completed =
         calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
+    follow_residual(survey_);
     const TrackTable track = track_table(store);
     const TrackScene scene = track_scene(survey_);
     plot_track_point(survey_.track_image, scene, record, track.easting[record], track.northing[record]);
@@ -297,8 +294,7 @@ int LoggingDriver::finish_run(int result)
 
 void LoggingDriver::stop_data_logging()
 {
-    stream_.reset();
-    file_length_ = 0;
+    source_.reset();
     state_.replay_running = false;
     state_.load_running = false;
     state_.run_paused = false;
@@ -322,6 +318,9 @@ void LoggingDriver::terminate_data_logging()
     SampleProcessing& run = survey_.processing;
     const auto let_events_happen = [this] { display_.process_events(counters()); };
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
+    if (const std::string refusal = finish_residual(survey_, let_events_happen); !refusal.empty()) {
+        op_.show_warning(WarningAbout::data, refusal);
+    }
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
     let_events_happen();
     build_track_index(track_table(run.store), survey_.track_index, let_events_happen);
@@ -345,6 +344,7 @@ void LoggingDriver::start_pipe_data_logging()
         pick_work_.open_picks_of({}, indexed_track(survey_));
     }
     initialise_data_logging();
+    feed_ = LiveFeed(survey_.header_columns);
     state_.pipe_logging_active = true;
     first_line_checked_ = false;
     live_fault_shown_ = false;

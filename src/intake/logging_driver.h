@@ -1,10 +1,10 @@
 #pragma once
 
+#include "intake/survey_source.h"
 #include "picks/pick_workflow.h"
 #include "ports/operator.h"
 #include "ports/run_display.h"
 #include "survey/survey_state.h"
-#include "text/line_reader.h"
 
 #include <cstdint>
 #include <memory>
@@ -84,6 +84,7 @@ private:
     int resume_run();
     int read_lines();
     int finish_run(int result);
+    SurveySource::Outcome take_next_line(SurveySource& source);
     int process_line(std::string_view line);
     void refuse_line();
     void warn_of_field_count(std::string_view line);
@@ -97,8 +98,9 @@ private:
     RunDisplay& display_;
     State state_;
     RunControls controls_;
-    std::unique_ptr<LineReader> stream_;
-    std::int64_t file_length_ = 0;
+    std::unique_ptr<SurveySource> source_; // of a file run
+    LiveFeed feed_;
+    int line_status_ = 0;  // of the line taken last: 0, or -1 when it was refused
     int replay_delay_ = 0; // milliseconds
     bool first_line_checked_ = false;
     bool starting_ = false;  // start_run prepares a run further up the call stack

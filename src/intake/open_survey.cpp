@@ -17,6 +17,8 @@ void forget_survey(SurveyState& survey, Operator& op)
     survey.locations = FieldLocations();
     survey.pan_range = PanRange();
     survey.track_index.DeleteQuadtree();
+    survey.base.reset();
+    clear_residual(survey.residual);
     start_processing(survey.processing, survey.survey_definitions, survey.locations, survey.parameters);
     clear_track_image(survey.track_image, op);
 }

@@ -130,7 +130,7 @@ std::string fields_request(const SurveyDefinitions& definitions)
     for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
         const std::string& name = definitions.fields[slot].name;
         if (is_unused_name(name)) continue;
-        payload += std::string(payload.empty() ? "" : ",") + kDefaultFieldNames[slot] + ':' + name;
+        payload += std::string(payload.empty() ? "" : ",") + kFieldSlots[slot].name + ':' + name;
     }
     return request_text(kFieldNames, payload);
 }
@@ -188,7 +188,7 @@ void apply_field_names(std::string_view payload, SurveyDefinitions& definitions)
     for (FieldSlot& field : definitions.fields) field.name = "N/A";
     for (const Pair& pair : pairs_of(payload)) {
         for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
-            if (pair.key == upper_case(kDefaultFieldNames[slot])) definitions.fields[slot].name = pair.value;
+            if (pair.key == upper_case(kFieldSlots[slot].name)) definitions.fields[slot].name = pair.value;
         }
     }
 }

@@ -1,47 +1,57 @@
 #pragma once
 
 #include "live/definition_requests.h"
+#include "live/recording_writer.h"
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarvo {
 
-inline constexpr std::uintmax_t kLittleDiskSpace = std::uintmax_t{500} << 20; // bytes: worth a warning below
-
 // A live survey on its way to the disk: a data file with its header and every line appended, the definitions beside it.
-// A thread of its own writes and flushes, at least once a second, so that a slow disk holds up neither the sender nor
-// the window; a crash or a power cut costs the last second at most.
+// Lines that were handed over outlast a crash of this program, and half a second later one of the computer. Nothing
+// here waits for a slow disk, but for the destructor.
 class LiveRecording {
 public:
-    LiveRecording();
-    ~LiveRecording(); // finishes
+    explicit LiveRecording(const RecordingPace& pace = {}) : pace_(pace) {}
     LiveRecording(const LiveRecording&) = delete;
     LiveRecording& operator=(const LiveRecording&) = delete;
+    ~LiveRecording(); // finishes; lines that the disk refuses are lost
 
-    // Creates the two files in the folder, named by date and time. Throws std::runtime_error or std::system_error,
-    // naming the file, when that cannot be done.
+    // Begins with two files in the folder, named by date and time. Where they cannot be made, lines are kept in memory
+    // and it is tried again.
     void start(const std::string& folder, const PortableSurvey& survey);
     void append(std::string_view data_line);
-    void finish(); // everything appended is on the disk afterwards, or a fault tells why not
+    bool hand_over(); // true: the lines appended so far are with the system, or kept for a disk that takes none now
+    void finish();
 
-    bool is_active() const; // lines that are appended now reach the disk, as far as is known
-    const std::string& data_file_name() const { return data_file_name_; } // of the recording at hand or the last one
+    // Another folder for lines that the disk refuses, also for those of recordings that are finished; the same one: now
+    // is a time to try again.
+    void try_again(const std::string& folder);
 
-    // What the operator must know of since the last call: writing has failed, or little space is left. A failure leaves
-    // the lines that were flushed before.
+    bool has_begun() const { return current_ != nullptr; }
+    bool is_active() const;             // lines that are appended now reach the disk, as far as is known
+    bool is_settled();                  // no recording is on, and all are on the disk
+    bool wait_until_settled();          // likewise, after a finish; false: the disk takes no lines
+    void give_up();                     // what is not on the disk is lost
+    std::string data_file_name() const; // of the recording at hand or the last one; it changes when a file vanishes
+
+    // What the operator must know of since the last call: the disk refuses lines or takes them again, a file has
+    // vanished, little space is left.
     std::optional<std::string> take_warning();
 
 private:
-    class Writer;
+    using Writer = std::shared_ptr<RecordingWriter>;
 
-    void keep_warning(const std::optional<std::string>& warning);
+    void keep_warnings_of(RecordingWriter& writer);
 
-    std::unique_ptr<Writer> writer_;
-    std::string data_file_name_;
+    RecordingPace pace_;
+    Writer current_;              // null: no recording is on
+    std::vector<Writer> closing_; // finished, not settled yet
+    std::string last_file_name_;
     std::optional<std::string> warnings_; // not taken yet
 };
 

@@ -1,6 +1,7 @@
 #include "live/live_requests.h"
 
 #include "intake/column_report.h"
+#include "picks/pick_file.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
 #include "text/numbers.h"
@@ -15,6 +16,7 @@ namespace tarvo {
 namespace {
 
 constexpr double kOverdueAge = 5; // seconds without a line
+constexpr auto kPipeLookInterval = std::chrono::seconds(2);
 constexpr std::string_view kDataLineStart = "$GDP0001";
 
 constexpr const char* kOk = "OK";
@@ -102,6 +104,7 @@ void LiveRequests::open_pipe()
         return;
     }
     listening_ = true;
+    pipe_fault_told_ = false;
     display_.show_pipe_caption("Close UDP Pipe");
     display_.empty_echo_box();
     driver_.lock_for_pipe();
@@ -184,14 +187,17 @@ void LiveRequests::apply_definition(int code, std::string_view payload)
 std::string LiveRequests::end_definitions()
 {
     GatheringOperator messages;
-    const int status =
-        locate_header_fields(survey_.header_columns, survey_.survey_definitions, survey_.locations, messages);
+    LiveFeed feed(survey_.header_columns);
+    const std::optional<SourceColumns> columns = open_source(feed, survey_.survey_definitions, messages);
     const bool nothing_located =
-        survey_.locations.located_field_count == 0 && survey_.locations.sensor_channel_count() == 0;
-    if (status < 0 || nothing_located) {
+        !columns || (columns->locations.located_field_count == 0 && columns->locations.sensor_channel_count() == 0);
+    survey_.locations = columns ? columns->locations : FieldLocations();
+    if (nothing_located) {
         op_.show_message("The data definitions are invalid\n" + column_warnings_text(messages.gathered()));
         return kBadHeader;
     }
+    // Before empty names get their defaults, which the header may have as well: what is recorded is what was located.
+    described_ = portable_survey(survey_.header_columns, survey_.survey_definitions);
     set_default_field_names(survey_.survey_definitions);
     start_pipe_data_logging();
     for (const std::string& warning : messages.gathered()) op_.show_warning(WarningAbout::columns, warning);
@@ -224,8 +230,10 @@ void LiveRequests::stop_pipe_data_logging(PipeAfterRun pipe)
 
 void LiveRequests::set_recording_folder(const std::string& folder)
 {
-    if (folder == recording_folder_) return;
+    const bool goes_on = folder == recording_folder_ || (!folder.empty() && status().recording_lost);
     recording_folder_ = folder;
+    if (!folder.empty()) recording_.try_again(folder);
+    if (goes_on) return;
     recording_.finish();
     report_recording();
     if (is_live()) start_recording();
@@ -234,12 +242,17 @@ void LiveRequests::set_recording_folder(const std::string& folder)
 void LiveRequests::start_recording()
 {
     if (recording_folder_.empty()) return;
-    try {
-        recording_.start(recording_folder_, portable_survey(survey_.header_columns, survey_.survey_definitions));
-        move_picks_to(pick_file_name_for(recording_.data_file_name()));
-    } catch (const std::exception& fault) {
-        op_.show_message(std::string("An error occurred while starting the recording: ") + fault.what());
-    }
+    recording_.start(recording_folder_, described_);
+    report_recording();
+}
+
+// A recording has its file when the disk has taken it, and another one when that has vanished.
+void LiveRequests::follow_recorded_file()
+{
+    const std::string file = recording_.data_file_name();
+    if (file.empty() || file == recorded_file_) return;
+    recorded_file_ = file;
+    move_picks_to(pick_file_name_for(file));
 }
 
 // The picks of the recording before stay on the track and in that recording's file; from the next change on they are
@@ -267,9 +280,38 @@ LiveStatus LiveRequests::status()
     return status;
 }
 
+void LiveRequests::look_after()
+{
+    report_recording();
+    look_after_pipe();
+}
+
 void LiveRequests::report_recording()
 {
+    follow_recorded_file();
     if (const std::optional<std::string> warning = recording_.take_warning()) op_.show_message(*warning);
+}
+
+void LiveRequests::look_after_pipe()
+{
+    if (!listening_ || handling_ || clock_() - pipe_looked_after_ < kPipeLookInterval) return;
+    pipe_looked_after_ = clock_();
+    if (endpoint_.is_in_place()) return;
+    const std::optional<PipeFault> fault = endpoint_.listen(kPipeName);
+    if (fault && std::exchange(pipe_fault_told_, true)) return;
+    pipe_fault_told_ = fault.has_value();
+    op_.show_message(fault ? "The pipe's socket is gone, and nobody new can connect: " + fault->text
+                           : "The pipe's socket was removed. Tarvo listens on a new one");
+}
+
+void LiveRequests::leave(Operator& told)
+{
+    endpoint_.close();
+    follow_recorded_file();
+    recording_.finish();
+    write_unsaved_picks(survey_.picks, told);
+    recording_.wait_until_settled();
+    if (const std::optional<std::string> warning = recording_.take_warning()) told.show_message(*warning);
 }
 
 } // namespace tarvo

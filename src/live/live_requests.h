@@ -29,6 +29,7 @@ public:
     virtual ~PipeEndpoint() = default;
     virtual std::optional<PipeFault> listen(const std::string& name) = 0; // nullopt: listening
     virtual void close() = 0;                                             // hangs up on every client
+    virtual bool is_in_place() const = 0; // clients that come now find it; true while it is closed
     virtual int client_count() const = 0;
 };
 
@@ -51,7 +52,7 @@ struct LiveStatus {
     std::optional<double> last_line_age; // seconds; none before the first line of a run
     double run_age = 0;                  // seconds
     std::int64_t lines_rejected = 0;
-    bool recording_lost = false; // the run is to be recorded and is not
+    bool recording_lost = false; // the run is to be recorded, and its lines are in memory only
 
     bool is_overdue() const; // the sender has fallen silent
 };
@@ -76,16 +77,26 @@ public:
     // The reply to one request. Never to be called while another is handled.
     std::string handle_request(std::span<const std::byte> request);
 
-    // Where live runs are recorded; empty: nowhere. A run that is on is recorded from here on, or no longer.
+    // To be asked before the replies to requests that were handled are sent. False: their lines are not with the
+    // system yet, ask again.
+    bool lines_are_kept() { return recording_.hand_over(); }
+
+    // Where live runs are recorded; empty: nowhere. A run that is on is recorded from here on, or no longer; what a
+    // disk refuses goes there.
     void set_recording_folder(const std::string& folder);
+
+    // The end of the program without an operator: hangs up, writes the picks, and waits until the disk has the
+    // recordings or refuses them. The run is not finalised.
+    void leave(Operator& told);
 
     LiveStatus status();
     bool is_listening() const { return listening_; }
     bool is_handling() const { return handling_; } // a request, further up the call stack
-    const LiveRecording& recording() const { return recording_; }
+    LiveRecording& recording() { return recording_; }
 
-    // To be called some times a second: tells what the recording cannot wait to tell.
-    void report_recording();
+    // To be called some times a second: tells what the recording cannot wait to tell, and listens anew where the pipe
+    // has been taken away.
+    void look_after();
 
 private:
     enum class PipeAfterRun { stays_open, closes };
@@ -100,7 +111,10 @@ private:
     void open_pipe();
     void close_pipe();
     void start_recording();
+    void report_recording();
+    void follow_recorded_file();
     void move_picks_to(const std::string& pick_file_name);
+    void look_after_pipe();
     bool is_live() const { return driver_.state().pipe_logging_active; }
 
     SurveyState& survey_;
@@ -110,8 +124,12 @@ private:
     LiveDisplay& display_;
     std::function<LiveClock::time_point()> clock_;
 
+    PortableSurvey described_; // of the run at hand or the last one, with what was located
     LiveRecording recording_;
     std::string recording_folder_;
+    std::string recorded_file_; // that picks are beside
+    LiveClock::time_point pipe_looked_after_;
+    bool pipe_fault_told_ = false;
     LineRate rate_;
     LiveClock::time_point run_begin_;
     std::optional<LiveClock::time_point> last_line_; // when it came

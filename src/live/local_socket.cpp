@@ -60,6 +60,16 @@ void make_private_folder(const std::string& folder)
     if (!S_ISDIR(found.st_mode) || found.st_uid != geteuid() || (found.st_mode & 077) != 0) refuse(folder, EACCES);
 }
 
+// Likewise for a folder that was there before.
+void refuse_folder_of_others(const std::string& path)
+{
+    const std::filesystem::path parent = std::filesystem::path(path).parent_path();
+    const std::string folder = parent.empty() ? "." : parent.string();
+    struct stat found = {};
+    if (stat(folder.c_str(), &found) < 0) refuse(folder);
+    if ((found.st_mode & (S_IWGRP | S_IWOTH)) != 0) refuse("others can write to the folder " + folder, EACCES);
+}
+
 std::string runtime_folder()
 {
     const char* const given = std::getenv("XDG_RUNTIME_DIR");
@@ -96,6 +106,7 @@ std::string pipe_path(const std::string& name)
 
 ListeningSocket listen_at(const std::string& path)
 {
+    refuse_folder_of_others(path);
     ListeningSocket listening;
     const std::string lock_path = path + ".lock";
     listening.lock = Descriptor(open(lock_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
@@ -113,11 +124,30 @@ ListeningSocket listen_at(const std::string& path)
     umask(others);
     if (bound < 0) refuse(path, reason);
     if (listen(listening.socket.number(), kWaitingConnections) < 0) refuse(path);
+    struct stat made = {};
+    if (lstat(path.c_str(), &made) < 0) refuse(path);
+    listening.device = made.st_dev;
+    listening.file = made.st_ino;
     return listening;
+}
+
+bool leads_to(const std::string& path, const ListeningSocket& listening)
+{
+    struct stat found = {};
+    return lstat(path.c_str(), &found) == 0 && found.st_dev == listening.device && found.st_ino == listening.file;
+}
+
+std::uint32_t peer_user(const Descriptor& socket)
+{
+    ucred peer = {};
+    socklen_t size = sizeof peer;
+    if (getsockopt(socket.number(), SOL_SOCKET, SO_PEERCRED, &peer, &size) < 0) refuse("peer of a socket");
+    return peer.uid;
 }
 
 Descriptor connect_to(const std::string& path)
 {
+    refuse_folder_of_others(path);
     Descriptor socket = new_socket(path);
     const sockaddr_un address = address_of(path);
     if (connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) < 0) refuse(path);

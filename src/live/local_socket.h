@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace tarvo {
@@ -26,15 +27,22 @@ private:
 // made or is open to others.
 std::string pipe_path(const std::string& name);
 
+// A folder that others can write to is refused by both: they could put up a pipe of their own there.
+
 // A socket that listens at the path, open to this user only. What a crashed run left there is replaced; while somebody
 // listens the fault is EADDRINUSE. Throws std::system_error.
 struct ListeningSocket {
     Descriptor lock; // held as long as the socket: of two programs that start at once, one gets it
     Descriptor socket;
+    std::uint64_t device = 0; // of the socket's file, and its number there
+    std::uint64_t file = 0;
 };
 ListeningSocket listen_at(const std::string& path);
+bool leads_to(const std::string& path, const ListeningSocket& listening); // whoever connects there, connects to it
 
 // A connection to whoever listens at the path. Throws std::system_error.
 Descriptor connect_to(const std::string& path);
+
+std::uint32_t peer_user(const Descriptor& socket); // user id of the other end. Throws std::system_error.
 
 } // namespace tarvo

@@ -2,10 +2,12 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 namespace tarvo {
 
@@ -22,7 +24,14 @@ bool PipeClient::connect()
 {
     hang_up();
     try {
-        socket_ = connect_to(pipe_path(pipe_name_));
+        Descriptor socket = connect_to(pipe_path(pipe_name_));
+        const std::uint32_t monitor = peer_user(socket);
+        if (monitor != geteuid()) {
+            fault_ = "the monitor runs as user " + std::to_string(monitor) + ", this program as user " +
+                     std::to_string(geteuid()) + ": lines are sent to a monitor of the same user only";
+            return false;
+        }
+        socket_ = std::move(socket);
         return true;
     } catch (const std::system_error& fault) {
         fault_ = fault.what();

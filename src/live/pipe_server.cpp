@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace tarvo {
 
@@ -19,11 +20,13 @@ namespace {
 constexpr std::size_t kMostClients = 500;                      // those above wait for a place
 constexpr std::size_t kMostBytesAtOnce = std::size_t{1} << 16; // of one client in one turn
 
-bool is_this_user(int socket)
+bool is_this_user(const Descriptor& socket)
 {
-    ucred peer = {};
-    socklen_t size = sizeof peer;
-    return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
+    try {
+        return peer_user(socket) == geteuid();
+    } catch (const std::system_error&) {
+        return false;
+    }
 }
 
 Descriptor reserve_descriptor()
@@ -33,8 +36,9 @@ Descriptor reserve_descriptor()
 
 } // namespace
 
-PipeServer::PipeServer(Handler handler)
-    : handler_(std::move(handler)), events_(epoll_create1(EPOLL_CLOEXEC)), reserve_(reserve_descriptor())
+PipeServer::PipeServer(Handler handler, Consent may_reply)
+    : handler_(std::move(handler)), may_reply_(std::move(may_reply)), events_(epoll_create1(EPOLL_CLOEXEC)),
+      reserve_(reserve_descriptor())
 {
     if (!events_.is_open()) throw std::system_error(errno, std::generic_category(), "epoll");
 }
@@ -43,6 +47,8 @@ std::optional<PipeFault> PipeServer::listen(const std::string& name)
 {
     try {
         const std::string path = pipe_path(name);
+        listening_ = ListeningSocket(); // of before, its lock
+        listener_watched_ = false;
         listening_ = listen_at(path);
         path_ = path;
         watch_listener(true);
@@ -56,9 +62,10 @@ void PipeServer::close_all()
 {
     clients_.clear();
     turns_.clear();
+    with_held_reply_.clear();
     listener_watched_ = false;
     listening_.socket.reset();
-    if (!path_.empty()) unlink(path_.c_str());
+    if (!path_.empty() && is_in_place()) unlink(path_.c_str());
     path_.clear();
     listening_.lock.reset();
 }
@@ -69,13 +76,16 @@ bool PipeServer::serve(std::chrono::milliseconds time)
     const BusyFlag busy(serving_);
     const auto deadline = std::chrono::steady_clock::now() + time;
     do {
+        if (!release_replies()) return true;
         wait_for_events();
-        if (turns_.empty()) break;
-        const ClientId next = turns_.front();
-        turns_.pop_front();
-        answer_next(next);
-    } while (std::chrono::steady_clock::now() < deadline);
-    return !turns_.empty();
+        answer_those_in_line(deadline);
+    } while (!with_held_reply_.empty() && std::chrono::steady_clock::now() < deadline);
+    return !release_replies() || !turns_.empty();
+}
+
+bool PipeServer::is_in_place() const
+{
+    return path_.empty() || leads_to(path_, listening_);
 }
 
 void PipeServer::wait_for_events()
@@ -91,7 +101,7 @@ void PipeServer::wait_for_events()
         }
         Client& client = clients_.at(id);
         if (!client.unsent.empty()) send_reply(client);
-        if ((found.events & ~std::uint32_t{EPOLLOUT}) != 0) receive(client);
+        if ((found.events & ~std::uint32_t{EPOLLOUT}) != 0) receive(id, client);
         settle(id);
     }
 }
@@ -104,7 +114,7 @@ void PipeServer::accept_clients()
             if ((errno != EMFILE && errno != ENFILE) || !turn_away_client()) return;
             continue;
         }
-        if (!is_this_user(socket.number())) continue;
+        if (!is_this_user(socket)) continue;
         const ClientId id = ++newest_client_;
         Client& client = clients_[id];
         client.socket = std::move(socket);
@@ -135,7 +145,7 @@ void PipeServer::watch_listener(bool wanted)
     listener_watched_ = wanted;
 }
 
-void PipeServer::receive(Client& client)
+void PipeServer::receive(ClientId id, Client& client)
 {
     if (client.stands_in_line || client.requests.is_ended() || client.is_refused) return;
     std::array<char, kMostBytesAtOnce> bytes;
@@ -145,15 +155,24 @@ void PipeServer::receive(Client& client)
     } else if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
         client.requests.end();
     }
-    refuse_if_too_long(client);
+    refuse_if_too_long(id, client);
 }
 
-void PipeServer::refuse_if_too_long(Client& client)
+void PipeServer::refuse_if_too_long(ClientId id, Client& client)
 {
     if (client.is_refused || !client.requests.is_too_long()) return;
     client.is_refused = true;
-    client.unsent += "Invalid Request\n";
-    send_reply(client);
+    hold_reply(id, client, "Invalid Request\n");
+}
+
+void PipeServer::answer_those_in_line(std::chrono::steady_clock::time_point deadline)
+{
+    while (!turns_.empty()) {
+        const ClientId next = turns_.front();
+        turns_.pop_front();
+        answer_next(next);
+        if (std::chrono::steady_clock::now() >= deadline) return;
+    }
 }
 
 // The handler may close the pipe, or listen anew: afterwards the client is looked for again.
@@ -171,11 +190,32 @@ void PipeServer::answer_next(ClientId id)
     const auto still_there = clients_.find(id);
     if (still_there == clients_.end()) return;
     Client& client = still_there->second;
-    client.unsent = std::move(reply);
-    if (by_line_feed) client.unsent += '\n';
-    send_reply(client);
-    refuse_if_too_long(client);
+    if (by_line_feed) reply += '\n';
+    hold_reply(id, client, reply);
+    refuse_if_too_long(id, client);
     settle(id);
+}
+
+void PipeServer::hold_reply(ClientId id, Client& client, std::string_view reply)
+{
+    client.held += reply;
+    with_held_reply_.push_back(id);
+}
+
+// False: they have to wait.
+bool PipeServer::release_replies()
+{
+    if (with_held_reply_.empty()) return true;
+    if (may_reply_ && !may_reply_()) return false;
+    for (const ClientId id : std::exchange(with_held_reply_, {})) {
+        const auto found = clients_.find(id);
+        if (found == clients_.end() || found->second.held.empty()) continue;
+        Client& client = found->second;
+        client.unsent += std::exchange(client.held, {});
+        send_reply(client);
+        settle(id);
+    }
+    return true;
 }
 
 void PipeServer::send_reply(Client& client)
@@ -201,7 +241,7 @@ void PipeServer::settle(ClientId id)
     Client& client = clients_.at(id);
     const bool has_request = !client.is_refused && client.requests.has_request();
     const bool is_done = client.is_refused || (client.requests.is_ended() && !has_request);
-    if (is_done && client.unsent.empty()) {
+    if (is_done && client.unsent.empty() && client.held.empty()) {
         clients_.erase(id);
         watch_listener(true);
         return;

@@ -167,6 +167,13 @@ int write_pick_file(PickList& picks, Operator& op)
     }
 }
 
+int write_unsaved_picks(PickList& picks, Operator& op)
+{
+    if (!picks.is_unsaved) return 0;
+    if (picks.pick_file_name.empty()) picks.pick_file_name = picks.offered_file_name;
+    return write_pick_file(picks, op);
+}
+
 std::string pick_file_text(const PickList& picks)
 {
     std::string text = std::string(kFirstWords) + " V1.0\r\n";

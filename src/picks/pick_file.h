@@ -32,6 +32,10 @@ PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& 
 // `known_file` says, is first kept beside it as NAME.unreadable or NAME.changed, and the operator is told.
 int write_pick_file(PickList& picks, Operator& op);
 
+// For the end of the program without an operator to ask: changes that are in no file go into the list's own, or the one
+// that would be offered.
+int write_unsaved_picks(PickList& picks, Operator& op);
+
 KnownFile known_file(const std::string& path);
 
 std::string pick_file_text(const PickList& picks);

@@ -18,6 +18,8 @@ struct ProcessingParameters {
     bool CarryClosingSample = false;       // the sample that closes a bin starts the next one
     bool CircularHeading = false;          // headings of a bin are averaged on the circle
     bool CompassHeading = false;           // headings count clockwise from north
+    bool SpikeFilter = false;              // single wild readings are left out of the residual
+    double ResidualWindow = 0;             // metres along the track; 0: by the altitude
 
     bool operator==(const ProcessingParameters&) const = default;
 };

@@ -21,14 +21,13 @@ double slot_multiplier(int slot, const SurveyDefinitions& definitions)
 {
     const double depth_factor = applied_factor(definitions.depth_scale);
     const double depth_sign = definitions.flip_depth_sign == 1 ? -1.0 : 1.0;
-    switch (slot) {
-    case kEast:
-    case kNorth: return applied_factor(definitions.coordinate_scale);
-    case kDepth:
-    case kDem: return depth_sign * depth_factor;
-    case kElevation: return depth_factor;
-    default: return 1.0;
+    switch (field_slot(slot).factor) {
+    case SlotFactor::none: break;
+    case SlotFactor::coordinate_scale: return applied_factor(definitions.coordinate_scale);
+    case SlotFactor::depth_scale: return depth_factor;
+    case SlotFactor::signed_depth_scale: return depth_sign * depth_factor;
     }
+    return 1.0;
 }
 
 void plan_field_slots(ProcessingPlan& plan, const SurveyDefinitions& definitions, const FieldLocations& locations)

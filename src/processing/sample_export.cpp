@@ -12,7 +12,6 @@ namespace {
 
 constexpr std::size_t kBlock = 1 << 16;
 constexpr std::int32_t kRecordsPerReport = 4096;
-constexpr FieldSlotIndex kExportedSlots[] = {kEast, kNorth, kDepth, kElevation, kDem, kHeading, kPitch, kRoll};
 
 void append_whole(std::string& text, std::int64_t value)
 {
@@ -40,7 +39,10 @@ void append_sensor_value(std::string& text, double value)
 
 std::string samples_header(const SampleStore& store)
 {
-    std::string header = "record,line,time,distance,east,north,depth,elevation,dem,heading,pitch,roll";
+    std::string header = "record,line,time,distance";
+    for (const FieldSlotTraits& slot : kFieldSlots) {
+        if (slot.sample_column != nullptr) header += std::string(1, ',') + slot.sample_column;
+    }
     for (int sensor = 1; sensor <= store.number_of_sensors(); ++sensor) {
         const std::string prefix = ",s" + std::to_string(sensor) + "_";
         header += prefix + "total";
@@ -73,7 +75,9 @@ void append_record(std::string& text, const SampleStore& store, double line_numb
     text += format_fixed(seconds_since_1970(store.record_time[record]), 4);
     text += ',';
     append_number(text, store.distance[record]);
-    for (const FieldSlotIndex slot : kExportedSlots) append_channel(text, store.channel(slot, record));
+    for (const FieldSlotTraits& slot : kFieldSlots) {
+        if (slot.sample_column != nullptr) append_channel(text, store.channel(slot.slot, record));
+    }
     for (std::size_t sensor = 1; sensor < store.sensors.size(); ++sensor) {
         append_sensor(text, store, store.sensors[sensor], record);
     }

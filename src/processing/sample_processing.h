@@ -25,7 +25,7 @@ using ChannelArray = std::array<double, number_of_field_slots + 1>; // by field 
 // The data line at hand, as numbers. Channels that the survey does not have are kNull throughout.
 struct CurrentSample {
     std::int64_t SampleTime = 0; // ten-thousandths of a second since 1970-01-01
-    ChannelArray ChannelValues = {kNull, kNull, kNull, kNull, kNull, kNull, kNull, kNull, kNull, kNull, kNull};
+    ChannelArray ChannelValues = for_every_slot(kNull);
     std::vector<double> SensorValues; // by sensor channel, from 1
     double LineNumberFromData = kNull;
 };

@@ -58,11 +58,12 @@ void reset_sample_store(SampleStore& store, const SurveyDefinitions& definitions
     store.components_per_sensor = definitions.components_per_sensor;
     store.track_follows_sensor =
         definitions.read_sensor_location == 1 && !(locations.has(kEast) && locations.has(kNorth));
+    store.dem_from_column = locations.has(kDem);
     store.sensors.resize(definitions.sensors.size());
     for (int slot = 1; slot <= number_of_field_slots; ++slot) {
         const bool located = locations.column[static_cast<std::size_t>(slot)] >= 0;
         const bool derived = slot == kDem && locations.derived_dem;
-        if (located || derived || slot == kEast || slot == kNorth) store.stored_slots.push_back(slot);
+        if (located || derived || field_slot(slot).kind == SlotKind::coordinate) store.stored_slots.push_back(slot);
     }
     reserve_records(store, 1);
 }

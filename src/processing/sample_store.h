@@ -27,6 +27,7 @@ struct SampleStore {
     std::int32_t RecordCount = 0;
     std::int32_t components_per_sensor = 1;
     bool track_follows_sensor = false; // the track is sensor 1's: the fish has no position of its own
+    bool dem_from_column = false;      // the DEM is the data's own, not derived from Depth and Elevation
 
     RecordValues record_time;                                     // days since 1899-12-30
     RecordValues distance;                                        // metres along the track

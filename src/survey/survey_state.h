@@ -10,6 +10,7 @@
 #include "picks/quadtree.h"
 #include "processing/gradients.h"
 #include "processing/processing_parameters.h"
+#include "processing/residual.h"
 #include "processing/sample_processing.h"
 #include "processing/track_skip.h"
 
@@ -34,6 +35,9 @@ struct SurveyState {
     FieldLocations locations;
     SampleProcessing processing;
     GradientFilters filters;
+    ResidualField residual;          // made when somebody wants it: see survey_residual.h
+    bool wants_residual = false;     // for more than its own settings and a base station
+    std::optional<BaseStation> base; // of this survey
     cQuadTree track_index; // of the finished track
     TrackImage track_image;
 

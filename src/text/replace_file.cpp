@@ -1,12 +1,15 @@
 #include "text/replace_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
+#include <vector>
 
 #if __has_include(<unistd.h>)
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 #endif
 
@@ -60,6 +63,11 @@ std::string process_suffix()
     return "." + std::to_string(getpid());
 }
 
+bool is_running(long process)
+{
+    return kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM;
+}
+
 bool flush_to_disk(std::FILE* file)
 {
     return std::fflush(file) == 0 && fsync(fileno(file)) == 0;
@@ -82,6 +90,11 @@ std::string process_suffix()
     return {};
 }
 
+bool is_running(long)
+{
+    return true;
+}
+
 bool flush_to_disk(std::FILE* file)
 {
     return std::fflush(file) == 0;
@@ -91,12 +104,38 @@ void flush_folder(const fs::path&) {}
 
 #endif
 
-// Two programs that write the same file have a temporary each; one left behind by a crash has no owner any more when
-// the same process number comes again.
+constexpr std::string_view kTemporaryEnd = ".tmp";
+
+// Two programs that write the same file have a temporary each.
 fs::path temporary_name(fs::path target)
 {
-    target += process_suffix() + ".tmp";
+    target += process_suffix();
+    target += kTemporaryEnd;
     return target;
+}
+
+// Whether a name is that of a temporary of the target whose process has ended.
+bool is_left_behind(std::string_view name, const std::string& target_name)
+{
+    if (!name.starts_with(target_name + '.') || !name.ends_with(kTemporaryEnd)) return false;
+    name.remove_prefix(target_name.size() + 1);
+    name.remove_suffix(std::min(name.size(), kTemporaryEnd.size()));
+    const bool is_number = !name.empty() && name.find_first_not_of("0123456789") == std::string_view::npos;
+    return is_number && name.size() < 10 && !is_running(std::stol(std::string(name)));
+}
+
+// What writes left that were killed before their end.
+void remove_left_behind(const fs::path& target)
+{
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    std::error_code ignored;
+    std::vector<fs::path> found;
+    for (fs::directory_iterator entry(folder, ignored); entry != fs::directory_iterator(); entry.increment(ignored)) {
+        if (is_left_behind(entry->path().filename().string(), target.filename().string())) {
+            found.push_back(entry->path());
+        }
+    }
+    for (const fs::path& temporary : found) fs::remove(temporary, ignored);
 }
 
 } // namespace
@@ -104,6 +143,7 @@ fs::path temporary_name(fs::path target)
 FileReplacement::FileReplacement(const std::string& path) : target_(resolved_links(path))
 {
     refuse_what_cannot_be_replaced(target_);
+    remove_left_behind(target_);
     temporary_ = temporary_name(target_);
     std::error_code ignored;
     fs::remove(temporary_, ignored);
@@ -126,9 +166,10 @@ void FileReplacement::write(std::string_view bytes)
     if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) refuse(target_, last_error());
 }
 
-void FileReplacement::commit()
+void FileReplacement::commit(FlushFile flush)
 {
-    if (!flush_to_disk(file_.get())) refuse(target_, last_error());
+    const bool is_written = flush == FlushFile::now ? flush_to_disk(file_.get()) : std::fflush(file_.get()) == 0;
+    if (!is_written) refuse(target_, last_error());
     if (std::fclose(file_.release()) != 0) refuse(target_, last_error());
 
     std::error_code ignored; // the old file may not exist, a file system may have no mode bits
@@ -139,7 +180,14 @@ void FileReplacement::commit()
     fs::rename(temporary_, target_, reason);
     if (reason) refuse(target_, reason);
     temporary_.clear();
-    flush_folder(target_);
+    if (flush == FlushFile::now) flush_folder(target_);
+}
+
+void flush_file(const std::string& path)
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+    if (file) flush_to_disk(file.get());
+    flush_folder(path);
 }
 
 void replace_file(const std::string& path, std::string_view bytes)

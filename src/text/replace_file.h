@@ -8,6 +8,11 @@
 
 namespace tarvo {
 
+enum class FlushFile {
+    now,
+    later // by flush_file(); until then a power cut may cost the new content, a crash of this program does not
+};
+
 // Writes a file so that whoever opens it, also after a crash, a power cut or a full disk, finds the old content or the
 // new one, whole: the bytes go to a temporary name in the same folder, are flushed to the disk and renamed over the old
 // file by commit(). Until then the old file is untouched; a replacement that is not committed removes its temporary.
@@ -22,8 +27,8 @@ public:
     FileReplacement& operator=(const FileReplacement&) = delete;
     ~FileReplacement();
 
-    void write(std::string_view bytes); // buffered: a full disk may show at a later write or at commit()
-    void commit();                      // the last call
+    void write(std::string_view bytes);            // buffered: a full disk may show at a later write or at commit()
+    void commit(FlushFile flush = FlushFile::now); // the last call
 
 private:
     struct CloseFile {
@@ -36,6 +41,9 @@ private:
 
 // The same in one call.
 void replace_file(const std::string& path, std::string_view bytes);
+
+// Makes a file's content and name outlast a power cut, as far as the system can.
+void flush_file(const std::string& path);
 
 // Keeps a copy of a file that is about to be replaced though its contents are known to nobody: beside it, as
 // NAME.suffix (NAME.suffix2 and so on when there is one already). Returns the copy's name.

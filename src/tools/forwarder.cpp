@@ -31,6 +31,7 @@ ForwardEnd Forwarder::run()
     while (connect_when_possible()) {
         Outcome outcome = send_definitions();
         if (outcome == Outcome::refused) return end_run(ForwardEnd::definitions_refused);
+        tell_of_losses();
         if (outcome == Outcome::done) outcome = send_lines();
         if (outcome == Outcome::done) return end_run(stopped_ ? ForwardEnd::stopped : ForwardEnd::complete);
         if (!stopped_) say_("The monitor has hung up");
@@ -55,6 +56,14 @@ bool Forwarder::connect_when_possible()
         pause_before_retry();
     }
     return false;
+}
+
+void Forwarder::tell_of_losses()
+{
+    const std::int64_t lost = lines_.lines_lost() - losses_told_;
+    if (lost == 0) return;
+    losses_told_ += lost;
+    say_(std::to_string(lost) + " lines were lost: they came in while nobody took them");
 }
 
 void Forwarder::pause_before_retry()
@@ -138,6 +147,8 @@ std::optional<std::string> Forwarder::exchange(std::string_view request)
 // Returns when something has happened, or at the time at the latest.
 void Forwarder::wait_until(Clock::time_point time)
 {
+    const std::optional<Clock::time_point> collecting = lines_.deadline();
+    if (collecting) time = std::min(time, *collecting);
     int timeout = -1;
     if (time != Clock::time_point::max()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now()).count();
@@ -147,7 +158,7 @@ void Forwarder::wait_until(Clock::time_point time)
                                       {lines_.descriptor(), POLLIN, 0},
                                       {stopped_ ? -1 : stop_descriptor_, POLLIN, 0}}};
     if (poll(watched.data(), watched.size(), timeout) < 0) return; // interrupted
-    if (watched[1].revents != 0) lines_.collect();
+    if (watched[1].revents != 0 || (collecting && Clock::now() >= *collecting)) lines_.collect();
     if (watched[2].revents != 0) stopped_ = true;
     if (watched[0].revents != 0) pipe_.work();
 }
@@ -155,6 +166,7 @@ void Forwarder::wait_until(Clock::time_point time)
 ForwardEnd Forwarder::end_run(ForwardEnd how)
 {
     if (how != ForwardEnd::definitions_refused) exchange(request_text(kEndOfLiveData, ""));
+    lines_.collect();
     counts_.lost = lines_.lines_lost() + lines_.lines_waiting();
     pipe_.hang_up();
     return how;

@@ -39,6 +39,7 @@ private:
     enum class Outcome { done, hung_up, refused };
 
     bool connect_when_possible();
+    void tell_of_losses();
     void pause_before_retry();
     Outcome send_definitions();
     Outcome send_lines();
@@ -56,6 +57,7 @@ private:
     std::function<void(const std::string&)> say_;
     ForwardCounts counts_;
     Clock::time_point next_turn_;
+    std::int64_t losses_told_ = 0;
     bool was_answered_ = false; // on this connection
     bool stopped_ = false;
 };

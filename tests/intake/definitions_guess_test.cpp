@@ -16,7 +16,7 @@ std::string summary(const SurveyDefinitions& definitions)
     std::string text;
     for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
         const std::string& name = definitions.fields[slot].name;
-        if (name != "N/A") text += std::string(kDefaultFieldNames[slot]) + "=" + name + " ";
+        if (name != "N/A") text += std::string(kFieldSlots[slot].name) + "=" + name + " ";
     }
     for (std::size_t number = 1; number < definitions.sensors.size(); ++number) {
         const SensorDefinition& sensor = definitions.sensors[number];

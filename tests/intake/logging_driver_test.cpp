@@ -33,7 +33,7 @@ struct DriverTest : testing::Test {
         survey.data_file_name = folder.write("line.csv", text);
         SurveyDefinitions definitions;
         for (const std::size_t slot : std::initializer_list<std::size_t>{kTime, kEast, kNorth, kDepth}) {
-            definitions.fields[slot].name = kDefaultFieldNames[slot];
+            definitions.fields[slot].name = kFieldSlots[slot].name;
         }
         definitions.sensors[1].component_columns[1] = "M1";
         write_definitions(folder.path("line.def"), definitions, 1, op);

@@ -192,6 +192,46 @@ TEST(ListenButton, OpensAndClosesThePipe)
                 monitor.controls().file_controls_enabled);
 }
 
+TEST(ListenButton, ASocketThatIsRemovedIsMadeAnewAndToldOnce)
+{
+    LiveMonitor monitor;
+    monitor.live.Command_UDP_receive();
+    const auto look = [&monitor] {
+        monitor.op.messages.clear();
+        monitor.now += std::chrono::seconds(5);
+        monitor.live.look_after();
+        return monitor.op.messages.empty() ? "" : monitor.op.messages[0];
+    };
+    EXPECT_EQ(look(), "");
+    monitor.fake_pipe.in_place = false;
+    monitor.fake_pipe.fault = PipeFault{13, "no folder"};
+    EXPECT_EQ(look(), "The pipe's socket is gone, and nobody new can connect: no folder");
+    EXPECT_EQ(look(), "");
+    monitor.fake_pipe.fault.reset();
+    EXPECT_EQ(look(), "The pipe's socket was removed. Tarvo listens on a new one");
+    monitor.fake_pipe.in_place = true;
+    EXPECT_EQ(look(), "");
+}
+
+TEST(LeavingWithoutAnOperator, KeepsLinesAndPicksAndHangsUp)
+{
+    const TestFolder folder;
+    LiveMonitor monitor;
+    monitor.live.set_recording_folder(folder.path("r"));
+    monitor.live.Command_UDP_receive();
+    monitor.begin_run();
+    monitor.send_line(1);
+    append_pick(monitor.monitor.survey.picks, {"Wreck 1"});
+    monitor.monitor.survey.picks.is_unsaved = true;
+    monitor.live.leave(monitor.op);
+    EXPECT_EQ(monitor.fake_pipe.name, "");
+    const std::string file = monitor.live.recording().data_file_name();
+    EXPECT_EQ(std::filesystem::file_size(file),
+              std::string("time,east,north,depth,mag\r\n1.0,101,200,5,48000.5\r\n").size());
+    EXPECT_TRUE(std::filesystem::exists(pick_file_name_for(file)));
+    EXPECT_TRUE(monitor.op.questions.empty());
+}
+
 TEST(ListenButton, EndsTheFileRunThatItIsPressedIn)
 {
     const TestFolder folder;

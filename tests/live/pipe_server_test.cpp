@@ -1,5 +1,6 @@
 #include "live/pipe_server.h"
 
+#include "live/pipe_client.h"
 #include "test_folder.h"
 
 #include <poll.h>
@@ -215,6 +216,65 @@ TEST_F(PipeServerTest, TheHandlerMayCloseThePipe)
     const Descriptor next = client();
     send_bytes(next, "c\n");
     EXPECT_EQ(received(next), "<c>\n");
+}
+
+TEST_F(PipeServerTest, RepliesWaitForConsentWhichIsAskedOncePerPass)
+{
+    server.close();
+    int asked = 0;
+    bool consent = false;
+    PipeServer asking([](std::span<const std::byte>) { return "done"; },
+                      [&] {
+                          ++asked;
+                          return consent;
+                      });
+    EXPECT_FALSE(asking.listen(path));
+    const Descriptor one = connect_to(path);
+    const Descriptor other = connect_to(path);
+    send_bytes(one, "a\nb\nc\n");
+    send_bytes(other, "d\n");
+    EXPECT_FALSE(asking.serve(1000ms)) << "they connect";
+    EXPECT_TRUE(asking.serve(1000ms)) << "replies are left";
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(received(one) + received(other), "");
+    consent = true;
+    EXPECT_FALSE(asking.serve(1000ms));
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(received(one), "done\ndone\ndone\n");
+    EXPECT_EQ(received(other), "done\n");
+}
+
+TEST_F(PipeServerTest, KnowsWhenItsSocketIsGoneAndListensAnew)
+{
+    const Descriptor early = client();
+    EXPECT_TRUE(server.is_in_place());
+    std::filesystem::remove(path);
+    EXPECT_FALSE(server.is_in_place());
+    EXPECT_FALSE(server.listen(path));
+    EXPECT_TRUE(server.is_in_place());
+    const Descriptor late = client();
+    for (const Descriptor* const sender : {&early, &late}) {
+        send_bytes(*sender, "a\n");
+        EXPECT_EQ(received(*sender), "<a>\n");
+    }
+    std::filesystem::remove(path);
+    folder.write("pipe", "another's");
+    server.close();
+    EXPECT_EQ(folder.read("pipe"), "another's");
+}
+
+TEST_F(PipeServerTest, AFolderThatOthersCanWriteToIsRefused)
+{
+    namespace fs = std::filesystem;
+    fs::permissions(folder.path(""), fs::perms::group_write, fs::perm_options::add);
+    const std::string reason = "others can write to the folder " + fs::path(path).parent_path().string();
+    PipeServer second([](std::span<const std::byte>) { return ""; });
+    const std::optional<PipeFault> fault = second.listen(folder.path("other"));
+    ASSERT_TRUE(fault);
+    EXPECT_TRUE(fault->text.starts_with(reason)) << fault->text;
+    PipeClient forwarding(path);
+    EXPECT_FALSE(forwarding.connect());
+    EXPECT_TRUE(forwarding.fault().starts_with(reason)) << forwarding.fault();
 }
 
 TEST_F(PipeServerTest, OneListensAtATime)

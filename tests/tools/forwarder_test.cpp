@@ -11,6 +11,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <thread>
 
@@ -197,6 +198,59 @@ TEST(ForwardedDatagrams, BecomeLines)
     EXPECT_EQ(monitor.monitor.run().lines_rejected, 1);
     forwarder.stop();
     monitor.serve_until([&] { return forwarder.ended.load(); });
+}
+
+TEST(ForwardedDatagrams, LinesOfOneSenderAreJoinedOnceItEndsThem)
+{
+    struct Step {
+        int sender;
+        int milliseconds; // before it
+        const char* datagram;
+    };
+    struct Case {
+        const char* label;
+        std::vector<Step> steps;
+        std::string lines; // "|" behind each
+        int unfinished;
+    };
+    const Case cases[] = {
+        {"no line feeds at all", {{0, 0, "a"}, {0, 0, "b"}}, "a|b|", 0},
+        {"a line in two", {{0, 0, "a\n"}, {0, 0, "b,"}, {0, 999, "c\r\n"}}, "a|b,c|", 0},
+        {"in three, with more", {{0, 0, "a\n"}, {0, 0, "b\nc"}, {0, 600, "d"}, {0, 300, "e\nf\n"}}, "a|b|cde|f|", 0},
+        {"a second is over", {{0, 0, "a\n"}, {0, 0, "b"}, {0, 1000, "c\n"}}, "a|b|c|", 0},
+        {"of two senders", {{0, 0, "a\n"}, {1, 0, "x"}, {0, 0, "b"}, {1, 0, "y"}, {0, 0, "c\n"}}, "a|x|y|bc|", 0},
+        {"nothing follows yet", {{0, 0, "a\n"}, {0, 0, "b"}, {1, 999, "x"}}, "a|x|", 1},
+        {"nothing follows", {{0, 0, "a\n"}, {0, 0, "b"}, {1, 1000, "x"}}, "a|x|b|", 0},
+    };
+    for (const Case& c : cases) {
+        const sockaddr_in address = free_port();
+        LiveClock::time_point now = LiveClock::time_point(1h);
+        UdpLines lines("127.0.0.1", ntohs(address.sin_port), [&now] { return now; });
+        const std::array senders = {Descriptor(socket(AF_INET, SOCK_DGRAM, 0)),
+                                    Descriptor(socket(AF_INET, SOCK_DGRAM, 0))};
+        std::string found;
+        for (const Step& step : c.steps) {
+            now += std::chrono::milliseconds(step.milliseconds);
+            send_datagram(senders.at(static_cast<std::size_t>(step.sender)), step.datagram, address);
+            lines.collect();
+            for (; lines.line(); lines.drop_line()) found += std::string(*lines.line()) + '|';
+        }
+        EXPECT_EQ(found, c.lines) << c.label;
+        EXPECT_EQ(lines.lines_waiting(), c.unfinished) << c.label;
+        EXPECT_EQ(lines.deadline().has_value(), c.unfinished > 0) << c.label;
+    }
+}
+
+TEST(ForwardedDatagrams, ThoseThatTheSystemDroppedAreLost)
+{
+    const sockaddr_in address = free_port();
+    UdpLines lines("127.0.0.1", ntohs(address.sin_port));
+    const Descriptor sender(socket(AF_INET, SOCK_DGRAM, 0));
+    constexpr std::int64_t kSent = 1000; // 60 MB
+    for (std::int64_t line = 0; line < kSent; ++line) send_datagram(sender, std::string(60'000, 'x'), address);
+    lines.collect();
+    EXPECT_EQ(lines.lines_waiting() + lines.lines_lost(), kSent);
+    EXPECT_GT(lines.lines_lost(), 0);
 }
 
 TEST(ForwardedDatagrams, WaitingLinesAreBoundedAndTheNewestAreKept)

@@ -8,8 +8,9 @@ constexpr auto kTimeSlice = std::chrono::milliseconds(8); // of the event loop; 
 
 } // namespace
 
-PipeService::PipeService(PipeServer::Handler handler, QObject* parent)
-    : QObject(parent), server_(std::move(handler)), notifier_(server_.descriptor(), QSocketNotifier::Read)
+PipeService::PipeService(PipeServer::Handler handler, PipeServer::Consent may_reply, QObject* parent)
+    : QObject(parent), server_(std::move(handler), std::move(may_reply)),
+      notifier_(server_.descriptor(), QSocketNotifier::Read)
 {
     again_.setSingleShot(true);
     again_.setInterval(0);

@@ -13,7 +13,7 @@ class PipeService : public QObject {
     Q_OBJECT
 
 public:
-    explicit PipeService(PipeServer::Handler handler, QObject* parent = nullptr);
+    PipeService(PipeServer::Handler handler, PipeServer::Consent may_reply, QObject* parent = nullptr);
 
     PipeServer& server() { return server_; }
 
@@ -22,7 +22,7 @@ private:
 
     PipeServer server_;
     QSocketNotifier notifier_;
-    QTimer again_; // requests are left, other events have their turn first
+    QTimer again_; // requests or replies are left, other events have their turn first
 };
 
 } // namespace tarvo

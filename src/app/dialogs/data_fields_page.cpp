@@ -15,7 +15,7 @@ namespace tarvo {
 
 namespace {
 
-QString hint_of_slot(std::size_t slot)
+QString hint_of_slot(FieldSlotIndex slot)
 {
     switch (slot) {
     case kTime: return DataFieldsPage::tr("Seconds, growing from line to line. Lines without it are rejected.");
@@ -28,8 +28,9 @@ QString hint_of_slot(std::size_t slot)
     case kHeading: return DataFieldsPage::tr("Heading of the fish in degrees");
     case kPitch: return DataFieldsPage::tr("Pitch of the fish in degrees");
     case kRoll: return DataFieldsPage::tr("Roll of the fish in degrees");
-    default: return DataFieldsPage::tr("Survey line number: a new number begins a new line");
+    case kLine: return DataFieldsPage::tr("Survey line number: a new number begins a new line");
     }
+    return {};
 }
 
 QGroupBox* group_of(const QString& title, QLayout* layout)
@@ -61,9 +62,9 @@ QLayout* DataFieldsPage::column_rows(QStringListModel* names)
     auto* const rows = new QFormLayout;
     for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
         auto* const box = new ColumnBox(QStringLiteral("Text_locations_column_%1").arg(slot), names);
-        box->setToolTip(hint_of_slot(slot) + tr("\nN/A: the data do not have it."));
+        box->setToolTip(hint_of_slot(kFieldSlots[slot].slot) + tr("\nN/A: the data do not have it."));
         connect(box, &QComboBox::currentTextChanged, this, &DataFieldsPage::edited);
-        rows->addRow(to_qt(kDefaultFieldNames[slot]), box);
+        rows->addRow(to_qt(kFieldSlots[slot].name), box);
         columns_[slot] = box;
     }
     return rows;

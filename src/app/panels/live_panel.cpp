@@ -63,7 +63,8 @@ void LiveOperator::show_message(const std::string& text)
 
 LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& settings, QWidget* parent)
     : QWidget(parent), settings_(settings), op_(this),
-      pipe_([this](std::span<const std::byte> request) { return requests_.handle_request(request); }),
+      pipe_([this](std::span<const std::byte> request) { return requests_.handle_request(request); },
+            [this] { return requests_.lines_are_kept(); }),
       requests_(survey, driver, op_, pipe_.server(), *this), button_(new QPushButton(tr("Listen for UDP"))),
       status_(new QLabel), recording_(new QLabel), echo_switch_(new QToolButton), echo_(new QPlainTextEdit),
       record_(new QAction(tr("Record li&ve data"), this)),
@@ -114,7 +115,7 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
     });
     connect(choose_folder_, &QAction::triggered, this, &LivePanel::choose_recording_folder);
     connect(&status_timer_, &QTimer::timeout, this, [this] {
-        requests_.report_recording();
+        requests_.look_after();
         show_status();
     });
     show_echo_box();
@@ -166,12 +167,45 @@ void LivePanel::show_status()
     status_->setText(to_qt(live_status_text(status)));
     show_alarm(*status_, status.is_overdue());
     show_recording(status.recording_lost);
-    if (!requests_.is_listening()) status_timer_.stop();
+    if (!requests_.is_listening() && requests_.recording().is_settled()) status_timer_.stop();
+}
+
+bool LivePanel::is_settled_or_wait()
+{
+    if (requests_.recording().is_settled()) return true;
+    if (wait_box_ != nullptr) return false;
+    wait_box_ =
+        new QMessageBox(QMessageBox::Information, QStringLiteral("Tarvo"),
+                        tr("The disk has not taken the last lines of the recording yet. Tarvo ends when it has."),
+                        QMessageBox::NoButton, window());
+    wait_box_->setObjectName(QStringLiteral("Box_recording_wait"));
+    wait_box_->setTextFormat(Qt::PlainText);
+    wait_box_->setAttribute(Qt::WA_DeleteOnClose);
+    wait_box_->addButton(tr("End without them"), QMessageBox::DestructiveRole)
+        ->setObjectName(QStringLiteral("Command_end_without"));
+    wait_box_->addButton(tr("Go on working"), QMessageBox::RejectRole);
+    connect(wait_box_, &QMessageBox::buttonClicked, this, [this](QAbstractButton* button) {
+        const bool ends = wait_box_->buttonRole(button) == QMessageBox::DestructiveRole;
+        wait_box_ = nullptr;
+        if (ends) requests_.recording().give_up();
+        if (ends) emit settled();
+    });
+    auto* const look = new QTimer(wait_box_);
+    connect(look, &QTimer::timeout, this, [this] {
+        if (!requests_.recording().is_settled()) return;
+        wait_box_->close();
+        wait_box_ = nullptr;
+        emit settled();
+    });
+    look->start(kStatusInterval);
+    wait_box_->setModal(false);
+    wait_box_->show();
+    return false;
 }
 
 void LivePanel::show_recording(bool is_lost)
 {
-    const LiveRecording& recording = requests_.recording();
+    LiveRecording& recording = requests_.recording();
     const QString file = to_qt(recording.data_file_name());
     recording_->setText(recording.is_active() ? tr("Recording %1").arg(QFileInfo(file).fileName())
                         : is_lost             ? tr("Not recorded")

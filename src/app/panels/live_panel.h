@@ -48,8 +48,13 @@ public:
     void add_actions(QMenu& file_menu);
     void press(); // what the listen/close button does
 
+    // To be asked before the program ends. False: the disk has not taken all recorded lines; a box says so and offers
+    // to end without them, and settled() comes when there is nothing to wait for any more.
+    bool is_settled_or_wait();
+
 signals:
     void pressed();                                // the listen/close button, before it acts
+    void settled();                                // after is_settled_or_wait() was false
     void postponed();                              // it cannot act before the run that starts or ends has done so
     void status_text_changed(const QString& text); // the sender's own words
 
@@ -81,6 +86,7 @@ private:
     QAction* record_;
     QAction* choose_folder_;
     QTimer status_timer_;
+    QPointer<QMessageBox> wait_box_; // for the disk, while it is open
 };
 
 } // namespace tarvo

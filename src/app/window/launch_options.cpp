@@ -11,6 +11,7 @@ Opens the monitor, with a survey data file when one is named.
 
   --load               reads the whole file and draws the track
   --replay             shows the file line by line
+  --listen             listens for a live survey right away
   --header-line N      line of the column names (else what the definitions say, else 1)
   --set KEY=VALUE      a processing or display setting by its key; may be repeated
   --screenshot FILE    does the rest, saves a PNG picture of the window and quits
@@ -37,6 +38,7 @@ LaunchOptions read_launch_options(std::span<const char* const> arguments)
     OptionTable table;
     table.switches = {{"--load", [&] { options.start = StartButton::load_or_pause; }},
                       {"--replay", [&] { options.start = StartButton::replay_or_stop; }},
+                      {"--listen", set(options.listen)},
                       {"--help", set(options.help)},
                       {"--version", set(options.version)}};
     table.values = {{"--header-line", text_into(options.header_line)},
@@ -48,6 +50,7 @@ LaunchOptions read_launch_options(std::span<const char* const> arguments)
     };
     table.read(arguments);
     if (options.start && options.data_file.empty()) throw UsageError("a data file was expected");
+    if (options.listen && !options.data_file.empty()) throw UsageError("--listen goes without a data file");
     return options;
 }
 

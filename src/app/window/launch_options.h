@@ -13,6 +13,7 @@ namespace tarvo {
 struct LaunchOptions {
     std::string data_file;
     std::optional<StartButton> start;       // a load or a replay right away
+    bool listen = false;                    // for a live survey, right away
     std::optional<std::string> header_line; // none: what the definitions say
     std::vector<std::string> settings;      // "KEY=VALUE", all of them valid
     std::string screenshot;                 // PNG file; empty: none

@@ -215,9 +215,21 @@ void MainWindow::closeEvent(QCloseEvent* event)
         when_idle(close_later);
         return;
     }
+    if (!live_->is_settled_or_wait()) return;
     if (settings_timer_.isActive()) keep_settings();
     keep_layout();
     event->accept();
+}
+
+void MainWindow::listen()
+{
+    if (!live_->requests().is_listening()) live_->press();
+}
+
+void MainWindow::leave(Operator& told)
+{
+    if (settings_timer_.isActive()) keep_settings();
+    live_->requests().leave(told);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event)

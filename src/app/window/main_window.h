@@ -59,6 +59,11 @@ public:
 
     // Shows the survey anew after its definitions, parameters, ranges, picks or values were changed.
     void show_survey();
+
+    void listen(); // for a live survey, as the button does
+
+    // The end of the program without an operator, also where the display is gone: what is recorded and picked is kept.
+    void leave(Operator& told);
     void keep_settings(); // processing parameters and display settings, in the store
 
 protected:

@@ -119,6 +119,7 @@ void MainWindow::make_panels()
     connect(live_, &LivePanel::pressed, this, [this] {
         if (wait_loop_ != nullptr) wait_loop_->quit();
     });
+    connect(live_, &LivePanel::settled, this, &QWidget::close, Qt::QueuedConnection);
     connect(live_, &LivePanel::postponed, this, [this] { when_idle([this] { live_->press(); }); });
     connect(live_, &LivePanel::status_text_changed, this, [this](const QString& text) {
         sender_text_->setText(text);

@@ -1,0 +1,87 @@
+#include "survey/survey_residual.h"
+
+#include "text/numbers.h"
+
+#include <new>
+#include <utility>
+
+namespace tarvo {
+
+namespace {
+
+std::string calculate(SurveyState& survey, const std::function<void()>& pause)
+{
+    const SampleProcessing& run = survey.processing;
+    return calculate_residual(survey.residual, run.store, run.lines, survey.parameters, base_station(survey), pause);
+}
+
+} // namespace
+
+bool is_residual_wanted(const SurveyState& survey)
+{
+    const ProcessingParameters& parameters = survey.parameters;
+    return survey.wants_residual || survey.base || parameters.SpikeFilter || parameters.ResidualWindow > 0;
+}
+
+const BaseStation* base_station(const SurveyState& survey)
+{
+    return survey.base ? &*survey.base : nullptr;
+}
+
+std::string update_residual(SurveyState& survey, const std::function<void()>& pause)
+{
+    return calculate(survey, pause);
+}
+
+std::string finish_residual(SurveyState& survey, const std::function<void()>& pause)
+{
+    clear_residual(survey.residual); // what a run left unfinished
+    if (!is_residual_wanted(survey) || survey.processing.store.RecordCount == 0) return {};
+    try {
+        return calculate(survey, pause);
+    } catch (const std::bad_alloc&) {
+        clear_residual(survey.residual);
+        return "There is not enough memory for the residual";
+    }
+}
+
+void follow_residual(SurveyState& survey)
+{
+    if (!is_residual_wanted(survey)) return;
+    const SampleProcessing& run = survey.processing;
+    calculate_newest_residual(survey.residual, run.store, run.lines, survey.parameters, base_station(survey));
+}
+
+std::string take_residual_parameters(SurveyState& survey, const ProcessingParameters& wanted)
+{
+    const ProcessingParameters earlier = survey.parameters;
+    survey.parameters.SpikeFilter = wanted.SpikeFilter;
+    survey.parameters.ResidualWindow = wanted.ResidualWindow;
+    if (survey.processing.store.RecordCount == 0) return {};
+    const std::string refusal = calculate(survey, nullptr);
+    if (!refusal.empty()) survey.parameters = earlier;
+    return refusal;
+}
+
+std::string take_base_station(SurveyState& survey, std::optional<BaseStation> base)
+{
+    std::swap(survey.base, base);
+    if (survey.processing.store.RecordCount == 0) return {};
+    const std::string refusal = calculate(survey, nullptr);
+    if (!refusal.empty()) std::swap(survey.base, base);
+    return refusal;
+}
+
+std::vector<std::string> residual_notes(const SurveyState& survey)
+{
+    if (!has_residual(survey)) return {};
+    std::vector<std::string> notes = residual_remarks(survey.processing.store, survey.residual);
+    if (survey.residual.spikes > 0) {
+        notes.push_back(grouped_digits(std::to_string(survey.residual.spikes)) +
+                        (survey.residual.spikes == 1 ? " reading is" : " readings are") +
+                        " left out of the residual as spikes");
+    }
+    return notes;
+}
+
+} // namespace tarvo
