@@ -200,11 +200,13 @@ void search_again(std::vector<GroupMember>& members, std::vector<std::size_t> se
     constexpr double kBetter = 0.98;
     constexpr int kAttempts = 4;
     constexpr double kNearAltitudes = 1.5; // fewer readings see fewer neighbours
+    constexpr double kLeastNoise = 0.01;   // nT
     constexpr double kExplained = 3;       // times the noise: what is left is no fault of the places
     double noise = 0;
     for (const std::size_t at : set) {
         const FitTask& task = *members[at].task;
-        noise += task.noise * task.noise * static_cast<double>(task.readings.count());
+        const double deviation = std::max(task.noise, kLeastNoise);
+        noise += deviation * deviation * static_cast<double>(task.readings.count());
     }
     std::vector<GroupMember> best = members;
     double least = square_sum_of(members, set);

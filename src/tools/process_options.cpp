@@ -27,6 +27,7 @@ Loads a recorded survey, prints a summary, and writes what the options ask for.
   --zoom PERCENT       the track enlarged, 100 to 10000
   --at RECORD          the record in the middle of the enlarged track and of the colour bars
   --bars FILE.png      the sensors' colour bars around that record
+  --fits FILE          a dipole fitted at every pick of the pick file, neighbours together, as CSV
   --quiet              no progress line
   --help, --version
 
@@ -74,8 +75,8 @@ void check_products(const ProcessOptions& options)
     std::vector<std::string> taken = {options.data_file, pick_file_name_for(options.data_file),
                                       options.definitions_file.empty() ? definitions_file_name_for(options.data_file)
                                                                        : options.definitions_file};
-    for (const std::string* const product :
-         {&options.samples_file, &options.lines_file, &options.picks_file, &options.track_file, &options.bars_file}) {
+    for (const std::string* const product : {&options.samples_file, &options.lines_file, &options.picks_file,
+                                             &options.track_file, &options.bars_file, &options.fits_file}) {
         if (product->empty()) continue;
         for (const std::string& other : taken) {
             if (!is_same_file(*product, other)) continue;
@@ -121,6 +122,7 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
         {"--picks", text_into(options.picks_file)},
         {"--track", text_into(options.track_file)},
         {"--bars", text_into(options.bars_file)},
+        {"--fits", text_into(options.fits_file)},
         {"--size", [&](const std::string& text) { take_size(options, text); }},
         {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
         {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};

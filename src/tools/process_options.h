@@ -24,6 +24,7 @@ struct ProcessOptions {
     std::string picks_file;
     std::string track_file;
     std::string bars_file;
+    std::string fits_file;
     int picture_width = 1200;
     int picture_height = 900;
     std::optional<double> zoom_percent;

@@ -9,6 +9,7 @@
 #include "text/replace_file.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
+#include "tools/process_targets.h"
 
 #include <unistd.h>
 
@@ -86,16 +87,20 @@ bool write_bars(const SurveyState& survey, const ProcessOptions& options, Operat
                           "colour bars", [&] { write_png_file(options.bars_file, *picture); }, op);
 }
 
-// The picks beside the data, or none when there is no such file or it cannot be read.
-bool write_picks(SurveyState& survey, const ProcessOptions& options, Operator& op)
+// The picks beside the data, or none when there is no such file or it cannot be read, which is false.
+bool read_picks(SurveyState& survey, const ProcessOptions& options, Operator& op)
 {
     const std::string pick_file = pick_file_name_for(options.data_file);
     bool read = true;
     if (std::filesystem::exists(pick_file)) read = read_pick_file(pick_file, survey.picks, op).status == 0;
     locate_pick_list_on_track(survey.picks, survey.track_index, track_table(survey.processing.store), op);
+    return read;
+}
+
+bool write_picks(const SurveyState& survey, const ProcessOptions& options, Operator& op)
+{
     return write_product(
-               "picks", [&] { replace_file(options.picks_file, pick_csv_text(survey.picks)); }, op) &&
-           read;
+        "picks", [&] { replace_file(options.picks_file, pick_csv_text(survey.picks)); }, op);
 }
 
 void print_summary(const SurveyState& survey)
@@ -140,7 +145,9 @@ int process_survey(const ProcessOptions& options)
     }
     if (!options.track_file.empty()) done &= write_track(survey, options, op);
     if (!options.bars_file.empty()) done &= write_bars(survey, options, op);
+    if (!options.picks_file.empty() || wants_targets(options)) done &= read_picks(survey, options, op);
     if (!options.picks_file.empty()) done &= write_picks(survey, options, op);
+    if (wants_targets(options)) done &= write_targets(survey, options, op);
     if (options.samples_file != "-") {
         done &= write_product(
             "summary", [&] { print_summary(survey); }, op);
