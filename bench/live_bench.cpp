@@ -189,7 +189,7 @@ int show_survey(int argc, char** argv, pid_t sender, const std::string& recordin
     ConsoleOperator op;
     MainWindow window(settings, &op);
     for (int at = 3; at < argc; ++at) {
-        take_setting(argv[at], window.survey().parameters, window.survey().display_settings);
+        take_setting(argv[at], window.survey());
     }
     window.resize(1280, 720);
     window.show();

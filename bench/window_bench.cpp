@@ -134,7 +134,7 @@ int main(int argc, char** argv)
     window.show();
     QApplication::processEvents();
     for (int at = 3; at < argc; ++at) {
-        take_setting(argv[at], window.survey().parameters, window.survey().display_settings);
+        take_setting(argv[at], window.survey());
     }
     LongestWait wait(&window);
     for (int turn = 0; turn < 3; ++turn) measure_load(window, argv[1], wait);

@@ -81,7 +81,7 @@ int run(QApplication& application, const LaunchOptions& options)
     ConsoleOperator console; // for a picture that nobody waits for: no box may
     MainWindow window(settings, options.screenshot.empty() ? nullptr : &console);
     for (const std::string& text : options.settings) {
-        take_setting(text, window.survey().parameters, window.survey().display_settings);
+        take_setting(text, window.survey());
     }
     window.show();
     const ExitGuard guard(window);
@@ -107,7 +107,7 @@ int main(int argc, char** argv)
         // As early as can be: without a display the toolkit ends the program before it can say anything.
         if (std::none_of(arguments().begin(), arguments().end(), is_for_the_toolkit)) {
             const LaunchOptions options = read_launch_options(arguments());
-            if (options.help) std::cout << kLaunchUsage;
+            if (options.help) std::cout << launch_usage();
             if (options.version) std::cout << "tarvo " TARVO_VERSION "\n";
             if (options.help || options.version) return kDone;
         }

@@ -6,8 +6,10 @@
 #include "text/replace_file.h"
 #include "text/tokens.h"
 
+#include <algorithm>
 #include <exception>
 #include <stdexcept>
+#include <vector>
 
 namespace tarvo {
 
@@ -41,6 +43,17 @@ public:
         }
         return line;
     }
+
+    // The next line that holds something; false at the end of the file.
+    bool read_filled_line(std::string& line)
+    {
+        while (read_line(line)) {
+            if (!trimmed(line).empty()) return true;
+        }
+        return false;
+    }
+
+    const std::string& file_name() const { return reader_.file_name(); }
 
     void skip_lines(int count)
     {
@@ -200,7 +213,41 @@ void read_templates(DefinitionLines& file, SurveyDefinitions& definitions)
     }
 }
 
-using NumberFormat = std::string (*)(double value, int decimals);
+// Takes one line of the block. keys: those that it has held so far.
+void read_data_format_line(const DefinitionLines& file, const std::string& line, DataFormat& format,
+                           std::vector<std::string>& keys)
+{
+    const KeyTaking taking = take_data_format_line(format, line);
+    if (taking.outcome == KeyOutcome::unknown_key) {
+        format.unknown_lines.emplace_back(trimmed(line));
+        return;
+    }
+    if (std::find(keys.begin(), keys.end(), taking.key) != keys.end()) {
+        file.fail("each key once", '"' + taking.key + "\" again");
+    }
+    if (taking.outcome == KeyOutcome::bad_value) {
+        file.fail(taking.expected + " as " + taking.key, '"' + std::string(trimmed(value_of(line))) + '"');
+    }
+    keys.push_back(taking.key);
+}
+
+// The block behind the templates, which ends at an empty line or with the file. Something else there is passed over.
+void read_data_format(DefinitionLines& file, SurveyDefinitions& definitions, Operator& op)
+{
+    std::string line;
+    if (!file.read_filled_line(line) || upper_case(trimmed(line)) != upper_case(kDataFormatTitle)) return;
+    DataFormat format;
+    std::vector<std::string> keys;
+    while (file.read_line(line) && !trimmed(line).empty()) read_data_format_line(file, line, format, keys);
+    if (!format.unknown_lines.empty()) {
+        std::string lines;
+        for (const std::string& unknown : format.unknown_lines) lines += "\n" + unknown;
+        op.show_warning(WarningAbout::data, "The data format in " + file.file_name() +
+                                                " holds lines that are not known here. They are kept:" + lines);
+    }
+    definitions.data_format = std::move(format);
+    show_first_time_column(definitions);
+}
 
 // As many decimals as asked for, or the shortest text where these would lose some of the value.
 std::string format_exact(double value, int decimals)
@@ -216,7 +263,7 @@ std::string item_line(const std::string& text)
 }
 
 std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, const SurveyDefinitions& definitions,
-                        NumberFormat format)
+                        NumberText format)
 {
     std::string text = "\r\nSensor Number " + std::to_string(number) + "\r\n";
     if (definitions.read_sensor_location == 1) {
@@ -238,7 +285,7 @@ std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, con
     return text;
 }
 
-std::string definitions_text(const SurveyDefinitions& definitions, int header_line_number, NumberFormat format)
+std::string definitions_text(const SurveyDefinitions& definitions, int header_line_number, NumberText format)
 {
     std::string fields;
     int field_count = 0;
@@ -265,6 +312,12 @@ std::string definitions_text(const SurveyDefinitions& definitions, int header_li
     for (const auto* const templates : {&definitions.component_templates, &definitions.coordinate_templates}) {
         for (std::size_t j = 1; j <= 3; ++j) text += (*templates)[j] + "\r\n";
     }
+    if (!definitions.data_format) return text;
+    text += "\r\n" + std::string(kDataFormatTitle) + "\r\n";
+    for (const std::string& line :
+         data_format_lines(*definitions.data_format, definitions.fields[kTime].name, format)) {
+        text += line + "\r\n";
+    }
     return text;
 }
 
@@ -287,6 +340,7 @@ DefinitionsReading read_definitions(const std::string& file_name, SurveyDefiniti
         set_number_of_sensors(definitions, 1);
         definitions.components_per_sensor = 1;
         definitions.read_sensor_location = 0;
+        definitions.data_format.reset();
         file.skip_lines(reading.version == 2 ? 4 : 1);
         read_scales(file, definitions, reading.version);
         reading.field_lines = read_field_count(file, header_line_number);
@@ -296,6 +350,7 @@ DefinitionsReading read_definitions(const std::string& file_name, SurveyDefiniti
             read_sensor(file, definitions.sensors[sensor], definitions);
         }
         read_templates(file, definitions);
+        read_data_format(file, definitions, op);
         reading.status = 0;
     } catch (const std::exception& fault) {
         op.show_message(std::string("An error occurred while reading the Data Field Definitions : ") + fault.what());

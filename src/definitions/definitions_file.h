@@ -15,7 +15,8 @@ struct DefinitionsReading {
 };
 
 // Reads a definitions file into `definitions`. The header line number changes only when the file names one. A file that
-// is not a definitions file changes nothing; what was read before a later error keeps its new value.
+// is not a definitions file changes nothing; what was read before a later error keeps its new value. Lines of the data
+// format that are not known are kept, and the operator is told of them.
 DefinitionsReading read_definitions(const std::string& file_name, SurveyDefinitions& definitions,
                                     int& header_line_number, Operator& op);
 

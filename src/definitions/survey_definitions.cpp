@@ -18,6 +18,23 @@ void set_default_field_names(SurveyDefinitions& definitions)
     }
 }
 
+std::vector<std::string> time_column_names(const SurveyDefinitions& definitions)
+{
+    if (definitions.data_format && !definitions.data_format->time_columns.empty()) {
+        return definitions.data_format->time_columns;
+    }
+    const std::string& name = definitions.fields[kTime].name;
+    return is_unused_name(name) ? std::vector<std::string>() : std::vector<std::string>{name};
+}
+
+void show_first_time_column(SurveyDefinitions& definitions)
+{
+    if (!definitions.data_format || definitions.data_format->time_columns.empty()) return;
+    std::vector<std::string>& columns = definitions.data_format->time_columns;
+    definitions.fields[kTime].name = columns.front();
+    if (columns.size() == 1) columns.clear();
+}
+
 void fill_name_from_template(std::string_view template_text, int number, std::string& result)
 {
     const std::size_t star = template_text.find('*');

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "definitions/data_format.h"
 #include "definitions/field_slots.h"
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,12 +55,19 @@ struct SurveyDefinitions {
     std::int32_t components_per_sensor = 1;                                         // 1 or 3
     std::int32_t read_sensor_location = 0; // 1: positions from columns, 0: from the fish and the lever arm
     std::vector<SensorDefinition> sensors = std::vector<SensorDefinition>(2);
+    std::optional<DataFormat> data_format; // none: the plain form
 
     bool operator==(const SurveyDefinitions&) const = default;
 };
 
 // Gives every empty slot name its default ("N/A" stays) and every slot its colour.
 void set_default_field_names(SurveyDefinitions& definitions);
+
+// The columns whose texts make the time: those of the data format, else the Time slot's alone; empty when it is unused.
+std::vector<std::string> time_column_names(const SurveyDefinitions& definitions);
+
+// Lets the Time slot show the first of the data format's time columns; one alone is then the slot's, and no list.
+void show_first_time_column(SurveyDefinitions& definitions);
 
 // `template_text` with its first "*" replaced by the number; without a "*" the template, blanks trimmed.
 void fill_name_from_template(std::string_view template_text, int number, std::string& result);

@@ -1,10 +1,6 @@
 #pragma once
 
-#include "ports/settings_store.h"
-
 #include <cstdint>
-#include <string>
-#include <string_view>
 
 namespace tarvo {
 
@@ -24,13 +20,5 @@ struct DisplaySettings {
 
     bool operator==(const DisplaySettings&) const = default;
 };
-
-// Takes a text as the value of the setting with this key. Refused: a text that is not numeric or not in the range of
-// its setting. The timing tick is rounded to a whole number, a gradient range below 1 becomes 1.
-SettingOutcome set_display_setting(DisplaySettings& settings, std::string_view key, std::string_view text);
-
-// The stored settings; what is not stored, or would be refused, keeps its default.
-DisplaySettings read_display_settings(const SettingsStore& store);
-void write_display_settings(const DisplaySettings& settings, SettingsStore& store);
 
 } // namespace tarvo

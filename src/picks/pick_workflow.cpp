@@ -57,8 +57,9 @@ PickLocation location_of_sample(const TrackTable& track, std::int32_t sample_ind
             track.time[sample_index]};
 }
 
-PickWorkflow::PickWorkflow(PickList& picks, std::int32_t& current_pick, Operator& op, PickDisplay& display)
-    : picks_(picks), current_pick_(current_pick), op_(op), display_(display)
+PickWorkflow::PickWorkflow(PickList& picks, std::int32_t& current_pick, const PickSettings& settings, Operator& op,
+                           PickDisplay& display)
+    : picks_(picks), current_pick_(current_pick), settings_(settings), op_(op), display_(display)
 {
 }
 
@@ -116,7 +117,7 @@ void PickWorkflow::save_new_pick()
 {
     try {
         const std::int32_t picks_before = picks_.number_of_picks;
-        if (settings.ShowNewPickDialog) {
+        if (settings_.ShowNewPickDialog) {
             display_.show_new_pick_marker(new_pick_location_);
             display_.open_new_pick_dialog();
             display_.clear_new_pick_marker();
@@ -126,7 +127,7 @@ void PickWorkflow::save_new_pick()
         if (picks_.number_of_picks == picks_before) return;
 
         display_.display_pick_list();
-        if (settings.DeferPickCombo) return;
+        if (settings_.DeferPickCombo) return;
         current_pick_ = picks_.number_of_picks;
         display_.show_pick_controls(controls());
         display_.redraw_picks();

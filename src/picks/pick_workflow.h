@@ -31,9 +31,8 @@ PickLocation location_of_sample(const TrackTable& track, std::int32_t sample_ind
 class PickWorkflow {
 public:
     // Everything must outlive the workflow. current_pick: the selected pick's index; -1: none.
-    PickWorkflow(PickList& picks, std::int32_t& current_pick, Operator& op, PickDisplay& display);
-
-    PickSettings settings;
+    PickWorkflow(PickList& picks, std::int32_t& current_pick, const PickSettings& settings, Operator& op,
+                 PickDisplay& display);
 
     // Main window
 
@@ -98,6 +97,7 @@ private:
 
     PickList& picks_;
     std::int32_t& current_pick_;
+    const PickSettings& settings_;
     Operator& op_;
     PickDisplay& display_;
     PickLocation new_pick_location_;

@@ -142,9 +142,10 @@ struct LineSpan {
     double spacing;     // mean distance from record to record, metres
 };
 
-LineSpan line_span(const SampleStore& store, std::int32_t first, std::int32_t last, std::int32_t limit)
+LineSpan line_span(const SampleStore& store, std::int32_t first, std::int32_t last, std::int32_t limit,
+                   SpacingRule rule)
 {
-    return {first, last, std::min(last, limit), (store.distance[last] - store.distance[first]) / (last - first + 1)};
+    return {first, last, std::min(last, limit), mean_spacing(store, first, last, rule)};
 }
 
 // The records [from, to] of the line that lie at least half_width from its ends; the rest of it becomes null.
@@ -242,6 +243,7 @@ GradientFilters make_gradient_filters(const ProcessingParameters& parameters)
     GradientFilters filters;
     filters.SmoothHalfWidth = smooth_half_width(parameters);
     filters.GradientHalfWidth = gradient_half_width(parameters);
+    filters.spacing = parameters.SpacingOverFixes ? SpacingRule::over_fixes : SpacingRule::over_records;
     make_filter_weights(kTriangularSmoothing, filters.SmoothHalfWidth, filters.SmoothWeights);
     make_filter_weights(kVerticalGradient, filters.GradientHalfWidth, filters.VerticalGradientWeights);
     make_filter_weights(kHorizontalGradient, filters.GradientHalfWidth, filters.HorizontalGradientWeights);
@@ -254,7 +256,8 @@ int calculate_gradient_values(SampleStore& store, const SurveyLines& lines, cons
     try {
         make_room(store, last_record, pause);
         for (std::int32_t line = 1; line <= lines.CurrentLine && lines.first_record(line) <= last_record; ++line) {
-            const LineSpan span = line_span(store, lines.first_record(line), lines.last_record(line), last_record);
+            const LineSpan span =
+                line_span(store, lines.first_record(line), lines.last_record(line), last_record, filters.spacing);
             for (int sensor = 1; sensor <= store.number_of_sensors(); ++sensor) {
                 calculate_line(store, filters, sensor, span, pause);
             }
@@ -282,7 +285,7 @@ std::int32_t calculate_newest_gradient_values(SampleStore& store, const SurveyLi
         const std::int32_t first = lines.first_record(lines.CurrentLine);
         const std::int64_t gradient = std::int64_t{newest} - filters.GradientHalfWidth;
         if (gradient - first < filters.GradientHalfWidth) return 0;
-        const LineSpan span = line_span(store, first, newest, newest);
+        const LineSpan span = line_span(store, first, newest, newest, filters.spacing);
         if (!(span.spacing > 0)) return 0;
         const auto completed = static_cast<std::int32_t>(gradient);
         const std::int32_t smoothed = completed - (filters.SmoothHalfWidth - 1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/operator.h"
+#include "processing/line_spacing.h"
 #include "processing/processing_parameters.h"
 #include "processing/sample_store.h"
 #include "processing/survey_lines.h"
@@ -30,6 +31,7 @@ void apply_symmetric_filter(int kind, std::int32_t half_width, const std::vector
 struct GradientFilters {
     std::int32_t SmoothHalfWidth = 1;
     std::int32_t GradientHalfWidth = 1;
+    SpacingRule spacing = SpacingRule::over_records;
     std::vector<float> SmoothWeights;
     std::vector<float> VerticalGradientWeights;
     std::vector<float> HorizontalGradientWeights;

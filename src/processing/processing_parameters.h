@@ -1,9 +1,6 @@
 #pragma once
 
-#include "ports/settings_store.h"
-
 #include <cstdint>
-#include <string_view>
 
 namespace tarvo {
 
@@ -18,6 +15,7 @@ struct ProcessingParameters {
     bool CarryClosingSample = false;       // the sample that closes a bin starts the next one
     bool CircularHeading = false;          // headings of a bin are averaged on the circle
     bool CompassHeading = false;           // headings count clockwise from north
+    bool SpacingOverFixes = false;         // a line's sample spacing counts from its first position to its last
     bool SpikeFilter = false;              // single wild readings are left out of the residual
     double ResidualWindow = 0;             // metres along the track; 0: by the altitude
 
@@ -38,13 +36,5 @@ inline std::int64_t min_line_records(const ProcessingParameters& p)
 {
     return std::int64_t{smooth_half_width(p)} + gradient_half_width(p);
 }
-
-// Gives the parameter of that key the value of a text, under the rules of the processing dialog. Whole numbers are
-// truncated, the corrections are 0 or 1.
-SettingOutcome set_processing_parameter(ProcessingParameters& parameters, std::string_view key, std::string_view text);
-
-// A stored value that would be refused, or none, leaves the parameter as it is.
-void read_processing_parameters(ProcessingParameters& parameters, const SettingsStore& store);
-void write_processing_parameters(const ProcessingParameters& parameters, SettingsStore& store);
 
 } // namespace tarvo

@@ -12,7 +12,8 @@ namespace tarvo {
 // holds one, with its own ports, which must outlive it.
 struct Monitor {
     Monitor(Operator& op, RunDisplay& run_display, PickDisplay& pick_display)
-        : pick_work(survey.picks, survey.current_pick, op, pick_display), driver(survey, pick_work, op, run_display)
+        : pick_work(survey.picks, survey.current_pick, survey.pick_settings, op, pick_display),
+          driver(survey, pick_work, op, run_display)
     {
     }
     Monitor(const Monitor&) = delete;

@@ -12,6 +12,7 @@ namespace tarvo {
 namespace {
 
 constexpr int kListedSensors = 4; // of a text of one line
+constexpr int kListedLines = 5;   // likewise
 
 double sample_total_field(const ProcessingPlan& plan, std::size_t sensor, const CurrentSample& sample)
 {
@@ -60,6 +61,12 @@ std::string time_of_day_text(double date_time)
                   static_cast<int>(tenths / 600 % 60), static_cast<int>(tenths / 10 % 60),
                   static_cast<int>(tenths % 10));
     return text;
+}
+
+std::string line_name(const SurveyLines& lines, std::int32_t line)
+{
+    const double number = lines.LineNumbers[line];
+    return is_valid_channel(number) ? format_fixed(number, 0) : std::to_string(line);
 }
 
 std::string sensor_text(const SampleStore& store, int sensor, std::int32_t record)
@@ -176,6 +183,20 @@ std::string averaging_hint(const SampleProcessing& run)
     if (run.lines_not_averaged < 1) return "";
     return grouped_digits(std::to_string(run.lines_not_averaged)) + " of " +
            grouped_digits(std::to_string(run.lines_read)) + " lines closed a bin and were not averaged";
+}
+
+std::string spacing_hint(const SurveyState& survey)
+{
+    if (survey.parameters.SpacingOverFixes) return "";
+    const SurveyLines& lines = survey.processing.lines;
+    const std::vector<std::int32_t> found = lines_with_short_spacing(survey.processing.store, lines);
+    if (found.empty()) return "";
+    const std::size_t named = std::min<std::size_t>(found.size(), kListedLines);
+    std::string text = found.size() == 1 ? "Line " : "Lines ";
+    for (std::size_t at = 0; at < named; ++at) text += (at == 0 ? "" : ", ") + line_name(lines, found[at]);
+    if (found.size() > named) text += " and " + std::to_string(found.size() - named) + " more";
+    return text + (found.size() == 1 ? " has" : " have") +
+           " records without a position at an end: the gradients come out too large there";
 }
 
 } // namespace tarvo

@@ -42,4 +42,8 @@ std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel,
 // How many lines went into no average, said to the operator with the remedy in mind; empty when none was left out.
 std::string averaging_hint(const SampleProcessing& run);
 
+// Which survey lines have too large gradients for want of positions at their ends; empty when none has, or when the
+// spacing is counted over the positions.
+std::string spacing_hint(const SurveyState& survey);
+
 } // namespace tarvo

@@ -3,16 +3,15 @@
 #include "definitions/field_locations.h"
 #include "definitions/header_columns.h"
 #include "definitions/survey_definitions.h"
-#include "display/display_settings.h"
 #include "display/track_image.h"
 #include "picks/pick_list.h"
 #include "picks/pick_workflow.h"
 #include "picks/quadtree.h"
 #include "processing/gradients.h"
-#include "processing/processing_parameters.h"
 #include "processing/residual.h"
 #include "processing/sample_processing.h"
 #include "processing/track_skip.h"
+#include "survey/settings.h"
 
 #include <cstdint>
 #include <optional>
@@ -20,17 +19,15 @@
 
 namespace tarvo {
 
-// The survey that is open: what describes it, what has been made of it, and what is shown of it.
-struct SurveyState {
+// The survey that is open: what describes it, what has been made of it, and what is shown of it. Its settings are its
+// base, so that the settings table works on a survey as on a copy of its settings.
+struct SurveyState : Settings {
     std::string data_file_name;                  // empty: none chosen, or a live survey
     std::string definitions_file_name;           // empty: the one beside the data file
     std::optional<std::string> header_line_text; // Text_locations_name_line; none: the number that the definitions give
     int header_line_number = 1;
 
     SurveyDefinitions survey_definitions;
-    ProcessingParameters parameters;
-    DisplaySettings display_settings;
-
     HeaderColumns header_columns;
     FieldLocations locations;
     SampleProcessing processing;

@@ -79,19 +79,19 @@ double grid_convergence(const Projection& grid, const GridCoordinates& place)
     return std::atan2(across, along) / kRadiansPerDegree;
 }
 
-EarthField earth_field(const FitSurvey& survey, const TypedField& typed, const Projection* grid)
+EarthField earth_field(const FitSurvey& survey, const TargetSettings& typed, const Projection* grid)
 {
     EarthField field;
     std::string why_not;
     const ModelField model = model_field(survey, grid, why_not);
-    field.inclination = typed.inclination.value_or(model.inclination);
-    field.declination = typed.declination.value_or(model.declination);
-    if (typed.inclination && (typed.declination || model.source.empty())) {
+    field.inclination = typed.FieldInclination.value_or(model.inclination);
+    field.declination = typed.FieldDeclination.value_or(model.declination);
+    if (typed.FieldInclination && (typed.FieldDeclination || model.source.empty())) {
         field.source = "typed";
     } else if (!model.source.empty()) {
         field.source = model.source;
-        if (typed.inclination) field.source += ", inclination typed";
-        if (typed.declination) field.source += ", declination typed";
+        if (typed.FieldInclination) field.source += ", inclination typed";
+        if (typed.FieldDeclination) field.source += ", declination typed";
     } else {
         field.is_assumed = true;
         field.source = "taken as straight down, since " + why_not;

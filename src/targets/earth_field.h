@@ -3,17 +3,11 @@
 #include "ports/projection.h"
 #include "targets/fit_survey.h"
 #include "targets/group_fit.h"
+#include "targets/target_settings.h"
 
-#include <optional>
 #include <string>
 
 namespace tarvo {
-
-// What the operator says of the Earth's field; open: the model of the whole field says it.
-struct TypedField {
-    std::optional<double> inclination; // degrees below the horizon
-    std::optional<double> declination; // degrees from grid north, clockwise
-};
 
 // The direction that fits take the Earth's field to have, and how it is known.
 struct EarthField {
@@ -25,7 +19,7 @@ struct EarthField {
 };
 
 // grid: nullptr without a survey grid.
-EarthField earth_field(const FitSurvey& survey, const TypedField& typed, const Projection* grid);
+EarthField earth_field(const FitSurvey& survey, const TargetSettings& typed, const Projection* grid);
 
 // The direction of grid north from true north at a place, degrees clockwise; kNull where the grid has no image.
 double grid_convergence(const Projection& grid, const GridCoordinates& place);

@@ -1,6 +1,7 @@
 #include "targets/fit_survey.h"
 
 #include "processing/fixed_time.h"
+#include "processing/median.h"
 #include "processing/survey_lines.h"
 
 #include <algorithm>
@@ -62,15 +63,11 @@ bool goes_on(const FitReadings& readings, std::int32_t line, int sensor, double 
 
 double median_or_null(std::vector<double> values)
 {
-    if (values.empty()) return kNull;
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    if (values.size() % 2 == 1) return *middle;
-    return (*middle + *std::max_element(values.begin(), middle)) / 2;
+    return median(values).value_or(kNull);
 }
 
 FitSurvey::FitSurvey(const SampleProcessing& run, const SurveyDefinitions& definitions, const FieldLocations& locations)
-    : run_(run), has_ground_column_(locations.has(kDem))
+    : run_(run)
 {
     const bool reads_heights = definitions.read_sensor_location == 1;
     const bool has_depth = locations.has(kDepth);
@@ -85,14 +82,6 @@ double FitSurvey::seabed_height(std::int32_t record) const
 {
     const double ground = store().channel(kDem, record);
     return has_heights_ && is_valid_channel(ground) ? height(ground) : kNull;
-}
-
-double FitSurvey::altitude(std::int32_t record) const
-{
-    const double elevation = store().channel(kElevation, record);
-    if (!is_valid_channel(elevation) || !has_ground_column_) return elevation;
-    const double ground = store().channel(kDem, record);
-    return is_valid_channel(ground) ? elevation - ground : kNull;
 }
 
 GridVector FitSurvey::sensor_place(int sensor, std::int32_t record) const

@@ -38,9 +38,6 @@ public:
     double vertical(double height) const { return up_sign_ * height; }   // and back
     double seabed_height(std::int32_t record) const;                     // kNull: not known
 
-    // Metres above the ground: Elevation, less DEM when that is read from a column; kNull: not known.
-    double altitude(std::int32_t record) const;
-
     GridVector sensor_place(int sensor, std::int32_t record) const; // kNull where it is not known
     double median_field() const { return median_field_; }           // nT, of all sensors; kNull: no reading
 
@@ -70,14 +67,13 @@ private:
 
     const SampleProcessing& run_;
     bool has_heights_ = false;
-    bool has_ground_column_ = false; // DEM is read, not derived
     double up_sign_ = 1;
     double median_field_ = kNull;
     SampleWay way_;
     std::vector<Block> blocks_;
 };
 
-// The median; kNull of none. An even count takes the mean of the middle two.
+// The median; kNull of none.
 double median_or_null(std::vector<double> values);
 
 } // namespace tarvo

@@ -1,5 +1,6 @@
 #include "targets/group_fit.h"
 
+#include "processing/altitude.h"
 #include "targets/group_members.h"
 #include "targets/projected_fit.h"
 
@@ -334,8 +335,8 @@ double altitude_near(const FitSurvey& survey, std::int32_t record)
     std::vector<double> altitudes;
     const std::int32_t last = std::min(record + kAround, survey.store().RecordCount);
     for (std::int32_t near = std::max(record - kAround, 1); near <= last; ++near) {
-        const double altitude = survey.altitude(near);
-        if (is_valid_channel(altitude) && altitude > 0) altitudes.push_back(altitude);
+        const double here = altitude(survey.store(), near);
+        if (is_valid_channel(here) && here > 0) altitudes.push_back(here);
     }
     return altitudes.empty() ? kAltitudeWhenUnknown : median_or_null(std::move(altitudes));
 }

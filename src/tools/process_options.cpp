@@ -3,6 +3,7 @@
 #include "definitions/definitions_file.h"
 #include "display/track_navigation.h"
 #include "picks/pick_list.h"
+#include "session/settings_table.h"
 #include "text/numbers.h"
 #include "tools/common/option_table.h"
 
@@ -12,13 +13,14 @@
 
 namespace tarvo {
 
-const char* const kProcessUsage =
-    R"(tarvo-process [options] DATA_FILE
+std::string process_usage()
+{
+    return R"(tarvo-process [options] DATA_FILE
 Loads a recorded survey, prints a summary, and writes what the options ask for.
 
   --definitions FILE   instead of the definitions file beside the data file
   --header-line N      line of the column names (else what the definitions say, else 1)
-  --set KEY=VALUE      a processing or display setting by its key; may be repeated
+  --set KEY=VALUE      a setting by its key; may be repeated
   --samples FILE       stored samples as CSV ("-": standard output)
   --lines FILE         survey lines as CSV
   --picks FILE         the picks of the pick file beside the data, located on the track, as CSV
@@ -29,14 +31,20 @@ Loads a recorded survey, prints a summary, and writes what the options ask for.
   --bars FILE.png      the sensors' colour bars around that record
   --fits FILE          a dipole fitted at every pick of the pick file, neighbours together, as CSV
   --quiet              no progress line
+  --help-settings      the settings with their defaults and values
   --help, --version
 
-Settings: LoggingScrollStep LoggingSampleRate LoggingLineBreakDistance LoggingLineBreakTime SmoothWindow
-GradientWindow CarryClosingSample CircularHeading CompassHeading TimingTick TrackAxisTickSpacing TrackAxisLength
-ElevationMaxRange TMIMaxRange TMITickSpacing GradientMaxRange GradientTickSpacing
-
+)" + settings_paragraph() +
+           R"(
 Exit status: 0 done, 1 refused or failed, 2 wrong usage.
 )";
+}
+
+std::string settings_paragraph()
+{
+    constexpr std::size_t kWidth = 100;
+    return "Settings:\n" + settings_usage_text(kWidth);
+}
 
 namespace {
 
@@ -88,7 +96,7 @@ void check_products(const ProcessOptions& options)
 
 } // namespace
 
-void take_setting(std::string_view text, ProcessingParameters& parameters, DisplaySettings& display)
+void take_setting(std::string_view text, Settings& settings)
 {
     const std::size_t equals = text.find('=');
     if (equals == std::string_view::npos) {
@@ -96,13 +104,11 @@ void take_setting(std::string_view text, ProcessingParameters& parameters, Displ
     }
     const std::string_view key = text.substr(0, equals);
     const std::string_view value = text.substr(equals + 1);
-    SettingOutcome outcome = set_processing_parameter(parameters, key, value);
-    if (outcome == SettingOutcome::unknown_key) outcome = set_display_setting(display, key, value);
-    if (outcome == SettingOutcome::unknown_key) {
-        throw UsageError("there is no setting \"" + std::string(key) + '"');
-    }
-    if (outcome == SettingOutcome::refused) {
-        throw UsageError("\"" + std::string(value) + "\" is not valid for " + std::string(key));
+    const Setting* const setting = find_setting(key);
+    if (setting == nullptr) throw UsageError("there is no setting \"" + std::string(key) + '"');
+    if (take_setting_text(settings, *setting, value) == SettingOutcome::refused) {
+        throw UsageError("\"" + std::string(value) + "\" is not valid for " + std::string(key) + ": " +
+                         accepted_values_text(*setting) + " was expected");
     }
 }
 
@@ -111,21 +117,22 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
     ProcessOptions options;
     bool has_data_file = false;
     OptionTable table;
-    table.switches = {
-        {"--quiet", set(options.quiet)}, {"--help", set(options.help)}, {"--version", set(options.version)}};
-    table.values = {
-        {"--definitions", text_into(options.definitions_file)},
-        {"--header-line", text_into(options.header_line)},
-        {"--set", [&](const std::string& text) { take_setting(text, options.parameters, options.display); }},
-        {"--samples", text_into(options.samples_file)},
-        {"--lines", text_into(options.lines_file)},
-        {"--picks", text_into(options.picks_file)},
-        {"--track", text_into(options.track_file)},
-        {"--bars", text_into(options.bars_file)},
-        {"--fits", text_into(options.fits_file)},
-        {"--size", [&](const std::string& text) { take_size(options, text); }},
-        {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
-        {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};
+    table.switches = {{"--quiet", set(options.quiet)},
+                      {"--help", set(options.help)},
+                      {"--help-settings", set(options.help_settings)},
+                      {"--version", set(options.version)}};
+    table.values = {{"--definitions", text_into(options.definitions_file)},
+                    {"--header-line", text_into(options.header_line)},
+                    {"--set", [&](const std::string& text) { take_setting(text, options.settings); }},
+                    {"--samples", text_into(options.samples_file)},
+                    {"--lines", text_into(options.lines_file)},
+                    {"--picks", text_into(options.picks_file)},
+                    {"--track", text_into(options.track_file)},
+                    {"--bars", text_into(options.bars_file)},
+                    {"--fits", text_into(options.fits_file)},
+                    {"--size", [&](const std::string& text) { take_size(options, text); }},
+                    {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
+                    {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};
     table.operand = [&](const std::string& name) {
         if (has_data_file) {
             throw UsageError("one data file was expected, found two: \"" + options.data_file + "\" and \"" + name +
@@ -135,7 +142,8 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
         has_data_file = true;
     };
     table.read(arguments);
-    if (!has_data_file && !options.help && !options.version) throw UsageError("a data file was expected");
+    const bool only_tells = options.help || options.help_settings || options.version;
+    if (!has_data_file && !only_tells) throw UsageError("a data file was expected");
     check_products(options);
     return options;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "display/display_settings.h"
-#include "processing/processing_parameters.h"
+#include "survey/settings.h"
 #include "tools/common/exit_status.h"
 
 #include <cstdint>
@@ -17,8 +16,7 @@ struct ProcessOptions {
     std::string data_file;                  // as given, which may be empty
     std::string definitions_file;           // empty: the one beside the data file
     std::optional<std::string> header_line; // none: what the definitions say
-    ProcessingParameters parameters;
-    DisplaySettings display;
+    Settings settings;
     std::string samples_file; // "-": standard output; empty: none, as for the others
     std::string lines_file;
     std::string picks_file;
@@ -31,15 +29,19 @@ struct ProcessOptions {
     std::optional<std::int32_t> at_record; // none: the middle of the track
     bool quiet = false;
     bool help = false;
+    bool help_settings = false;
     bool version = false;
 };
 
-// Takes "KEY=VALUE", a processing or display setting. Throws UsageError.
-void take_setting(std::string_view text, ProcessingParameters& parameters, DisplaySettings& display);
+// Takes "KEY=VALUE". Throws UsageError.
+void take_setting(std::string_view text, Settings& settings);
 
 // arguments: those after the program's name. Throws UsageError.
 ProcessOptions read_process_options(std::span<const char* const> arguments);
 
-extern const char* const kProcessUsage;
+std::string process_usage();
+
+// The keys that --set takes, for --help.
+std::string settings_paragraph();
 
 } // namespace tarvo

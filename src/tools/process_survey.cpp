@@ -129,8 +129,7 @@ int process_survey(const ProcessOptions& options)
     survey.data_file_name = options.data_file;
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
-    survey.parameters = options.parameters;
-    survey.display_settings = options.display;
+    static_cast<Settings&>(survey) = options.settings;
 
     const int ended = monitor.driver.Command_start_logging(StartButton::load_or_pause);
     if (ended != kEndOfData && survey.processing.store.RecordCount == 0) return kFailed;

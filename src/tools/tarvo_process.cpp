@@ -1,3 +1,4 @@
+#include "session/settings_table.h"
 #include "tools/process_survey.h"
 
 #include <iostream>
@@ -8,7 +9,11 @@ int main(int argc, char** argv)
     try {
         const ProcessOptions options = read_process_options({argv + 1, static_cast<std::size_t>(argc - 1)});
         if (options.help) {
-            std::cout << kProcessUsage;
+            std::cout << process_usage();
+            return kDone;
+        }
+        if (options.help_settings) {
+            std::cout << settings_manual_text();
             return kDone;
         }
         if (options.version) {

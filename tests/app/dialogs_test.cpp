@@ -4,6 +4,7 @@
 #include "app/dialogs/processing_form.h"
 #include "app/window/main_window.h"
 #include "fake_operator.h"
+#include "session/settings_table.h"
 #include "settings_in_memory.h"
 #include "test_folder.h"
 
@@ -224,10 +225,9 @@ TEST(DefinitionsForm, MenuReadsAndSavesTheCopy)
 
 TEST(ProcessingForm, StaysOpenUntilAccepted)
 {
-    ProcessingParameters parameters;
-    DisplaySettings settings;
+    Settings settings;
     FakeOperator op;
-    ProcessingForm form(parameters, settings, op);
+    ProcessingForm form(settings, op);
     form.show();
     auto& rate = control<QLineEdit>(form, "Text_sample_rate");
     rate.setText(QStringLiteral("10"));
@@ -239,34 +239,25 @@ TEST(ProcessingForm, StaysOpenUntilAccepted)
     press(form, "Command_Done");
     EXPECT_FALSE(form.isVisible());
     EXPECT_TRUE(form.changes().reload);
-    EXPECT_EQ(parameters.LoggingSampleRate, 10.0F);
+    EXPECT_EQ(settings.parameters.LoggingSampleRate, 10.0F);
 }
 
 TEST(ProcessingForm, EveryBoxIsBoundToItsValue)
 {
-    ProcessingParameters parameters;
-    DisplaySettings settings;
+    Settings settings;
+    Settings expected;
     FakeOperator op;
-    ProcessingForm form(parameters, settings, op);
-    const char* const names[] = {"Text_logging_scroll_step", "Text_sample_rate",    "Text_line_break_distance",
-                                 "Text_line_break_time",     "Text_average_window", "Text_depth_average_window",
-                                 "Text_timing_tick",         "Text_section_length", "Text_section_tick_spacing",
-                                 "Text_max_elevation_range", "Text_max_TMI_range",  "Text_TMI_tick_spacing",
-                                 "Text_max_TG_range",        "Text_TG_tick_spacing"};
+    ProcessingForm form(settings, op);
     int value = 101;
-    for (const char* const name : names) control<QLineEdit>(form, name).setText(QString::number(value++));
+    for (const Setting& setting : settings_table()) {
+        if (setting.group == SettingGroup::none || is_switch(setting)) continue;
+        control<QLineEdit>(form, setting.box).setText(QString::number(value));
+        set_setting(expected, setting.key, std::to_string(value++));
+    }
     control<QCheckBox>(form, "Check_circular_heading").setChecked(true);
+    expected.parameters.CircularHeading = true;
     press(form, "Command_Done");
-    ProcessingParameters expected;
-    expected.LoggingScrollStep = 101;
-    expected.LoggingSampleRate = 102;
-    expected.LoggingLineBreakDistance = 103;
-    expected.LoggingLineBreakTime = 104;
-    expected.SmoothWindow = 105;
-    expected.GradientWindow = 106;
-    expected.CircularHeading = true;
-    EXPECT_EQ(parameters, expected);
-    EXPECT_EQ(settings, (DisplaySettings{107, 109, 108, 110, 111, 112, 113, 114, 113}));
+    EXPECT_EQ(settings, expected);
 }
 
 TEST(QtOperator, ABoxGivesTheKeyboardBackToTheWindowThatHadIt)

@@ -261,7 +261,7 @@ TEST_F(PickWindowTest, AKilledProgramHasEverythingOnItsSamplesWhenItStartsAgain)
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) { // one thread works on the core alone, and is killed at once after its last step
-        window.monitor().pick_work.settings.ShowNewPickDialog = false;
+        window.survey().pick_settings.ShowNewPickDialog = false;
         for (const std::int32_t record : {40, 80, 120, 160}) {
             window.monitor().pick_work.mnuAddAnomaly(indexed_track(window.survey()).track, record);
         }

@@ -168,7 +168,7 @@ TEST_F(WindowTest, UnsavedPicksKeepTheWindowOpenUntilTheyAreWritten)
     window.open_file(write_survey(folder, "a", 300));
     click(kLoad);
     PickWorkflow& work = window.monitor().pick_work;
-    work.settings.ShowNewPickDialog = false;
+    window.survey().pick_settings.ShowNewPickDialog = false;
     window.monitor().survey.picks.pick_file_name = folder.path("gone/a_pick.dat");
     work.mnuAddAnomaly(indexed_track(window.survey()).track, 20);
     op.answer = false;

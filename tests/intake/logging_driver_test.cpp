@@ -19,7 +19,7 @@ struct DriverTest : testing::Test {
     FakeRunDisplay display;
     SurveyState survey;
     FakePickDisplay pick_display;
-    PickWorkflow pick_work{survey.picks, survey.current_pick, op, pick_display};
+    PickWorkflow pick_work{survey.picks, survey.current_pick, survey.pick_settings, op, pick_display};
     LoggingDriver driver{survey, pick_work, op, display};
 
     void SetUp() override { write_survey(100); }
@@ -101,7 +101,7 @@ TEST_F(DriverTest, ALiveRunLeavesThePicksOfAFileBehind)
 {
     press(StartButton::load_or_pause);
     pick_work.open_picks_of(survey.data_file_name, indexed_track(survey));
-    pick_work.settings.ShowNewPickDialog = false;
+    survey.pick_settings.ShowNewPickDialog = false;
     pick_work.mnuAddAnomaly(indexed_track(survey).track, 4);
     const std::string stored = folder.read("line_pick.dat");
     driver.start_pipe_data_logging();

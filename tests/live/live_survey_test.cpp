@@ -186,7 +186,7 @@ TEST(Recording, EveryOneHasTheTracksPicksBesideIt)
     const TestFolder folder;
     LiveMonitor monitor;
     PickWorkflow& work = monitor.monitor.pick_work;
-    work.settings.ShowNewPickDialog = false;
+    monitor.monitor.survey.pick_settings.ShowNewPickDialog = false;
     monitor.live.set_recording_folder(folder.path(""));
     std::vector<std::string> pick_files;
     for (int run = 0; run < 2; ++run) {

@@ -40,7 +40,8 @@ protected:
     std::int32_t current_pick = -1;
     FakeOperator op;
     FakePickDisplay display;
-    PickWorkflow work{picks, current_pick, op, display};
+    PickSettings settings;
+    PickWorkflow work{picks, current_pick, settings, op, display};
     const IndexedTrack ground{track.table(), track.tree};
 
     void SetUp() override { work.open_picks_of(folder.path("line7.csv"), ground); }
@@ -104,36 +105,24 @@ TEST_F(PickWork, OffersNothingBesideTheTrackAndSavesNothingUnasked)
 
 TEST_F(PickWork, FollowsItsTwoSwitches)
 {
-    work.settings = {.ShowNewPickDialog = false, .DeferPickCombo = true};
+    settings = {.ShowNewPickDialog = false, .DeferPickCombo = true};
     work.Command_mark_anomaly_location(track.table(), 2);
     EXPECT_EQ(list(), "Anomaly 1@2");
     EXPECT_EQ(current_pick, -1);
     EXPECT_TRUE(display.controls.names.empty());
-    work.settings.DeferPickCombo = false;
+    settings.DeferPickCombo = false;
     work.Command_mark_anomaly_location(track.table(), 5);
     EXPECT_EQ(list(), "Anomaly 1@2, Anomaly 2@5");
     EXPECT_EQ(display.controls.names, (std::vector<std::string>{"Anomaly 1", "Anomaly 2"}));
     EXPECT_EQ(current_pick, 2);
     EXPECT_EQ(work.Command_add_next({"Target", "", "3"}), (PickTexts{"Target", "0", "3"}));
     EXPECT_EQ(work.Command_add_next({"Anomaly", "1", "3"}), (PickTexts{"Anomaly", "3", "3"}));
-
-    struct Case {
-        const char* key;
-        const char* text;
-        SettingOutcome outcome;
-    };
-    const Case cases[] = {{"ShowNewPickDialog", " 1 ", SettingOutcome::taken},
-                          {"ShowNewPickDialog", "2", SettingOutcome::refused},
-                          {"DeferPickCombo", "yes", SettingOutcome::refused},
-                          {"deferpickcombo", "1", SettingOutcome::unknown_key}};
-    for (const Case& c : cases) EXPECT_EQ(set_pick_setting(work.settings, c.key, c.text), c.outcome) << c.text;
-    EXPECT_TRUE(work.settings.ShowNewPickDialog);
 }
 
 TEST_F(PickWork, AsksForAFileWhenThereIsNoDataFile)
 {
     work.open_picks_of("", ground);
-    work.settings.ShowNewPickDialog = false;
+    settings.ShowNewPickDialog = false;
     work.Command_mark_anomaly_location(track.table(), 2);
     EXPECT_EQ(op.messages, std::vector<std::string>{"The pick is in no file yet: no pick file has been chosen"});
     op.chosen_file = folder.path("line7_pick.dat");
@@ -270,7 +259,7 @@ TEST_F(PickWork, ReadsAnotherListAndWritesToItFromThen)
     work.menu_read_list(ground);
     EXPECT_EQ(display.controls, PickControls{});
     work.menu_write_list();
-    work.settings.ShowNewPickDialog = false;
+    settings.ShowNewPickDialog = false;
     work.Command_mark_anomaly_location(track.table(), 2);
     EXPECT_EQ(folder.read("broken.dat"), pick_file_text(picks));
     EXPECT_EQ(folder.read("broken.dat.unreadable"), "no picks");

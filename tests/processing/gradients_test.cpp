@@ -213,5 +213,41 @@ TEST(Gradients, OfAConstantFieldVanishAndOfASlopeAreSymmetric)
     }
 }
 
+TEST(Gradients, SpacingCountsOverRecordsOrOverFixes)
+{
+    struct Case {
+        const char* fixes; // a record each, two metres on: "x" has a position
+        double over_records;
+        double over_fixes;
+        bool is_short;
+    };
+    const Case cases[] = {{"xxxxxxxxxx", 1.8, 2, false}, {"xxx....xxx", 1.8, 2, false}, {"xxxxxxx...", 1.2, 2, true},
+                          {"...xxxxxxx", 1.2, 2, true},  {".xx.xx....", 0.8, 2, true},  {"....x.....", 0, 0, false},
+                          {"..........", 0, 0, false}};
+    for (const Case& c : cases) {
+        ProcessingRun survey;
+        survey.parameters.CarryClosingSample = true;
+        survey.parameters.LoggingLineBreakDistance = 0;
+        std::vector<std::string> lines;
+        for (int at = 0; c.fixes[at] != '\0'; ++at) {
+            const std::string east = c.fixes[at] == 'x' ? std::to_string(2 * at) : "*";
+            lines.push_back(std::to_string(at) + "," + east + ",0," + std::to_string(3 * at));
+        }
+        survey.process("Time,East,North,M1", lines);
+        SampleStore& store = survey.run.store;
+        EXPECT_EQ(mean_spacing(store, 1, 10, SpacingRule::over_records), c.over_records) << c.fixes;
+        EXPECT_EQ(mean_spacing(store, 1, 10, SpacingRule::over_fixes), c.over_fixes) << c.fixes;
+        EXPECT_EQ(lines_with_short_spacing(store, survey.run.lines), std::vector<std::int32_t>(c.is_short ? 1 : 0, 1))
+            << c.fixes;
+
+        GradientFilters filters;
+        survey.parameters.GradientWindow = 3; // one tap of 2 / pi on either side of 3 nT a record
+        survey.parameters.SpacingOverFixes = true;
+        recalculate_gradient_values(store, survey.run.lines, survey.parameters, filters, survey.op);
+        const double slope = store.sensors[1].gradients[2][5];
+        EXPECT_NEAR(slope, c.over_fixes > 0 ? 6 * 2 / kPi / c.over_fixes : kNull, 1e-6) << c.fixes;
+    }
+}
+
 } // namespace
 } // namespace tarvo

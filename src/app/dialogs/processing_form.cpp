@@ -1,11 +1,12 @@
 #include "app/dialogs/processing_form.h"
 
 #include "app/common/texts.h"
+#include "session/settings_table.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -13,23 +14,27 @@ namespace tarvo {
 
 namespace {
 
-using Page = ProcessingPage;
+QString caption_of(const Setting& setting)
+{
+    const QString caption = ProcessingForm::tr(setting.caption);
+    const QString unit = to_qt(setting.unit);
+    return unit.isEmpty() ? caption : QStringLiteral("%1 (%2)").arg(caption, unit);
+}
 
 } // namespace
 
-ProcessingForm::ProcessingForm(ProcessingParameters& parameters, DisplaySettings& settings, Operator& op,
-                               QWidget* parent)
-    : QDialog(parent), parameters_(parameters), settings_(settings), op_(op)
+ProcessingForm::ProcessingForm(Settings& settings, Operator& op, QWidget* parent)
+    : QDialog(parent), settings_(settings), op_(op)
 {
     setObjectName(QStringLiteral("Form_processing_parameters"));
     setWindowTitle(tr("Processing parameters"));
     auto* const left = new QVBoxLayout;
-    left->addWidget(sample_group());
-    left->addWidget(filter_group());
-    left->addWidget(corrections_group());
+    left->addWidget(make_group(SettingGroup::samples, tr("Samples and survey lines")));
+    left->addWidget(make_group(SettingGroup::filters, tr("Filters")));
+    left->addWidget(make_group(SettingGroup::corrections, tr("Corrections")));
     left->addStretch();
     auto* const right = new QVBoxLayout;
-    right->addWidget(display_group());
+    right->addWidget(make_group(SettingGroup::display, tr("Display")));
     right->addStretch();
     auto* const columns = new QHBoxLayout;
     columns->addLayout(left);
@@ -54,119 +59,69 @@ ProcessingForm::ProcessingForm(ProcessingParameters& parameters, DisplaySettings
     layout->addLayout(columns);
     layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    show_current_values();
 }
 
-void ProcessingForm::add_box(QFormLayout* rows, std::string ProcessingPage::*text, const char* object_name,
-                             const QString& caption, const QString& hint)
+QWidget* ProcessingForm::make_group(SettingGroup group, const QString& title)
 {
-    auto* const edit = new QLineEdit;
-    edit->setObjectName(QLatin1String(object_name));
-    edit->setToolTip(hint);
+    auto* const box = new QGroupBox(title);
+    auto* const rows = new QFormLayout(box);
+    for (const Setting& setting : settings_table()) {
+        if (setting.group != group) continue;
+        if (is_switch(setting)) {
+            add_switch(*rows, setting);
+        } else if (!setting.choices.empty()) {
+            add_choice(*rows, setting);
+        } else {
+            add_text_box(*rows, setting);
+        }
+    }
+    return box;
+}
+
+void ProcessingForm::add_switch(QFormLayout& rows, const Setting& setting)
+{
+    auto* const check = new QCheckBox(caption_of(setting));
+    check->setObjectName(QLatin1String(setting.box));
+    check->setToolTip(to_qt(help_text(setting)));
+    check->setChecked(setting_text(settings_, setting) == "1");
+    rows.addRow(check);
+    boxes_.push_back({&setting, [check] { return QString::number(check->isChecked() ? 1 : 0); }});
+}
+
+void ProcessingForm::add_choice(QFormLayout& rows, const Setting& setting)
+{
+    auto* const choice = new QComboBox;
+    choice->setObjectName(QLatin1String(setting.box));
+    choice->setToolTip(to_qt(help_text(setting)));
+    for (const char* const text : setting.choices) choice->addItem(QLatin1String(text));
+    choice->setCurrentText(to_qt(setting_text(settings_, setting)));
+    rows.addRow(caption_of(setting), choice);
+    boxes_.push_back({&setting, [choice] { return choice->currentText(); }});
+}
+
+// The box shows one decimal at most; what that hides stands in the tooltip.
+void ProcessingForm::add_text_box(QFormLayout& rows, const Setting& setting)
+{
+    auto* const edit = new QLineEdit(to_qt(shown_setting_text(settings_, setting)));
+    edit->setObjectName(QLatin1String(setting.box));
+    edit->setToolTip(
+        plain_tip(to_qt(help_text(setting)) + tr("\nNow: %1").arg(to_qt(setting_text(settings_, setting)))));
     edit->setAlignment(Qt::AlignRight);
     edit->setFixedWidth(90);
-    rows->addRow(caption, edit);
-    boxes_.push_back({text, edit});
-}
-
-void ProcessingForm::add_switch(QFormLayout* rows, bool ProcessingPage::*is_on, const char* object_name,
-                                const QString& caption, const QString& hint)
-{
-    auto* const check = new QCheckBox(caption);
-    check->setObjectName(QLatin1String(object_name));
-    check->setToolTip(hint);
-    rows->addRow(check);
-    switches_.push_back({is_on, check});
-}
-
-QWidget* ProcessingForm::sample_group()
-{
-    auto* const group = new QGroupBox(tr("Samples and survey lines"));
-    auto* const rows = new QFormLayout(group);
-    add_box(rows, &Page::Text_logging_scroll_step, "Text_logging_scroll_step", tr("Logging &scroll step"),
-            tr("By how many positions \"Play along the track\" goes on at a time"));
-    add_box(rows, &Page::Text_sample_rate, "Text_sample_rate", tr("Sample &rate (1/s)"),
-            tr("Stored samples per second. A change reloads the data file."));
-    add_box(rows, &Page::Text_line_break_distance, "Text_line_break_distance", tr("Line &break distance (m)"),
-            tr("A jump of this length starts a new survey line; 0: off. A change reloads the data file."));
-    add_box(rows, &Page::Text_line_break_time, "Text_line_break_time", tr("Line break &time (s)"),
-            tr("A gap of this length starts a new survey line; 0: off. A change reloads the data file."));
-    return group;
-}
-
-QWidget* ProcessingForm::filter_group()
-{
-    auto* const group = new QGroupBox(tr("Filters"));
-    auto* const rows = new QFormLayout(group);
-    add_box(rows, &Page::Text_average_window, "Text_average_window", tr("&Averaging window (samples)"),
-            tr("Width of the smoothing filter. A change recalculates the gradients."));
-    add_box(rows, &Page::Text_depth_average_window, "Text_depth_average_window", tr("&Gradient window (samples)"),
-            tr("Width of the gradient filter (depth averaging window). A change recalculates the gradients."));
-    return group;
-}
-
-QWidget* ProcessingForm::corrections_group()
-{
-    auto* const group = new QGroupBox(tr("Corrections"));
-    group->setToolTip(tr("A change of these reloads the data file"));
-    auto* const rows = new QFormLayout(group);
-    add_switch(
-        rows, &Page::Check_carry_closing_sample, "Check_carry_closing_sample",
-        tr("Start the &next bin with the sample that closes one"),
-        tr("No data line is left out of the averages, also when the data's own rate is as low as the stored rate"));
-    add_switch(rows, &Page::Check_circular_heading, "Check_circular_heading", tr("Average headings on the &circle"),
-               tr("359 and 1 degrees average to north, not to south"));
-    add_switch(rows, &Page::Check_compass_heading, "Check_compass_heading", tr("Headings are bearings &from north"),
-               tr("Headings count clockwise from north, as a compass reads; else anticlockwise from east"));
-    return group;
-}
-
-QWidget* ProcessingForm::display_group()
-{
-    auto* const group = new QGroupBox(tr("Display"));
-    auto* const rows = new QFormLayout(group);
-    add_box(rows, &Page::Text_timing_tick, "Text_timing_tick", tr("Ti&ming tick (min)"),
-            tr("Minutes between two time ticks on the track; 0: none"));
-    add_box(rows, &Page::Text_section_length, "Text_section_length", tr("Section &length (m)"),
-            tr("Length of track that graphs and colour bars show; over 25"));
-    add_box(rows, &Page::Text_section_tick_spacing, "Text_section_tick_spacing", tr("Section tick s&pacing (m)"),
-            tr("Spacing of the ticks along the track; 0: a round one"));
-    add_box(rows, &Page::Text_max_elevation_range, "Text_max_elevation_range", tr("&Elevation range (m)"),
-            tr("Range of the depth and elevation graph; over 10"));
-    add_box(rows, &Page::Text_max_TMI_range, "Text_max_TMI_range", tr("TM&I range (nT)"),
-            tr("Range of the TMI graphs; over 10"));
-    add_box(rows, &Page::Text_TMI_tick_spacing, "Text_TMI_tick_spacing", tr("TMI tic&k spacing (nT)"),
-            tr("Spacing of the ticks of the TMI graphs"));
-    add_box(rows, &Page::Text_max_TG_range, "Text_max_TG_range", tr("Gradient range (nT/m)"),
-            tr("The gradient that takes the last colour of the scale; at least 1"));
-    add_box(rows, &Page::Text_TG_tick_spacing, "Text_TG_tick_spacing", tr("Gradient tick spacing (nT/m)"),
-            tr("Spacing of the ticks of the gradient graphs"));
-    return group;
-}
-
-// Boxes show one decimal at most; what that hides stands in the tooltip.
-void ProcessingForm::show_current_values()
-{
-    const ProcessingPage shown = display_processing_parameters(parameters_, settings_);
-    const ProcessingPage exact = exact_processing_parameters(parameters_, settings_);
-    for (const Box& box : boxes_) {
-        box.edit->setText(to_qt(shown.*box.text));
-        box.edit->setToolTip(box.edit->toolTip() + tr("\nNow: %1").arg(to_qt(exact.*box.text)));
-    }
-    for (const Switch& entry : switches_) entry.check->setChecked(shown.*entry.is_on);
+    rows.addRow(caption_of(setting), edit);
+    boxes_.push_back({&setting, [edit] { return edit->text(); }});
 }
 
 ProcessingPage ProcessingForm::page() const
 {
     ProcessingPage page;
-    for (const Box& box : boxes_) page.*box.text = to_utf8(box.edit->text());
-    for (const Switch& entry : switches_) page.*entry.is_on = entry.check->isChecked();
+    for (const Box& box : boxes_) page[box.setting->key] = to_utf8(box.text());
     return page;
 }
 
 void ProcessingForm::done_pressed()
 {
-    changes_ = done_processing_parameters(page(), parameters_, settings_, op_);
+    changes_ = done_processing_parameters(page(), settings_, op_);
     if (changes_.status == 0) accept();
 }
 

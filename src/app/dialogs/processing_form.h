@@ -4,55 +4,44 @@
 
 #include <QDialog>
 
-#include <string>
+#include <functional>
 #include <vector>
 
-class QCheckBox;
 class QFormLayout;
-class QLineEdit;
 
 namespace tarvo {
 
-// Form_processing_parameters: the processing parameters and the ranges of the display.
+struct Setting;
+enum class SettingGroup;
+
+// Form_processing_parameters: a box for every setting that has a group in the settings table.
 class ProcessingForm : public QDialog {
     Q_OBJECT
 
 public:
-    // parameters, settings and op must outlive the dialog.
-    ProcessingForm(ProcessingParameters& parameters, DisplaySettings& settings, Operator& op,
-                   QWidget* parent = nullptr);
+    // settings and op must outlive the dialog.
+    ProcessingForm(Settings& settings, Operator& op, QWidget* parent = nullptr);
 
     // What has to follow, once the dialog was accepted.
     const ProcessingChanges& changes() const { return changes_; }
 
 private:
     struct Box {
-        std::string ProcessingPage::*text;
-        QLineEdit* edit;
-    };
-    struct Switch {
-        bool ProcessingPage::*is_on;
-        QCheckBox* check;
+        const Setting* setting;
+        std::function<QString()> text;
     };
 
-    void add_box(QFormLayout* rows, std::string ProcessingPage::*text, const char* object_name, const QString& caption,
-                 const QString& hint);
-    void add_switch(QFormLayout* rows, bool ProcessingPage::*is_on, const char* object_name, const QString& caption,
-                    const QString& hint);
-    QWidget* sample_group();
-    QWidget* filter_group();
-    QWidget* corrections_group();
-    QWidget* display_group();
-    void show_current_values();
+    QWidget* make_group(SettingGroup group, const QString& title);
+    void add_switch(QFormLayout& rows, const Setting& setting);
+    void add_choice(QFormLayout& rows, const Setting& setting);
+    void add_text_box(QFormLayout& rows, const Setting& setting);
     ProcessingPage page() const;
     void done_pressed();
 
-    ProcessingParameters& parameters_;
-    DisplaySettings& settings_;
+    Settings& settings_;
     Operator& op_;
     ProcessingChanges changes_;
     std::vector<Box> boxes_;
-    std::vector<Switch> switches_;
 };
 
 } // namespace tarvo

@@ -4,6 +4,7 @@
 #include "display/colour_scale.h"
 #include "display/range_fit.h"
 #include "display/track_navigation.h"
+#include "session/settings_table.h"
 
 namespace tarvo {
 
@@ -91,7 +92,7 @@ void SurveyView::fit_range()
 
 void SurveyView::change_display_setting(const std::string& key, const QString& text)
 {
-    if (set_display_setting(survey_.display_settings, key, to_utf8(text)) != SettingOutcome::taken) return;
+    if (set_setting(survey_, key, to_utf8(text)) != SettingOutcome::taken) return;
     survey_.track_image.section = current_section();
     show_changed_colours();
 }

@@ -5,28 +5,31 @@
 
 namespace tarvo {
 
-const char* const kLaunchUsage =
-    R"(tarvo [options] [FILE]
+std::string launch_usage()
+{
+    return R"(tarvo [options] [FILE]
 Opens the monitor, with a survey data file when one is named.
 
   --load               reads the whole file and draws the track
   --replay             shows the file line by line
   --listen             listens for a live survey right away
   --header-line N      line of the column names (else what the definitions say, else 1)
-  --set KEY=VALUE      a processing or display setting by its key; may be repeated
+  --set KEY=VALUE      a setting by its key; may be repeated
   --screenshot FILE    does the rest, saves a PNG picture of the window and quits
   --help, --version
 
+)" + settings_paragraph() +
+           R"(
 Exit status: 0 done, 1 failed, 2 wrong usage.
 )";
+}
 
 namespace {
 
 void take_setting_text(LaunchOptions& options, const std::string& text)
 {
-    ProcessingParameters parameters;
-    DisplaySettings display;
-    take_setting(text, parameters, display); // throws what is wrong with it
+    Settings scratch;
+    take_setting(text, scratch); // throws what is wrong with it
     options.settings.push_back(text);
 }
 

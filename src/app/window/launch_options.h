@@ -24,6 +24,6 @@ struct LaunchOptions {
 // arguments: those after the program's name. Throws UsageError.
 LaunchOptions read_launch_options(std::span<const char* const> arguments);
 
-extern const char* const kLaunchUsage;
+std::string launch_usage();
 
 } // namespace tarvo

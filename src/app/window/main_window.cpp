@@ -12,6 +12,7 @@
 #include "app/panels/track_widget.h"
 #include "intake/column_report.h"
 #include "intake/open_survey.h"
+#include "session/settings_table.h"
 #include "survey/survey_readings.h"
 
 #include <QApplication>
@@ -39,9 +40,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
         return true;
     };
     boxes_.take_warning = [this](WarningAbout about, const std::string& text) { take_warning(about, text); };
-    read_processing_parameters(survey().parameters, settings_);
-    survey().display_settings = read_display_settings(settings_);
-    read_pick_settings(monitor_.pick_work.settings, settings_);
+    read_settings(survey(), settings_);
 
     make_panels();
     make_file_menu();
@@ -192,9 +191,7 @@ void MainWindow::show_point_readings()
 
 void MainWindow::keep_settings()
 {
-    write_processing_parameters(survey().parameters, settings_);
-    write_display_settings(survey().display_settings, settings_);
-    write_pick_settings(monitor_.pick_work.settings, settings_);
+    write_settings(survey(), settings_);
 }
 
 // A run is ended first; the window closes when it is over.

@@ -35,7 +35,7 @@ void MainWindow::edit_definitions()
 
 void MainWindow::edit_processing_parameters()
 {
-    ProcessingForm form(survey().parameters, survey().display_settings, op_, this);
+    ProcessingForm form(survey(), op_, this);
     form.exec();
     keep_settings(); // the scroll step is taken even when the dialog is cancelled afterwards
     if (carry_out_changes(form.changes(), survey(), op_)) {

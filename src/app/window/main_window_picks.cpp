@@ -88,9 +88,9 @@ void MainWindow::make_pick_menu()
         action->setObjectName(QLatin1String(name));
         action->setToolTip(tip);
         action->setCheckable(true);
-        action->setChecked(monitor_.pick_work.settings.*value);
+        action->setChecked(survey().pick_settings.*value);
         connect(action, &QAction::toggled, this, [this, value](bool on) {
-            monitor_.pick_work.settings.*value = on;
+            survey().pick_settings.*value = on;
             keep_settings();
         });
     };
