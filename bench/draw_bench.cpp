@@ -46,7 +46,7 @@ struct Track {
         scene.track.count = static_cast<std::int32_t>(values.size()) - 1;
         scene.track.easting = easting.data();
         scene.track.northing = northing.data();
-        scene.display_values = values.data();
+        scene.sensor_values = {nullptr, values.data()};
         return scene;
     }
 };
@@ -107,8 +107,8 @@ void bare_loop(Picture& picture, const MapFrame& frame, const TrackScene& scene)
             colour = kGreen;
             half_size = 3;
             next_tick += 120;
-        } else if (is_valid_sensor(scene.display_values[record])) {
-            float position = static_cast<float>(scene.display_values[record] / scene.settings.gradient_max_range) * 4;
+        } else if (is_valid_sensor(scene.sensor_values[1][record])) {
+            float position = static_cast<float>(scene.sensor_values[1][record] / scene.colours.high) * 4;
             position = position < 0 ? 0 : position > 4 ? 4 : position;
             const int entry = position < 3 ? static_cast<int>(position) : 3;
             const float share = position - static_cast<float>(entry);

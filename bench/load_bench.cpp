@@ -123,7 +123,7 @@ double stored_bytes(const std::string& file_name, const ProcessingParameters& pa
     read_definitions(definitions_file_name_for(file_name), definitions, header_line_number, op);
     const HeaderReading reading = read_header_line(1, file_name, header_line_number, op);
     FieldLocations locations;
-    locate_header_fields(header_columns_of(reading.header), definitions, locations, op);
+    locate_header_fields(header_columns_of(reading.header), definitions, locations);
     SampleProcessing run;
     start_processing(run, definitions, locations, parameters);
     std::string_view line;

@@ -36,11 +36,11 @@ double core_load(const std::string& file, const ProcessingParameters& parameters
     ConsoleOperator op;
     ConsoleRunDisplay display(ConsoleRunDisplay::Progress::hidden);
     ConsolePickDisplay pick_display;
-    Monitor monitor(op, display, pick_display);
-    monitor.survey.data_file_name = file;
-    monitor.survey.parameters = parameters;
+    Session session(op, display, pick_display);
+    session.survey.data_file_name = file;
+    session.survey.parameters = parameters;
     const double begin = seconds_used();
-    monitor.driver.Command_start_logging(StartButton::load_or_pause);
+    session.driver.Command_start_logging(StartButton::load_or_pause);
     return seconds_used() - begin;
 }
 

@@ -7,6 +7,7 @@ build_packages=(
     g++ cmake ninja-build
     libpng-dev
     libproj-dev proj-data
+    libgdal-dev
     qt6-base-dev libqcustomplot-dev libqcustomplot2.1-qt6 fonts-dejavu-core
     libgtest-dev libbenchmark-dev
 )
@@ -48,11 +49,15 @@ install_packages() {
     say "Installing ${missing[*]}"
     as_root apt-get -q update &&
         as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y install --no-install-recommends "${missing[@]}"
+    mkdir -p build && touch build/packages_installed # what was configured before may have left things out
 }
 
-# configure PRESET: only for the first time and after a change of the presets; the build sees other changes itself.
+# configure PRESET: only for the first time, and after a change of the presets or an installation of packages; the build
+# sees other changes itself.
 configure() {
-    [ "build/$1/build.ninja" -nt CMakePresets.json ] || cmake --preset "$1"
+    local made=build/$1/build.ninja
+    if [ "$made" -nt CMakePresets.json ] && [ ! build/packages_installed -nt "$made" ]; then return; fi
+    cmake --preset "$1"
 }
 
 # build PRESET [TARGET]

@@ -4,7 +4,7 @@
 #include "fake_pick_display.h"
 #include "fake_run_display.h"
 #include "processing/sample_export.h"
-#include "session/monitor.h"
+#include "session/session.h"
 
 #include <gtest/gtest.h>
 
@@ -17,12 +17,12 @@ struct CoreLoad {
     FakeOperator op;
     FakeRunDisplay display;
     FakePickDisplay picks;
-    Monitor monitor{op, display, picks};
+    Session session{op, display, picks};
 
     explicit CoreLoad(const std::string& file)
     {
-        monitor.survey.data_file_name = file;
-        EXPECT_EQ(monitor.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData) << file;
+        session.survey.data_file_name = file;
+        EXPECT_EQ(session.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData) << file;
     }
 };
 
@@ -43,7 +43,7 @@ inline std::string stored_samples(const SampleProcessing& run)
 
 inline std::string loaded_samples(const std::string& data_file)
 {
-    return stored_samples(CoreLoad(data_file).monitor.survey.processing);
+    return stored_samples(CoreLoad(data_file).session.survey.processing);
 }
 
 } // namespace tarvo

@@ -42,7 +42,7 @@ public:
 // A monitor without a window, its live side on a pipe that only keeps the name; `pipe` may stand in for it.
 struct LiveMonitor {
     explicit LiveMonitor(PipeEndpoint* pipe = nullptr)
-        : live(monitor.survey, monitor.driver, op, pipe != nullptr ? *pipe : fake_pipe, shown, [this] { return now; })
+        : live(session.survey, session.driver, op, pipe != nullptr ? *pipe : fake_pipe, shown, [this] { return now; })
     {
     }
 
@@ -70,12 +70,12 @@ struct LiveMonitor {
         return live.recording().data_file_name();
     }
 
-    const SampleProcessing& run() const { return monitor.survey.processing; }
+    const SampleProcessing& run() const { return session.survey.processing; }
 
     FakeOperator op;
     FakeRunDisplay display;
     FakePickDisplay picks;
-    Monitor monitor{op, display, picks};
+    Session session{op, display, picks};
     FakePipe fake_pipe;
     FakeLiveDisplay shown;
     const RunControls& controls() const { return display.controls.back(); }

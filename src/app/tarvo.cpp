@@ -35,7 +35,7 @@ void start(MainWindow& window, const LaunchOptions& options)
     if (!options.data_file.empty()) window.open_file(options.data_file, options.header_line);
     // The definitions dialog of a file without definitions may have begun the run already.
     const bool has_begun =
-        window.monitor().driver.state().any_run_active() || window.survey().processing.store.RecordCount > 0;
+        window.session().driver.state().any_run_active() || window.survey().processing.store.RecordCount > 0;
     if (options.start && !has_begun && !window.survey().data_file_name.empty()) window.press_start(*options.start);
     if (is_attended) return;
     QApplication::processEvents(); // the finished run is painted

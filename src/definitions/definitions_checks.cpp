@@ -1,5 +1,6 @@
 #include "definitions/definitions_checks.h"
 
+#include "definitions/definitions_file.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -12,6 +13,24 @@ namespace {
 bool is_positive_number(const std::string& text)
 {
     return numeric_value(text).value_or(0) > 0;
+}
+
+// Whether a box still reads what it would show for a value.
+bool is_untouched(const std::string& text, double value, int decimals)
+{
+    return trimmed(text) == format_fixed(value, decimals);
+}
+
+// A scale too small for its box is no fault of the operator's.
+bool is_valid_scale(const std::string& text, double current)
+{
+    return is_positive_number(text) || (current > 0 && is_untouched(text, current, kScaleDecimals));
+}
+
+// The number of a box; one that nobody has edited keeps the digits that the box has no room for.
+double typed_number(const std::string& text, double current, int decimals)
+{
+    return is_untouched(text, current, decimals) ? current : leading_number(text);
 }
 
 // The whole number of a box, 0 when it holds none.
@@ -81,8 +100,8 @@ DefinitionsPage display_definitions(const SurveyDefinitions& definitions)
     for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
         page.Text_locations_column[slot] = definitions.fields[slot].name;
     }
-    page.Text_data_scale = format_fixed(definitions.coordinate_scale, 4);
-    page.Text_elevation_scale = format_fixed(definitions.depth_scale, 4);
+    page.Text_data_scale = format_fixed(definitions.coordinate_scale, kScaleDecimals);
+    page.Text_elevation_scale = format_fixed(definitions.depth_scale, kScaleDecimals);
     page.Check_fish_depth_sign = definitions.flip_depth_sign == 1;
     page.Text_num_mag = std::to_string(definitions.number_of_sensors);
     page.Text_num_sensors = std::to_string(definitions.components_per_sensor);
@@ -99,9 +118,9 @@ SensorPage display_sensor_definitions(const SurveyDefinitions& definitions, int 
     for (std::size_t component = 1; component <= 3; ++component) {
         page.flip_sign[component] = shown.flip_sign[component] == 1;
     }
-    page.Text_TMI_xyz_position = {"", format_fixed(shown.lever_arm[SensorDefinition::kOffset], 3),
-                                  format_fixed(shown.lever_arm[SensorDefinition::kLength], 3),
-                                  format_fixed(shown.lever_arm[SensorDefinition::kRotation], 3)};
+    page.Text_TMI_xyz_position = {"", format_fixed(shown.lever_arm[SensorDefinition::kOffset], kArmDecimals),
+                                  format_fixed(shown.lever_arm[SensorDefinition::kLength], kArmDecimals),
+                                  format_fixed(shown.lever_arm[SensorDefinition::kRotation], kArmDecimals)};
     return page;
 }
 
@@ -111,8 +130,12 @@ void take_definitions_page(const DefinitionsPage& page, SurveyDefinitions& worki
         working.fields[slot].name = trimmed(page.Text_locations_column[slot]);
     }
     set_default_field_names(working);
-    if (is_positive_number(page.Text_data_scale)) working.coordinate_scale = *numeric_value(page.Text_data_scale);
-    if (is_positive_number(page.Text_elevation_scale)) working.depth_scale = *numeric_value(page.Text_elevation_scale);
+    if (is_valid_scale(page.Text_data_scale, working.coordinate_scale)) {
+        working.coordinate_scale = typed_number(page.Text_data_scale, working.coordinate_scale, kScaleDecimals);
+    }
+    if (is_valid_scale(page.Text_elevation_scale, working.depth_scale)) {
+        working.depth_scale = typed_number(page.Text_elevation_scale, working.depth_scale, kScaleDecimals);
+    }
     working.flip_depth_sign = page.Check_fish_depth_sign ? 1 : 0;
     working.read_sensor_location = page.Combo_sensor_location_determination;
 
@@ -135,7 +158,8 @@ void take_sensor_page(const SensorPage& page, SurveyDefinitions& working, int se
     if (working.read_sensor_location == 1) return;
     constexpr int kElements[] = {0, SensorDefinition::kOffset, SensorDefinition::kLength, SensorDefinition::kRotation};
     for (std::size_t box = 1; box <= 3; ++box) {
-        taken.lever_arm[static_cast<std::size_t>(kElements[box])] = leading_number(page.Text_TMI_xyz_position[box]);
+        double& value = taken.lever_arm[static_cast<std::size_t>(kElements[box])];
+        value = typed_number(page.Text_TMI_xyz_position[box], value, kArmDecimals);
     }
 }
 
@@ -145,8 +169,10 @@ int check_definitions(const DefinitionsPage& page, SurveyDefinitions& working, O
         op.show_message(message);
         return -1;
     };
-    if (!is_positive_number(page.Text_data_scale)) return refuse("Warning: The coordinate scale factor is not valid");
-    if (!is_positive_number(page.Text_elevation_scale)) {
+    if (!is_valid_scale(page.Text_data_scale, working.coordinate_scale)) {
+        return refuse("Warning: The coordinate scale factor is not valid");
+    }
+    if (!is_valid_scale(page.Text_elevation_scale, working.depth_scale)) {
         return refuse("Warning: The elevation scale factor is not valid");
     }
     const std::int32_t sensors = whole_number(page.Text_num_mag);
@@ -170,7 +196,7 @@ int check_sensor_definitions(const SensorPage& page, SurveyDefinitions& working,
         return -1;
     }
     SensorDefinition& checked = working.sensors.at(static_cast<std::size_t>(sensor));
-    checked.lever_arm = {};
+    if (working.read_sensor_location == 1) checked.lever_arm = {};
     if (working.read_sensor_location == 0) checked.coordinate_columns = SensorDefinition().coordinate_columns;
     take_sensor_page(page, working, sensor);
     return 0;

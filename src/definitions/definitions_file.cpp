@@ -242,8 +242,9 @@ void read_data_format(DefinitionLines& file, SurveyDefinitions& definitions, Ope
     if (!format.unknown_lines.empty()) {
         std::string lines;
         for (const std::string& unknown : format.unknown_lines) lines += "\n" + unknown;
-        op.show_warning(WarningAbout::data, "The data format in " + file.file_name() +
-                                                " holds lines that are not known here. They are kept:" + lines);
+        op.show_warnings({{WarningAbout::data, file.file_name(),
+                           "The data format in " + file.file_name() +
+                               " holds lines that are not known here. They are kept:" + lines}});
     }
     definitions.data_format = std::move(format);
     show_first_time_column(definitions);
@@ -272,9 +273,10 @@ std::string sensor_text(const SensorDefinition& sensor, std::int32_t number, con
         text += item_line("Sensor Z Coordinate: " + sensor.coordinate_columns[3]) + "\r\n";
     } else {
         text += "Sensor Along Track Offset from Fish Location (mm): " +
-                format(sensor.lever_arm[SensorDefinition::kOffset], 3) + "\r\n";
-        text += "Sensor Arm Length (mm): " + format(sensor.lever_arm[SensorDefinition::kLength], 3) + "\r\n";
-        text += "Sensor Arm Rotation (deg): " + format(sensor.lever_arm[SensorDefinition::kRotation], 3) + "\r\n";
+                format(sensor.lever_arm[SensorDefinition::kOffset], kArmDecimals) + "\r\n";
+        text += "Sensor Arm Length (mm): " + format(sensor.lever_arm[SensorDefinition::kLength], kArmDecimals) + "\r\n";
+        text += "Sensor Arm Rotation (deg): " + format(sensor.lever_arm[SensorDefinition::kRotation], kArmDecimals) +
+                "\r\n";
     }
     for (std::size_t component = 1; component <= static_cast<std::size_t>(definitions.components_per_sensor);
          ++component) {
@@ -297,8 +299,8 @@ std::string definitions_text(const SurveyDefinitions& definitions, int header_li
     }
 
     std::string text = "Tarvo Program Parameters V3.0\r\n\r\n";
-    text += "Coordinate Data Scale : " + format(definitions.coordinate_scale, 4) + "\r\n";
-    text += "Depth Data Scale : " + format(definitions.depth_scale, 4) + " " +
+    text += "Coordinate Data Scale : " + format(definitions.coordinate_scale, kScaleDecimals) + "\r\n";
+    text += "Depth Data Scale : " + format(definitions.depth_scale, kScaleDecimals) + " " +
             std::to_string(definitions.flip_depth_sign) + "\r\n\r\n";
     text += "Number of Fish Data Fields : " + std::to_string(field_count) + " " + std::to_string(header_line_number) +
             "\r\n" + fields;
@@ -358,8 +360,30 @@ DefinitionsReading read_definitions(const std::string& file_name, SurveyDefiniti
     return reading;
 }
 
+std::string lost_digits(const SurveyDefinitions& definitions)
+{
+    std::string lost;
+    const auto compare = [&lost](const std::string& what, double value, int decimals) {
+        const std::string written = format_fixed(value, decimals);
+        if (numeric_value(written) == value) return;
+        if (!lost.empty()) lost += ", ";
+        lost += what + " " + format_shortest(value) + " would be written as " + written;
+    };
+    compare("the coordinate scale", definitions.coordinate_scale, kScaleDecimals);
+    compare("the depth scale", definitions.depth_scale, kScaleDecimals);
+    for (std::size_t sensor = 1; definitions.read_sensor_location == 0 && sensor < definitions.sensors.size();
+         ++sensor) {
+        const std::string of_sensor = " of sensor " + std::to_string(sensor);
+        const std::array<double, 6>& arm = definitions.sensors[sensor].lever_arm;
+        compare("the along-track offset" + of_sensor, arm[SensorDefinition::kOffset], kArmDecimals);
+        compare("the arm length" + of_sensor, arm[SensorDefinition::kLength], kArmDecimals);
+        compare("the arm rotation" + of_sensor, arm[SensorDefinition::kRotation], kArmDecimals);
+    }
+    return lost;
+}
+
 int write_definitions(const std::string& file_name, SurveyDefinitions& definitions, int header_line_number,
-                      Operator& op)
+                      Operator& op, NumberDigits digits)
 {
     if (definitions.read_sensor_location == 0) {
         for (std::size_t sensor = 1; sensor < definitions.sensors.size(); ++sensor) {
@@ -367,7 +391,8 @@ int write_definitions(const std::string& file_name, SurveyDefinitions& definitio
         }
     }
     try {
-        replace_file(file_name, definitions_text(definitions, header_line_number, format_fixed));
+        replace_file(file_name, definitions_text(definitions, header_line_number,
+                                                 digits == NumberDigits::fixed ? format_fixed : format_exact));
         return 0;
     } catch (const std::exception& fault) {
         op.show_message(std::string("An error occurred while writing the Data Field Definitions : ") + fault.what());

@@ -20,10 +20,23 @@ struct DefinitionsReading {
 DefinitionsReading read_definitions(const std::string& file_name, SurveyDefinitions& definitions,
                                     int& header_line_number, Operator& op);
 
+// Decimals of the numbers in a definitions file, and of the boxes in which they are edited.
+inline constexpr int kScaleDecimals = 4;
+inline constexpr int kArmDecimals = 3; // millimetres and degrees
+
+enum class NumberDigits {
+    fixed, // as many decimals as above
+    all    // as many as a number needs
+};
+
+// What fixed decimals would make of the scales and arms: "the coordinate scale 0.3048006 would be written as 0.3048".
+// Empty: nothing is lost.
+std::string lost_digits(const SurveyDefinitions& definitions);
+
 // Writes the definitions as a version 3.0 file, replacing the old one whole or not at all. Where sensor positions come
 // from lever arms, the coordinate columns become "N/A", in memory too. Returns 0, or -1 after telling the operator.
 int write_definitions(const std::string& file_name, SurveyDefinitions& definitions, int header_line_number,
-                      Operator& op);
+                      Operator& op, NumberDigits digits = NumberDigits::fixed);
 
 // The same file as a text, but with every number in as many decimals as it needs: read back, nothing is lost.
 std::string exact_definitions_text(const SurveyDefinitions& definitions, int header_line_number);

@@ -35,9 +35,20 @@ std::optional<std::string> menu_file_save(SurveyDefinitions& working, int header
     if (std::filesystem::exists(*file_name, ignored) && !op.ask_yes_no("That file already exists. Overwrite it?")) {
         return std::nullopt;
     }
-    if (write_definitions(*file_name, working, header_line_number, op) < 0) return std::nullopt;
+    if (write_edited_definitions(*file_name, working, header_line_number, op) < 0) return std::nullopt;
     op.show_message("Output complete");
     return file_name;
+}
+
+int write_edited_definitions(const std::string& file_name, SurveyDefinitions& working, int header_line_number,
+                             Operator& op)
+{
+    const std::string lost = lost_digits(working);
+    const bool keep_all = !lost.empty() && op.ask_yes_no("A definitions file holds scales with four decimals and arms "
+                                                         "with three: " +
+                                                         lost + ". Write every digit instead?");
+    return write_definitions(file_name, working, header_line_number, op,
+                             keep_all ? NumberDigits::all : NumberDigits::fixed);
 }
 
 std::string definitions_caption(const std::string& file_name)

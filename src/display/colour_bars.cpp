@@ -9,7 +9,7 @@ namespace tarvo {
 
 namespace {
 
-void draw_bar(Picture& bar, const double* values, const TrackScene& scene, std::int32_t current_record,
+void draw_bar(Picture& bar, const ShownValues& values, const TrackScene& scene, std::int32_t current_record,
               const SectionLimits& section)
 {
     const double* const distance = scene.track.distance;
@@ -21,7 +21,7 @@ void draw_bar(Picture& bar, const double* values, const TrackScene& scene, std::
     for (std::int32_t record = section.first; record <= last; ++record) {
         const int x = rounded_pixel((distance[record] - axis_start) / axis_length * bar.width());
         if (x <= 0) continue;
-        const Colour colour = value_colour(values[record], scene.settings.gradient_max_range);
+        const Colour colour = value_colour(values[record], scene.colours);
         fill_rectangle(bar, previous_x.value_or(x - 1), 0, x, bar.height(), colour);
         previous_x = x;
     }
@@ -29,8 +29,8 @@ void draw_bar(Picture& bar, const double* values, const TrackScene& scene, std::
 
 } // namespace
 
-void display_TG_bars(std::span<Picture> bars, std::span<const double* const> sensor_values, const TrackScene& scene,
-                     std::int32_t current_record, SectionLimits& section, Operator& op)
+void display_TG_bars(std::span<Picture> bars, const TrackScene& scene, std::int32_t current_record,
+                     SectionLimits& section, Operator& op)
 {
     const std::int32_t count = scene.track.count;
     if (count < 1) return;
@@ -40,9 +40,9 @@ void display_TG_bars(std::span<Picture> bars, std::span<const double* const> sen
     const bool has_current_record = current_record >= 1 && current_record <= count;
     for (std::size_t sensor = 1; sensor < bars.size(); ++sensor) {
         clear(bars[sensor]);
-        const bool has_values = sensor < sensor_values.size() && sensor_values[sensor] != nullptr;
-        if (has_values && has_current_record && section.first >= 1) {
-            draw_bar(bars[sensor], sensor_values[sensor], scene, current_record, section);
+        const ShownValues values(scene, sensor);
+        if (values.exist() && has_current_record && section.first >= 1) {
+            draw_bar(bars[sensor], values, scene, current_record, section);
         }
     }
 }

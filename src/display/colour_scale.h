@@ -1,5 +1,6 @@
 #pragma once
 
+#include "display/colour_map.h"
 #include "display/display_settings.h"
 #include "display/picture.h"
 #include "text/numbers.h"
@@ -43,11 +44,9 @@ inline void CLCRGB(const float& scaled_value, const float& lower_limit, const fl
     blue = low[2] + (high[2] - low[2]) * share;
 }
 
-// The colour of a display value: yellow for a null. gradient_range: the display value that is red, at least 1.
-inline Colour value_colour(double display_value, double gradient_range)
+// The survey's own colour of a scaled value, 0 to 1.
+inline Colour survey_colour(float scaled_value)
 {
-    const bool is_value = is_valid_sensor(display_value);
-    const auto scaled_value = static_cast<float>((is_value ? display_value : 0.0) / gradient_range);
     float red = 0;
     float green = 0;
     float blue = 0;
@@ -58,9 +57,36 @@ inline Colour value_colour(double display_value, double gradient_range)
         return (fraction * 255.0F + kUnitsOnly) - kUnitsOnly;
     };
     // Exact in 32-bit floats: no colour has more than 24 bits.
-    const auto colour =
-        static_cast<Colour>(static_cast<int>(whole(red) * 0x10000 + whole(green) * 0x100 + whole(blue)));
-    return is_value ? colour : kYellow;
+    return static_cast<Colour>(static_cast<int>(whole(red) * 0x10000 + whole(green) * 0x100 + whole(blue)));
+}
+
+// A table's colour of a scaled value, 0 to 1: each entry stands for an even part of the scale.
+inline Colour table_colour(const ColourTable& table, double scaled_value)
+{
+    constexpr double kEntries = kColourMapEntries;
+    const double entry = std::min(std::max(0.0, scaled_value * kEntries), kEntries - 1); // 0 also for what is no number
+    return table[static_cast<std::size_t>(entry)];
+}
+
+// How values become colours: the range from the map's first colour to its last.
+struct ColourScale {
+    double low = 0;
+    double high = 10;
+    const ColourMap* map = &colour_maps().front();
+    Colour tick = kGreen; // of the time ticks
+
+    bool operator==(const ColourScale&) const = default;
+};
+
+// A null takes the map's colour for it.
+inline Colour value_colour(double value, const ColourScale& scale)
+{
+    const bool is_value = is_valid_sensor(value);
+    const double scaled_value = ((is_value ? value : 0.0) - scale.low) / (scale.high - scale.low);
+    const ColourTable* const table = scale.map->table;
+    const Colour colour =
+        table == nullptr ? survey_colour(static_cast<float>(scaled_value)) : table_colour(*table, scaled_value);
+    return is_value ? colour : scale.map->null_colour;
 }
 
 // The range adjusters: element 0 is the fine one, the others are coarse. value 1 narrows the range, any other widens

@@ -1,12 +1,16 @@
 #pragma once
 
+#include "display/quantity.h"
+
+#include <array>
 #include <cstdint>
+#include <string>
 
 namespace tarvo {
 
 inline constexpr double kSmallestGradientRange = 1.0;
 
-// Ranges and tick spacings of the display. All are stored but the last, which goes with "GradientMaxRange".
+// What the display shows and how. All are stored but the reference range, which goes with "GradientMaxRange".
 struct DisplaySettings {
     std::int32_t timing_tick = 2;           // minutes between two time ticks of the track; none when below a sample
     double track_axis_tick_spacing = 10.0;  // metres along the track
@@ -17,6 +21,14 @@ struct DisplaySettings {
     double gradient_max_range = 10.0;       // the display value that takes the colour scale's last colour
     double gradient_tick_spacing = 2.0;     // in units of the display value
     double reference_gradient_range = 10.0; // sets the step of the fine range adjuster
+    std::string quantity = kQuantities[0].key;
+    std::string colour_map = "survey";
+    std::string signed_colour_map = "blue-white-red"; // of quantities with two signs
+    std::array<QuantityRange, kQuantityCount> ranges; // by quantity; the gradient's is above
+
+    bool show_grid = false;                 // the displayed quantity lies on square cells under the track
+    double grid_cell = 0;                   // metres; 0: one that suits the survey
+    double grid_fill_radius = 0;            // metres; 0: five cells
 
     bool operator==(const DisplaySettings&) const = default;
 };

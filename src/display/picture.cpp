@@ -98,7 +98,7 @@ void fill_square(Picture& picture, int x, int y, int half_size, Colour colour)
     fill_rectangle(picture, x - half_size, y + half_size, x + half_size + 1, y - half_size - 1, colour);
 }
 
-void draw_ring(Picture& picture, int x, int y, int radius, Colour colour)
+void draw_ring(Picture& picture, int x, int y, int radius, Colour colour, RingLine line)
 {
     const std::int64_t squared_radius = std::int64_t{radius} * radius;
     const PixelSpan columns = clipped({std::int64_t{x} - radius, std::int64_t{x} + radius + 1}, picture.width());
@@ -109,7 +109,9 @@ void draw_ring(Picture& picture, int x, int y, int radius, Colour colour)
             // radius - 0.5 < distance < radius + 0.5, squared: both sides end in a quarter
             const bool is_on_ring =
                 squared_distance > squared_radius - radius && squared_distance <= squared_radius + radius;
-            if (is_on_ring) picture.row(static_cast<int>(row))[column] = colour;
+            const std::int64_t off_diagonal = std::abs(std::abs(column - x) - std::abs(row - y));
+            const bool is_gap = line == RingLine::dashed && off_diagonal <= 1 + radius / 5;
+            if (is_on_ring && !is_gap) picture.row(static_cast<int>(row))[column] = colour;
         }
     }
 }

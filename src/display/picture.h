@@ -78,7 +78,8 @@ void fill_rectangle(Picture& picture, int x1, int y1, int x2, int y2, Colour col
 void fill_square(Picture& picture, int x, int y, int half_size, Colour colour);
 
 // Pixels whose distance from (x, y) rounds to the radius.
-void draw_ring(Picture& picture, int x, int y, int radius, Colour colour);
+enum class RingLine { solid, dashed };
+void draw_ring(Picture& picture, int x, int y, int radius, Colour colour, RingLine line = RingLine::solid);
 
 // Both ends belong to a line; the same pixels whichever end comes first.
 void draw_line(Picture& picture, int x1, int y1, int x2, int y2, Colour colour);

@@ -12,23 +12,6 @@ namespace {
 
 constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
 
-struct Records {
-    std::int32_t first = 1;
-    std::int32_t last = 0;
-};
-
-// Those in the stretch and one to either side.
-Records records_in(const TrackTable& track, std::int32_t value_count, const DistanceRange& range)
-{
-    const std::int32_t count = std::min(track.count, value_count);
-    if (count < 1 || track.distance == nullptr) return {};
-    const double* const begin = track.distance + 1;
-    const double* const end = begin + count;
-    const auto first = static_cast<std::int32_t>(std::lower_bound(begin, end, range.from) - begin);
-    const auto last = static_cast<std::int32_t>(std::upper_bound(begin, end, range.to) - begin) + 1;
-    return {std::max(first, 1), std::min(last, count)};
-}
-
 void add_point(ProfileCurve& curve, double distance, double value)
 {
     curve.distance.push_back(distance);
@@ -36,7 +19,7 @@ void add_point(ProfileCurve& curve, double distance, double value)
 }
 
 // The group's least and greatest value in the order in which they come; of one record its value.
-void add_group(const TrackTable& track, const double* values, const Records& group, ProfileCurve& curve)
+void add_group(const TrackTable& track, const double* values, const RecordSpan& group, ProfileCurve& curve)
 {
     std::int32_t least = 0;
     std::int32_t greatest = 0;
@@ -79,16 +62,27 @@ std::int32_t record_behind_newest(const TrackTable& track, float axis_length)
     return static_cast<std::int32_t>(std::upper_bound(begin, begin + track.count - 1, middle) - begin) + 1;
 }
 
+RecordSpan records_in(const TrackTable& track, std::int32_t value_count, const DistanceRange& range)
+{
+    const std::int32_t count = std::min(track.count, value_count);
+    if (count < 1 || track.distance == nullptr) return {};
+    const double* const begin = track.distance + 1;
+    const double* const end = begin + count;
+    const auto first = static_cast<std::int32_t>(std::lower_bound(begin, end, range.from) - begin);
+    const auto last = static_cast<std::int32_t>(std::upper_bound(begin, end, range.to) - begin) + 1;
+    return {std::max(first, 1), std::min(last, count)};
+}
+
 void profile_curve(const TrackTable& track, const SurveyLines& lines, const double* values, std::int32_t value_count,
                    const DistanceRange& range, int most_points, ProfileCurve& curve)
 {
     curve.distance.clear();
     curve.value.clear();
-    const Records shown = records_in(track, values == nullptr ? 0 : value_count, range);
+    const RecordSpan shown = records_in(track, values == nullptr ? 0 : value_count, range);
     const std::int32_t count = shown.last - shown.first + 1;
     // Two points stand for a group.
     const std::int32_t group_size = count <= most_points ? 1 : (2 * count + most_points - 1) / most_points;
-    for (Records group{shown.first, 0}; group.first <= shown.last; group.first = group.last + 1) {
+    for (RecordSpan group{shown.first, 0}; group.first <= shown.last; group.first = group.last + 1) {
         const std::int32_t line_end = end_of_line(lines, group.first, shown.last);
         group.last = std::min({group.first + group_size - 1, line_end, shown.last});
         add_group(track, values, group, curve);

@@ -28,6 +28,15 @@ DistanceRange distance_range_about(const TrackTable& track, std::int32_t record,
 // on; 0 without records.
 std::int32_t record_behind_newest(const TrackTable& track, float axis_length);
 
+// Records first to last; none where last is below first.
+struct RecordSpan {
+    std::int32_t first = 1;
+    std::int32_t last = 0;
+};
+
+// The records of a stretch and one to either side, of the first value_count.
+RecordSpan records_in(const TrackTable& track, std::int32_t value_count, const DistanceRange& range);
+
 // A curve of one quantity against the distance along the track.
 struct ProfileCurve {
     std::vector<double> distance;

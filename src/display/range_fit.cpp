@@ -10,13 +10,13 @@ namespace {
 
 constexpr double kFittedShare = 0.98;
 
-std::vector<double> values_in_view(const TrackImage& image, const TrackScene& scene)
+std::vector<double> values_in_view(const TrackImage& image, const TrackScene& scene, const ShownValues& shown)
 {
     const TrackTable& track = scene.track;
     const PixelTransform transform = active_transform(image);
     std::vector<double> values;
     for (std::int32_t record = 1; record <= track.count; ++record) {
-        const double value = scene.display_values[record];
+        const double value = shown[record];
         if (!is_valid_sensor(value)) continue;
         const int x = pixel_x(transform, track.easting[record]);
         const int y = pixel_y(transform, track.northing[record]);
@@ -26,16 +26,28 @@ std::vector<double> values_in_view(const TrackImage& image, const TrackScene& sc
     return values;
 }
 
+// Outwards to two digits of the width.
+ValueRange rounded_range(const ValueRange& range)
+{
+    const double unit = std::pow(10.0, std::floor(std::log10(range.width())) - 1);
+    return {std::floor(range.low / unit) * unit, std::ceil(range.high / unit) * unit};
+}
+
 } // namespace
 
-std::optional<double> fitted_gradient_range(const TrackImage& image, const TrackScene& scene)
+std::optional<ValueRange> fitted_range(const TrackImage& image, const TrackScene& scene)
 {
-    if (scene.display_values == nullptr) return std::nullopt;
-    std::vector<double> values = values_in_view(image, scene);
+    const ShownValues shown(scene, 1);
+    if (!shown.exist()) return std::nullopt;
+    std::vector<double> values = values_in_view(image, scene, shown);
     if (values.empty()) return std::nullopt;
-    const auto rank = static_cast<std::ptrdiff_t>(std::ceil(kFittedShare * static_cast<double>(values.size()))) - 1;
-    std::nth_element(values.begin(), values.begin() + rank, values.end());
-    return rounded_up_to_two_digits(values[static_cast<std::size_t>(rank)]);
+    if (scene.quantity->id == QuantityId::gradient) {
+        return ValueRange{0, rounded_up_to_two_digits(value_at_share(values, kFittedShare))};
+    }
+    const ValueRange range = automatic_range(values, scene.quantity->sign);
+    if (scene.quantity->sign == QuantitySign::unsigned_values) return rounded_range(range);
+    const double reach = rounded_up_to_two_digits(range.high);
+    return ValueRange{-reach, reach};
 }
 
 double rounded_up_to_two_digits(double value)
@@ -51,7 +63,12 @@ double rounded_up_to_two_digits(double value)
 
 void set_gradient_range(DisplaySettings& settings, double range)
 {
-    settings.gradient_max_range = std::max(range, kSmallestGradientRange);
+    type_gradient_range(settings, std::max(range, kSmallestGradientRange));
+}
+
+void type_gradient_range(DisplaySettings& settings, double range)
+{
+    settings.gradient_max_range = range;
     settings.reference_gradient_range = settings.gradient_max_range;
 }
 

@@ -1,7 +1,7 @@
 #include "display/survey_pictures.h"
 
-#include "display/backdrop.h"
 #include "display/colour_bars.h"
+#include "display/grid_picture.h"
 #include "display/track_view.h"
 #include "ports/guarded_operation.h"
 
@@ -70,7 +70,7 @@ std::optional<Picture> drawn_view(const std::optional<FramedView>& view, const T
     if (!view) return picture;
     run_guarded(op, kFaultText, [&] {
         picture.emplace(width, height);
-        if (scene.backdrop != nullptr) lay_backdrop(*picture, view->transform(), *scene.backdrop);
+        lay_ground(*picture, view->transform(), scene);
     });
     if (picture && display_full_data_track(*picture, view->view, view->frame, scene, op) < 0) picture.reset();
     return picture;
@@ -100,16 +100,15 @@ std::optional<Picture> zoomed_track_picture(const TrackScene& scene, int width, 
     return drawn_view(zoomed_view(scene, width, height, zoom_percent, record, op), scene, width, height, op);
 }
 
-std::optional<Picture> colour_bars_picture(const TrackScene& scene, std::span<const double* const> sensor_values,
-                                           int width, std::int32_t record, Operator& op)
+std::optional<Picture> colour_bars_picture(const TrackScene& scene, int sensor_count, int width, std::int32_t record,
+                                           Operator& op)
 {
     std::optional<Picture> stack;
     run_guarded(op, kFaultText, [&] {
-        std::vector<Picture> bars(sensor_values.size(), Picture(width, kBarHeight));
+        std::vector<Picture> bars(static_cast<std::size_t>(sensor_count) + 1, Picture(width, kBarHeight));
         SectionLimits section;
-        display_TG_bars(bars, sensor_values, scene, record, section, op);
+        display_TG_bars(bars, scene, record, section, op);
 
-        const int sensor_count = sensor_values.empty() ? 0 : static_cast<int>(sensor_values.size()) - 1;
         Picture picture(width, kBarHeight * sensor_count);
         for (int sensor = 1; sensor <= sensor_count; ++sensor) {
             copy_block(bars[static_cast<std::size_t>(sensor)], {0, 0, width, kBarHeight}, picture, 0,

@@ -27,9 +27,8 @@ std::optional<Picture> zoomed_track_picture(const TrackScene& scene, int width, 
                                             std::int32_t record, Operator& op);
 
 // The colour bars of all sensors around a record, sensor 1 at the top, 40 pixels high each, without a gap, on black.
-// sensor_values: sensors 1.., element 0 unused; each the display values of records 1..count. A record that is not
-// stored leaves the bars black.
-std::optional<Picture> colour_bars_picture(const TrackScene& scene, std::span<const double* const> sensor_values,
-                                           int width, std::int32_t record, Operator& op);
+// A record that is not stored leaves the bars black.
+std::optional<Picture> colour_bars_picture(const TrackScene& scene, int sensor_count, int width, std::int32_t record,
+                                           Operator& op);
 
 } // namespace tarvo

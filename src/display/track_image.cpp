@@ -98,9 +98,8 @@ const TrackView& refreshed_view(TrackImage& image, const TrackScene& scene, Redr
         if (is_requested || !image.zoomed_view.buffer_valid) rebuild_buffer(image, image.zoomed_view, scene, op);
         return image.zoomed_view;
     }
-    const double range = scene.settings.gradient_max_range;
-    if (!image.full_view.buffer_valid || range != image.drawn_gradient_range) {
-        image.drawn_gradient_range = range;
+    if (!image.full_view.buffer_valid || scene.colours != image.drawn_colours) {
+        image.drawn_colours = scene.colours;
         rebuild_buffer(image, image.full_view, scene, op);
     }
     return image.full_view;

@@ -48,8 +48,8 @@ struct TrackImage {
     MapFrame frame;        // of the full view; the zoomed view is a part of it
     MapExtent map_extent = MapExtent::following;
     FollowedTrack followed;
-    bool is_held = false;            // by a load: nothing is drawn until its end
-    double drawn_gradient_range = 0; // when the full view was last drawn
+    bool is_held = false;      // by a load: nothing is drawn until its end
+    ColourScale drawn_colours; // when the full view was last drawn
 
     std::int32_t current_record = 0; // current track point, 0: none
     SectionLimits section;           // highlighted

@@ -77,21 +77,48 @@ int display_data_track(Picture& picture, const TrackView& view, const MapFrame& 
     return status;
 }
 
+namespace {
+
+struct DrawnPick {
+    PickLabel label;
+    RingLine line = RingLine::solid;
+};
+
+// A pick stands on its sample, or where it was marked when that is too far away to be meant.
+DrawnPick drawn_pick(std::size_t element, std::int32_t record, const PixelTransform& transform, const TrackScene& scene)
+{
+    double x = scene.track.easting[record];
+    double y = scene.track.northing[record];
+    DrawnPick drawn;
+    if (element < scene.picks.places.size()) {
+        const std::array<double, 4>& place = scene.picks.places[element];
+        if (std::hypot(place[1] - x, place[2] - y) > scene.picks.tolerance) {
+            x = place[1];
+            y = place[2];
+            drawn.line = RingLine::dashed;
+        }
+    }
+    drawn.label = {static_cast<std::int32_t>(element), pixel_x(transform, x), pixel_y(transform, y)};
+    return drawn;
+}
+
+} // namespace
+
 std::vector<PickLabel> draw_located_picks(Picture& picture, const PixelTransform& transform, const TrackScene& scene)
 {
     std::vector<PickLabel> labels;
-    std::optional<PickLabel> current;
+    std::optional<DrawnPick> current;
     for (std::size_t element = 1; element < scene.picks.records.size(); ++element) {
         const std::int32_t record = scene.picks.records[element];
         if (record < 1 || record > scene.track.count || !has_position(scene.track, record)) continue;
-        const PickLabel label = {static_cast<std::int32_t>(element), pixel_x(transform, scene.track.easting[record]),
-                                 pixel_y(transform, scene.track.northing[record])};
-        draw_ring(picture, label.x, label.y, kPickRadius, kWhite);
-        if (label.pick == scene.picks.current_pick) current = label;
+        const DrawnPick drawn = drawn_pick(element, record, transform, scene);
+        const PickLabel& label = drawn.label;
+        draw_ring(picture, label.x, label.y, kPickRadius, kWhite, drawn.line);
+        if (label.pick == scene.picks.current_pick) current = drawn;
         const bool is_inside = label.x >= 0 && label.x < picture.width() && label.y >= 0 && label.y < picture.height();
         if (is_inside) labels.push_back(label);
     }
-    if (current) draw_ring(picture, current->x, current->y, kPickRadius, kRed);
+    if (current) draw_ring(picture, current->label.x, current->label.y, kPickRadius, kRed, current->line);
     return labels;
 }
 

@@ -153,6 +153,15 @@ void drag_view(TrackImage& image, const TrackScene& scene, int right, int down, 
     show_zoomed_view(image, scene, op);
 }
 
+void show_place(TrackImage& image, const TrackScene& scene, const GridPlace& place, double zoom, Operator& op)
+{
+    if (image.zoom_is_changing || scene.track.count < 1 || !leave_following(image, scene, op)) return;
+    const BusyFlag busy(image.zoom_is_changing);
+    image.zoomed_view.zoom = static_cast<float>(std::min(zoom, kLargestZoom));
+    centre_zoomed_view(image.zoomed_view, place);
+    show_zoomed_view(image, scene, op);
+}
+
 void make_record_current(TrackImage& image, const TrackScene& scene, std::int32_t record, Recentre recentre,
                          Operator& op)
 {

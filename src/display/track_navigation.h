@@ -38,6 +38,9 @@ void zoom_about_pixel(TrackImage& image, const TrackScene& scene, int x, int y, 
 // Moves the zoomed view so that its content follows the pointer by so many pixels; the whole survey stays.
 void drag_view(TrackImage& image, const TrackScene& scene, int right, int down, Operator& op);
 
+// Shows a place of the survey grid in the middle of the enlarged view, wherever the track is.
+void show_place(TrackImage& image, const TrackScene& scene, const GridPlace& place, double zoom, Operator& op);
+
 enum class Recentre { no, yes };
 
 // Makes a record current, with the section around it and the crosshair on it; with Recentre::yes the zoomed view moves

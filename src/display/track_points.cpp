@@ -85,13 +85,13 @@ void paint_small_squares(Picture& picture, const TrackScene& scene, const PointB
                          std::int32_t end)
 {
     const SeenPoints seen = seen_points(block, from, end);
-    const double* const values = scene.display_values;
-    const double range = scene.settings.gradient_max_range;
+    const ShownValues values(scene, 1);
+    const bool have_values = values.exist();
     SmallSquares squares(picture);
     for (std::size_t i = 0; i < seen.count; ++i) {
         const auto point = static_cast<std::size_t>(seen.points[i]);
-        const Colour colour =
-            values == nullptr ? kYellow : value_colour(values[block.first_record + seen.points[i]], range);
+        const Colour colour = have_values ? value_colour(values[block.first_record + seen.points[i]], scene.colours)
+                                          : scene.colours.map->null_colour;
         squares.paint(block.x[point], block.y[point], colour);
     }
 }
@@ -110,9 +110,10 @@ std::int64_t tick_step(float sample_rate, std::int32_t tick_minutes)
 PointMark point_mark(const TrackScene& scene, std::int32_t record)
 {
     const std::int64_t step = tick_step(scene.sample_rate, scene.settings.timing_tick);
-    if (step > 0 && (record - 1) % step == 0) return kTimeTick;
-    if (scene.display_values == nullptr) return {};
-    return {value_colour(scene.display_values[record], scene.settings.gradient_max_range), 1};
+    if (step > 0 && (record - 1) % step == 0) return {scene.colours.tick, kTickHalfSize};
+    const ShownValues values(scene, 1);
+    if (!values.exist()) return {scene.colours.map->null_colour, 1};
+    return {value_colour(values[record], scene.colours), 1};
 }
 
 void require_positions(const TrackTable& track)
@@ -137,7 +138,7 @@ void paint_track(Picture& picture, const PixelTransform& transform, const TrackS
             const auto tick = static_cast<std::int32_t>(next_tick - block.first_record);
             const auto at = static_cast<std::size_t>(tick);
             paint_small_squares(picture, scene, block, from, tick);
-            fill_square(picture, block.x[at], block.y[at], kTimeTick.half_size, kTimeTick.colour);
+            fill_square(picture, block.x[at], block.y[at], kTickHalfSize, scene.colours.tick);
             from = tick + 1;
         }
         paint_small_squares(picture, scene, block, from, block.size);

@@ -13,7 +13,7 @@ struct PointMark {
     Colour colour = kYellow;
     int half_size = 1;
 };
-inline constexpr PointMark kTimeTick = {kGreen, 3};
+inline constexpr int kTickHalfSize = 3; // of a time tick
 
 // Stored samples from one time tick to the next, 0 when there are none: the product in 32-bit floats, truncated.
 std::int64_t tick_step(float sample_rate, std::int32_t tick_minutes);

@@ -1,6 +1,6 @@
 #include "display/track_view.h"
 
-#include "display/backdrop.h"
+#include "display/grid_picture.h"
 #include "ports/guarded_operation.h"
 
 #include <algorithm>
@@ -116,7 +116,7 @@ int add_track_to_buffer(TrackView& view, const MapFrame& frame, const TrackScene
     return run_guarded(op, "An error occurred while adding the track to the image buffer: ", [&] {
         const PixelTransform transform = view_transform(view, frame.pixel_scale);
         clear(view.buffer);
-        if (scene.backdrop != nullptr) lay_backdrop(view.buffer, transform, *scene.backdrop);
+        lay_ground(view.buffer, transform, scene);
         paint_track(view.buffer, transform, scene);
         view.buffer_valid = true;
     });

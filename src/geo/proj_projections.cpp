@@ -1,5 +1,7 @@
 #include "geo/proj_projections.h"
 
+#include "text/grid_code.h"
+
 #include <proj.h>
 
 #include <algorithm>
@@ -26,33 +28,6 @@ Context make_context()
     proj_context_set_enable_network(context.get(), 0);
     proj_log_level(context.get(), PJ_LOG_NONE); // what goes wrong is told by the caller
     return context;
-}
-
-// "UTM 35N" in any spelling ("utm35 n") as the code of that zone on WGS 84; empty when it is no such text.
-std::string utm_code(std::string_view text)
-{
-    std::string letters;
-    for (const char letter : upper_case(text)) {
-        if (letter != ' ' && letter != '\t') letters += letter;
-    }
-    if (letters.size() < 5 || letters.size() > 6 || !letters.starts_with("UTM")) return {};
-    const char hemisphere = letters.back();
-    const std::string digits = letters.substr(3, letters.size() - 4);
-    const bool is_number = std::all_of(digits.begin(), digits.end(), [](char d) { return d >= '0' && d <= '9'; });
-    if ((hemisphere != 'N' && hemisphere != 'S') || !is_number) return {};
-    const int zone = std::stoi(digits);
-    if (zone < 1 || zone > 60) return {};
-    return "EPSG:" + std::to_string((hemisphere == 'N' ? 32600 : 32700) + zone);
-}
-
-// What PROJ takes for a coordinate system: a bare "+proj=..." would be an operation.
-std::string crs_text(std::string_view survey_grid)
-{
-    const std::string utm = utm_code(survey_grid);
-    if (!utm.empty()) return utm;
-    std::string text(survey_grid);
-    if (text.starts_with("+") && text.find("+type=crs") == std::string::npos) text += " +type=crs";
-    return text;
 }
 
 std::string quoted(std::string_view text)
@@ -172,7 +147,7 @@ std::unique_ptr<Projection> ProjProjections::open(std::string_view survey_grid) 
     const std::string_view text = trimmed(survey_grid);
     if (text.empty()) throw std::runtime_error("no survey grid is given");
     Context context = make_context();
-    const Object crs(proj_create(context.get(), crs_text(text).c_str()));
+    const Object crs(proj_create(context.get(), grid_code(text).c_str()));
     if (!crs || proj_is_crs(crs.get()) == 0) {
         throw std::runtime_error("the survey grid " + quoted(text) +
                                  " is not known; expected one like \"UTM 35N\" or \"EPSG:32635\"");

@@ -23,7 +23,7 @@ public:
     {
         if (message.empty()) message = text;
     }
-    void show_warning(WarningAbout, const std::string&) override {}
+    void show_warnings(const Warnings&) override {}
     bool ask_yes_no(const std::string&) override { return false; }
     std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
     std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }

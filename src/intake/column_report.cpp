@@ -75,13 +75,13 @@ std::string missing_columns_text(const std::vector<DefinedColumn>& report)
     return columns_text(report, false);
 }
 
-std::string column_warnings_text(const std::vector<std::string>& warnings)
+std::string column_warnings_text(const Warnings& warnings)
 {
     std::string text;
     int listed = 0;
-    for (const std::string& warning : warnings) {
+    for (const Warning& warning : warnings) {
         if (listed++ == kListedColumns) return text + "; and more";
-        text += (text.empty() ? "" : "; ") + warning;
+        text += (text.empty() ? "" : "; ") + warning.text;
     }
     return text;
 }

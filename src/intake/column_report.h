@@ -23,7 +23,7 @@ std::vector<DefinedColumn> defined_columns(const SurveyDefinitions& definitions,
 std::string found_columns_text(const std::vector<DefinedColumn>& report);
 std::string missing_columns_text(const std::vector<DefinedColumn>& report); // empty: none is missing
 
-// Warnings about columns on one line, the first few of many.
-std::string column_warnings_text(const std::vector<std::string>& warnings);
+// Warnings on one line, the first few of many.
+std::string column_warnings_text(const Warnings& warnings);
 
 } // namespace tarvo

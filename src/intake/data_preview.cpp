@@ -11,20 +11,6 @@ namespace tarvo {
 
 namespace {
 
-// Keeps what it is told. Locating columns asks nothing.
-class WarningList : public Operator {
-public:
-    explicit WarningList(std::vector<std::string>& warnings) : warnings_(warnings) {}
-
-    void show_message(const std::string& text) override { warnings_.push_back(text); }
-    bool ask_yes_no(const std::string&) override { return false; }
-    std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
-    std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
-
-private:
-    std::vector<std::string>& warnings_;
-};
-
 void add_role(std::vector<ColumnRole>& roles, std::int32_t column, const std::string& caption, std::int32_t colour)
 {
     ColumnRole& role = roles[static_cast<std::size_t>(column)];
@@ -106,9 +92,9 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
     DataPreview preview;
     definitions.sensors.resize(static_cast<std::size_t>(definitions.number_of_sensors) + 1);
     LinesInMemory source(first_lines, header_line_number);
-    WarningList warnings(preview.warnings);
-    const SourceColumns located = open_source(source, definitions, warnings).value_or(SourceColumns());
+    const SourceColumns located = locate_columns(source.open(), definitions);
     preview.columns = located.header;
+    preview.warnings = located.warnings;
     preview.roles = roles_of(definitions, located.locations);
     add_lines_up_to_header(preview, first_lines, header_line_number);
 
@@ -122,8 +108,8 @@ DataPreview preview_data(std::span<const std::string> first_lines, SurveyDefinit
         ++preview.data_lines;
         if (!fields_counted && !trimmed(text).empty()) {
             fields_counted = true;
-            const std::string warning = field_count_warning(preview.columns, text);
-            if (!warning.empty()) preview.warnings.push_back(warning);
+            const Warnings warnings = field_count_warnings(preview.columns, text);
+            preview.warnings.insert(preview.warnings.end(), warnings.begin(), warnings.end());
         }
         const bool accepted = convert_record_fields(run.fields.read(text), run) == 0;
         line.kind = accepted ? PreviewLineKind::data : PreviewLineKind::rejected;

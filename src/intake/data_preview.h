@@ -31,8 +31,8 @@ struct DataPreview {
     HeaderColumns columns;
     std::vector<ColumnRole> roles; // by header column, from 0
     int data_lines = 0;
-    int lines_rejected = 0;            // of the data lines, those that a run would refuse
-    std::vector<std::string> warnings; // what a run would say about columns and fields
+    int lines_rejected = 0; // of the data lines, those that a run would refuse
+    Warnings warnings;      // what a run would say about columns and fields
 };
 
 // The file's first lines, at most kPreviewLines; empty when it cannot be read. A line too long to be read is empty.

@@ -27,20 +27,20 @@ void locate_slots(const HeaderColumns& header_columns, SurveyDefinitions& defini
     if (locations.derived_dem) locations.depth_channels.push_back(kDem);
 }
 
-void warn_of_column(Operator& op, const std::string& text)
+void warn_of_column(Warnings& warnings, const std::string& place, const std::string& text)
 {
-    op.show_warning(WarningAbout::columns, text);
+    warnings.push_back({WarningAbout::columns, place, text});
 }
 
-void report_missing_slots(const SurveyDefinitions& definitions, const FieldLocations& locations, Operator& op)
+void report_missing_slots(const SurveyDefinitions& definitions, const FieldLocations& locations, Warnings& warnings)
 {
     for (const FieldSlotTraits& slot : kFieldSlots) {
-        if (slot.missing != nullptr && !locations.has(slot.slot)) warn_of_column(op, slot.missing);
+        if (slot.missing != nullptr && !locations.has(slot.slot)) warn_of_column(warnings, slot.name, slot.missing);
     }
     for (std::size_t slot = 1; slot <= number_of_field_slots; ++slot) {
         const std::string& name = definitions.fields[slot].name;
         if (locations.column[slot] < 0 && !is_unused_name(trimmed(name))) {
-            warn_of_column(op, "The field name: " + name + " was not located in the header");
+            warn_of_column(warnings, name, "The field name: " + name + " was not located in the header");
         }
     }
 }
@@ -56,17 +56,17 @@ std::int32_t locate_sensor_column(const HeaderColumns& header_columns, const std
 }
 
 void locate_sensor(const HeaderColumns& header_columns, SurveyDefinitions& definitions, std::size_t number,
-                   FieldLocations& locations, Operator& op)
+                   FieldLocations& locations, Warnings& warnings)
 {
     SensorDefinition& sensor = definitions.sensors[number];
+    const std::string title = "sensor " + std::to_string(number);
     sensor.column_slots.fill(-1);
     sensor.location_slots.fill(-1);
     for (std::size_t j = 1; j <= static_cast<std::size_t>(definitions.components_per_sensor); ++j) {
         const std::string& name = sensor.component_columns[j];
         sensor.column_slots[3 * j] = locate_sensor_column(header_columns, name, locations);
         if (sensor.column_slots[3 * j] < 0) {
-            warn_of_column(op, "The sensor component field " + name + " was not located for sensor " +
-                                   std::to_string(number));
+            warn_of_column(warnings, title, "The sensor component field " + name + " was not located for " + title);
         }
     }
     if (definitions.read_sensor_location != 1) return;
@@ -74,8 +74,7 @@ void locate_sensor(const HeaderColumns& header_columns, SurveyDefinitions& defin
         const std::string& name = sensor.coordinate_columns[axis];
         sensor.location_slots[axis] = locate_sensor_column(header_columns, name, locations);
         if (sensor.location_slots[axis] < 0) {
-            warn_of_column(op, "The sensor coordinate field " + name + " was not located for sensor " +
-                                   std::to_string(number));
+            warn_of_column(warnings, title, "The sensor coordinate field " + name + " was not located for " + title);
         }
     }
 }
@@ -134,30 +133,32 @@ std::string_view without_comment_mark(std::string_view header)
     return header;
 }
 
-std::string field_count_warning(const HeaderColumns& header_columns, std::string_view first_data_line)
+Warnings field_count_warnings(const HeaderColumns& header_columns, std::string_view first_data_line)
 {
     const std::size_t fields = count_fields(first_data_line);
     if (fields == static_cast<std::size_t>(header_columns.count())) return {};
-    return "The header names " + std::to_string(header_columns.count()) + " columns, the first data line holds " +
-           std::to_string(fields) + " fields";
+    return {{WarningAbout::data, "the first data line",
+             "The header names " + std::to_string(header_columns.count()) + " columns, the first data line holds " +
+                 std::to_string(fields) + " fields"}};
 }
 
-int locate_header_fields(const HeaderColumns& header_columns, SurveyDefinitions& definitions, FieldLocations& locations,
-                         Operator& op)
+ColumnLocating locate_header_fields(const HeaderColumns& header_columns, SurveyDefinitions& definitions,
+                                    FieldLocations& locations)
 {
+    ColumnLocating located;
     try {
         locations = FieldLocations();
         locations.header_column_count = header_columns.count();
         locate_slots(header_columns, definitions, locations);
-        report_missing_slots(definitions, locations, op);
+        report_missing_slots(definitions, locations, located.warnings);
         for (std::size_t sensor = 1; sensor < definitions.sensors.size(); ++sensor) {
-            locate_sensor(header_columns, definitions, sensor, locations, op);
+            locate_sensor(header_columns, definitions, sensor, locations, located.warnings);
         }
-        return 0;
+        located.status = 0;
     } catch (const std::exception& fault) {
-        op.show_message(std::string("An error occurred while locating the data column name: ") + fault.what());
-        return -1;
+        located.fault = std::string("An error occurred while locating the data column name: ") + fault.what();
     }
+    return located;
 }
 
 } // namespace tarvo

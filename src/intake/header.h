@@ -32,13 +32,19 @@ HeaderColumns header_columns_of(std::string_view header_line);
 // A header without leading blanks, its comment mark taken off when a name follows it after a blank.
 std::string_view without_comment_mark(std::string_view header);
 
-// What to tell the operator when the first data line does not hold one field for each column; else empty.
-std::string field_count_warning(const HeaderColumns& header_columns, std::string_view first_data_line);
+// One warning when the first data line does not hold one field for each column; else none.
+Warnings field_count_warnings(const HeaderColumns& header_columns, std::string_view first_data_line);
+
+struct ColumnLocating {
+    int status = -1;   // 0: done
+    std::string fault; // what the operator is to be shown after -1
+    Warnings warnings; // of the columns that are missing, which count as absent
+};
 
 // Finds every column that the definitions name and notes in them what was found: field_index, column_slots and
-// location_slots. Missing columns are told to the operator and count as absent. Sensor channels run from 1, sensor by
-// sensor: its components, then its X, Y, Z columns when locations are read. Returns 0, or -1 after a fault.
-int locate_header_fields(const HeaderColumns& header_columns, SurveyDefinitions& definitions, FieldLocations& locations,
-                         Operator& op);
+// location_slots. Sensor channels run from 1, sensor by sensor: its components, then its X, Y, Z columns when locations
+// are read.
+ColumnLocating locate_header_fields(const HeaderColumns& header_columns, SurveyDefinitions& definitions,
+                                    FieldLocations& locations);
 
 } // namespace tarvo

@@ -5,6 +5,8 @@
 #include "picks/track_index.h"
 #include "ports/busy_flag.h"
 #include "ports/guarded_operation.h"
+#include "survey/displayed_quantity.h"
+#include "survey/ground_grid.h"
 #include "survey/survey_residual.h"
 #include "text/file_names.h"
 #include "text/tokens.h"
@@ -24,6 +26,20 @@ int delay_of_speed(int position)
     const double slowness = kFullSpeed - std::clamp(position, 0, kFullSpeed);
     return static_cast<int>(std::nearbyint(slowness * slowness / 10.0));
 }
+
+// One phase within another operation, however it ends.
+class PhaseWithin {
+public:
+    PhaseWithin(RunPhase& phase, RunPhase within) : PhaseWithin(phase, within, phase) {}
+    PhaseWithin(RunPhase& phase, RunPhase within, RunPhase behind) : phase_(phase), behind_(behind) { phase_ = within; }
+    PhaseWithin(const PhaseWithin&) = delete;
+    PhaseWithin& operator=(const PhaseWithin&) = delete;
+    ~PhaseWithin() { phase_ = behind_; }
+
+private:
+    RunPhase& phase_;
+    RunPhase behind_;
+};
 
 // The means of the bin stored last. A bin of one sample has no mean: the reading itself stands in.
 CurrentSample dial_readings(const SampleProcessing& run)
@@ -68,16 +84,27 @@ RunCounters LoggingDriver::counters() const
 
 int LoggingDriver::Command_start_logging(StartButton index)
 {
-    if (starting_ || finishing_ || pipe_open_) return 0;
-    if (!state_.file_run_active()) return start_run(index);
-    if (index == StartButton::replay_or_stop) {
-        state_.stop_requested = true;
-        return state_.run_paused ? resume_run() : 0;
+    if (starting_ || is_finishing() || pipe_open_) return 0;
+    if (!state().file_run_active()) return start_run(index);
+    if (index == StartButton::replay_or_stop) return stop_run();
+    switch (phase_) {
+    case RunPhase::replay_paused: return go_on(RunPhase::replaying);
+    case RunPhase::load_paused: return go_on(RunPhase::loading);
+    case RunPhase::replaying: phase_ = RunPhase::replay_paused; break;
+    case RunPhase::loading: phase_ = RunPhase::load_paused; break;
+    default: return 0; // a run that is to stop does not pause
     }
-    if (state_.run_paused) return resume_run();
-    state_.run_paused = true;
-    controls_.pause_caption = state_.load_running ? "Resume Load" : "Resume Replay";
+    controls_.pause_caption = state().load_running ? "Resume Load" : "Resume Replay";
     show_controls();
+    return 0;
+}
+
+int LoggingDriver::stop_run()
+{
+    const RunFlags before = state();
+    const RunPhase stopping = before.load_running ? RunPhase::load_stopping : RunPhase::replay_stopping;
+    if (before.run_paused) return go_on(stopping);
+    phase_ = stopping;
     return 0;
 }
 
@@ -88,6 +115,7 @@ int LoggingDriver::start_run(StartButton index)
         const BusyFlag busy(starting_);
         run_guarded(op_, "An error occurred while starting the run: ", [this, &status] {
             stop_data_logging();
+            phase_ = RunPhase::starting;
             status = start_data_logging();
         });
     }
@@ -96,9 +124,7 @@ int LoggingDriver::start_run(StartButton index)
         return -1;
     }
     const bool load = index == StartButton::load_or_pause;
-    (load ? state_.load_running : state_.replay_running) = true;
-    state_.run_paused = false;
-    state_.stop_requested = false;
+    phase_ = load ? RunPhase::loading : RunPhase::replaying;
     controls_.start_caption = load ? "Stop Load" : "Stop Replay";
     controls_.pause_caption = load ? "Pause Load" : "Pause Replay";
     survey_.track_image.is_held = load;
@@ -107,10 +133,10 @@ int LoggingDriver::start_run(StartButton index)
     return process_input_data();
 }
 
-int LoggingDriver::resume_run()
+int LoggingDriver::go_on(RunPhase phase)
 {
-    state_.run_paused = false;
-    if (!state_.stop_requested) controls_.pause_caption = state_.load_running ? "Pause Load" : "Pause Replay";
+    phase_ = phase;
+    if (!state().stop_requested) controls_.pause_caption = state().load_running ? "Pause Load" : "Pause Replay";
     show_controls();
     // A press that came from within the loop lets the loop go on by itself.
     return looping_ ? 0 : process_input_data();
@@ -118,9 +144,7 @@ int LoggingDriver::resume_run()
 
 void LoggingDriver::request_stop()
 {
-    if (!state_.file_run_active()) return;
-    state_.stop_requested = true;
-    if (state_.run_paused) resume_run();
+    if (state().file_run_active()) stop_run();
 }
 
 void LoggingDriver::HScroll_speed_change(int position)
@@ -166,6 +190,7 @@ bool LoggingDriver::open_data_file()
     source_ = std::make_unique<FileSource>(survey_.data_file_name, survey_.header_line_number);
     std::optional<SourceColumns> columns = open_source(*source_, survey_.survey_definitions, op_);
     if (!columns) return false;
+    op_.show_warnings(columns->warnings);
     survey_.header_columns = std::move(columns->header);
     survey_.locations = std::move(columns->locations);
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
@@ -175,12 +200,13 @@ bool LoggingDriver::open_data_file()
 
 void LoggingDriver::initialise_data_logging()
 {
-    const BusyFlag busy(state_.clearing_form);
+    const PhaseWithin clearing(phase_, RunPhase::clearing);
     survey_.track_index.DeleteQuadtree();
     pick_work_.take_picks_off_track();
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
     survey_.filters = make_gradient_filters(survey_.parameters);
     clear_residual(survey_.residual);
+    survey_.ground = {};
     clear_track_image(survey_.track_image, op_);
     display_.clear_monitor_form();
     display_.show_counters(counters());
@@ -190,7 +216,7 @@ int LoggingDriver::process_input_data()
 {
     int result = read_lines();
     if (!source_) return 0; // stopped by an event
-    if (state_.stop_requested && result == 0) result = kEndOfData;
+    if (state().stop_requested && result == 0) result = kEndOfData;
     return result == 0 ? 0 : finish_run(result);
 }
 
@@ -199,9 +225,9 @@ int LoggingDriver::read_lines()
 {
     const BusyFlag busy(looping_);
     try {
-        while (source_ && !state_.run_paused && !state_.stop_requested) {
+        while (source_ && !state().run_paused && !state().stop_requested) {
             if (take_next_line(*source_) == SurveySource::Outcome::end) return kEndOfData;
-            if (state_.replay_running && replay_delay_ >= 1) display_.wait(replay_delay_);
+            if (state().replay_running && replay_delay_ >= 1) display_.wait(replay_delay_);
             display_.process_events(counters());
         }
     } catch (const std::exception& fault) {
@@ -240,7 +266,7 @@ int LoggingDriver::process_line(std::string_view line)
     if (!first_line_checked_) warn_of_field_count(line);
     const std::int32_t records_before = survey_.processing.store.RecordCount;
     const int status = process_data_line(line, survey_.processing);
-    if (!state_.load_running && survey_.processing.store.RecordCount != records_before) {
+    if (!state().load_running && survey_.processing.store.RecordCount != records_before) {
         show_newest_sample(records_before);
     }
     return status;
@@ -255,8 +281,7 @@ void LoggingDriver::warn_of_field_count(std::string_view line)
 {
     if (trimmed(line).empty()) return;
     first_line_checked_ = true;
-    const std::string warning = field_count_warning(survey_.header_columns, line);
-    if (!warning.empty()) op_.show_warning(WarningAbout::data, warning);
+    op_.show_warnings(field_count_warnings(survey_.header_columns, line));
 }
 
 // A dropped line takes its records back; what stays of it on the picture goes with the redraw at the end of the run.
@@ -269,8 +294,10 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     const std::int32_t completed =
         calculate_newest_gradient_values(store, survey_.processing.lines, survey_.filters, op_);
     follow_residual(survey_);
+    const bool is_range_new = follow_automatic_range(survey_);
     const TrackTable track = track_table(store);
     const TrackScene scene = track_scene(survey_);
+    if (is_range_new) redraw_colours(survey_.track_image, scene, op_);
     plot_track_point(survey_.track_image, scene, record, track.easting[record], track.northing[record]);
     if (completed > 0) recolour_track_points(survey_.track_image, scene, completed);
     display_.display_replay_data(record, std::max(completed, 0));
@@ -279,7 +306,7 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
 int LoggingDriver::finish_run(int result)
 {
     {
-        const BusyFlag busy(finishing_);
+        const PhaseWithin finishing(phase_, RunPhase::finishing, RunPhase::idle);
         const auto perform = [&](auto step) {
             if (run_guarded(op_, "An error occurred while finishing the run: ", step) < 0) result = -1;
         };
@@ -295,11 +322,10 @@ int LoggingDriver::finish_run(int result)
 void LoggingDriver::stop_data_logging()
 {
     source_.reset();
-    state_.replay_running = false;
-    state_.load_running = false;
-    state_.run_paused = false;
-    state_.stop_requested = false;
-    if (!finishing_) survey_.track_image.is_held = false; // else until the whole track can be drawn
+    if (!is_finishing()) {
+        survey_.track_image.is_held = false; // else until the whole track can be drawn
+        phase_ = RunPhase::idle;
+    }
     replay_delay_ = delay_of_speed(kFullSpeed);
     display_.reset_speed_control();
     RunCounters shown;
@@ -318,14 +344,16 @@ void LoggingDriver::terminate_data_logging()
     SampleProcessing& run = survey_.processing;
     const auto let_events_happen = [this] { display_.process_events(counters()); };
     recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
-    if (const std::string refusal = finish_residual(survey_, let_events_happen); !refusal.empty()) {
-        op_.show_warning(WarningAbout::data, refusal);
+    for (const std::string& note : finish_residual(survey_, let_events_happen)) {
+        op_.show_warnings({{WarningAbout::data, "base station", note}});
     }
+    update_ground_grid(survey_, let_events_happen);
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
     let_events_happen();
     build_track_index(track_table(run.store), survey_.track_index, let_events_happen);
     let_events_happen();
     pick_work_.load_pick_list_on_form(indexed_track(survey_));
+    renew_automatic_range(survey_);
     show_finished_track(survey_.track_image, track_scene(survey_), op_);
     let_events_happen();
     display_.show_finished_run();
@@ -345,7 +373,7 @@ void LoggingDriver::start_pipe_data_logging()
     }
     initialise_data_logging();
     feed_ = LiveFeed(survey_.header_columns);
-    state_.pipe_logging_active = true;
+    phase_ = RunPhase::live;
     first_line_checked_ = false;
     live_fault_shown_ = false;
     follow_track(survey_.track_image);
@@ -354,9 +382,7 @@ void LoggingDriver::start_pipe_data_logging()
 
 void LoggingDriver::finish_pipe_run()
 {
-    if (!state_.pipe_logging_active) return;
-    state_.pipe_logging_active = false;
-    finish_run(kEndOfData);
+    if (phase_ == RunPhase::live) finish_run(kEndOfData);
 }
 
 void LoggingDriver::lock_for_pipe()
@@ -376,11 +402,11 @@ void LoggingDriver::show_controls()
 {
     controls_.start_enabled = !pipe_open_;
     controls_.profile_controls_enabled = !pipe_open_;
-    controls_.file_controls_enabled = !pipe_open_ && !state_.any_run_active();
+    controls_.file_controls_enabled = !pipe_open_ && !state().any_run_active();
     controls_.pick_list_enabled = has_pick_list(survey_);
-    controls_.moving_anomalies_enabled = !state_.any_run_active();
+    controls_.moving_anomalies_enabled = !state().any_run_active();
     RunControls shown = controls_;
-    if (finishing_) {
+    if (is_finishing()) {
         shown.start_enabled = false;
         shown.file_controls_enabled = false;
         shown.moving_anomalies_enabled = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "intake/run_phase.h"
 #include "intake/survey_source.h"
 #include "picks/pick_workflow.h"
 #include "ports/operator.h"
@@ -22,26 +23,15 @@ enum class StartButton : int { replay_or_stop = 0, load_or_pause = 1 };
 // called from within another: a press during the loop only notes what is wanted, and the loop acts on it.
 class LoggingDriver {
 public:
-    struct State {
-        bool replay_running = false;
-        bool load_running = false;
-        bool run_paused = false;
-        bool stop_requested = false;
-        bool pipe_logging_active = false;
-        bool clearing_form = false; // redraws are suppressed while the main window is being reset
-
-        bool file_run_active() const { return replay_running || load_running; }
-        bool any_run_active() const { return file_run_active() || pipe_logging_active; }
-    };
-
     LoggingDriver(SurveyState& survey, PickWorkflow& pick_work, Operator& op, RunDisplay& display);
 
-    const State& state() const { return state_; }
+    RunPhase phase() const { return phase_; }
+    RunFlags state() const { return flags_of(phase_); }
     RunCounters counters() const;
     bool is_starting() const { return starting_; }
-    bool is_finishing() const { return finishing_; }
+    bool is_finishing() const { return phase_ == RunPhase::finishing; }
     // One of the operations below is under way further up the call stack.
-    bool is_at_work() const { return starting_ || looping_ || finishing_; }
+    bool is_at_work() const { return starting_ || looping_ || is_finishing(); }
 
     // The start button pair. When idle, index 0 starts a replay and index 1 a load, and the call returns when the run
     // is paused or over; else index 0 stops the run and index 1 pauses or resumes it. Returns what ended the run:
@@ -81,7 +71,8 @@ public:
 
 private:
     int start_run(StartButton index);
-    int resume_run();
+    int stop_run();
+    int go_on(RunPhase phase); // out of a pause
     int read_lines();
     int finish_run(int result);
     SurveySource::Outcome take_next_line(SurveySource& source);
@@ -96,16 +87,15 @@ private:
     PickWorkflow& pick_work_;
     Operator& op_;
     RunDisplay& display_;
-    State state_;
+    RunPhase phase_ = RunPhase::idle;
     RunControls controls_;
     std::unique_ptr<SurveySource> source_; // of a file run
     LiveFeed feed_;
     int line_status_ = 0;  // of the line taken last: 0, or -1 when it was refused
     int replay_delay_ = 0; // milliseconds
     bool first_line_checked_ = false;
-    bool starting_ = false;  // start_run prepares a run further up the call stack
-    bool looping_ = false;   // so does read_lines its work
-    bool finishing_ = false; // so does the end of a run
+    bool starting_ = false; // start_run prepares a run further up the call stack, also while it clears the displays
+    bool looping_ = false;  // so does read_lines its work, also when an event has ended the run under it
     bool pipe_open_ = false;
     bool live_fault_shown_ = false; // of this live run: a fault of every line is not to stack up boxes
 };

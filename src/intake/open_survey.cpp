@@ -19,6 +19,7 @@ void forget_survey(SurveyState& survey, Operator& op)
     survey.track_index.DeleteQuadtree();
     survey.base.reset();
     clear_residual(survey.residual);
+    survey.ground = {};
     start_processing(survey.processing, survey.survey_definitions, survey.locations, survey.parameters);
     clear_track_image(survey.track_image, op);
 }

@@ -45,7 +45,7 @@ SurveySource::Outcome LiveFeed::next_line(std::string_view& line)
     return Outcome::line;
 }
 
-std::optional<HeaderColumns> LinesInMemory::open(Operator&)
+HeaderColumns LinesInMemory::open()
 {
     if (header_line_number_ < 1) return HeaderColumns();
     const auto header = static_cast<std::size_t>(header_line_number_) - 1;
@@ -60,13 +60,24 @@ SurveySource::Outcome LinesInMemory::next_line(std::string_view& line)
     return Outcome::line;
 }
 
+SourceColumns locate_columns(HeaderColumns header, SurveyDefinitions& definitions)
+{
+    SourceColumns columns;
+    columns.header = std::move(header);
+    ColumnLocating located = locate_header_fields(columns.header, definitions, columns.locations);
+    columns.warnings = std::move(located.warnings);
+    columns.fault = std::move(located.fault);
+    return columns;
+}
+
 std::optional<SourceColumns> open_source(SurveySource& source, SurveyDefinitions& definitions, Operator& op)
 {
     std::optional<HeaderColumns> header = source.open(op);
     if (!header) return std::nullopt;
-    SourceColumns columns{std::move(*header), {}};
-    if (locate_header_fields(columns.header, definitions, columns.locations, op) < 0) return std::nullopt;
-    return columns;
+    SourceColumns columns = locate_columns(std::move(*header), definitions);
+    if (columns.fault.empty()) return columns;
+    op.show_message(columns.fault);
+    return std::nullopt;
 }
 
 } // namespace tarvo

@@ -82,7 +82,8 @@ public:
     {
     }
 
-    std::optional<HeaderColumns> open(Operator& op) override;
+    HeaderColumns open(); // which cannot be refused
+    std::optional<HeaderColumns> open(Operator&) override { return open(); }
     Outcome next_line(std::string_view& line) override;
 
 private:
@@ -95,10 +96,14 @@ private:
 struct SourceColumns {
     HeaderColumns header;
     FieldLocations locations;
+    Warnings warnings; // of columns that are missing
+    std::string fault; // what went wrong while they were located; empty: nothing
 };
 
-// Opens the source and locates the columns; `definitions` notes what was found. nullopt: refused, the operator has been
-// told.
+// Locates the columns that the definitions name; these note what was found.
+SourceColumns locate_columns(HeaderColumns header, SurveyDefinitions& definitions);
+
+// Opens the source and locates the columns. nullopt: refused, the operator has been told.
 std::optional<SourceColumns> open_source(SurveySource& source, SurveyDefinitions& definitions, Operator& op);
 
 } // namespace tarvo

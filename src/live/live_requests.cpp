@@ -24,20 +24,6 @@ constexpr const char* kInvalidRequest = "Invalid Request";
 constexpr const char* kInvalidRequestCode = "Invalid Request Code";
 constexpr const char* kBadHeader = "Bad Header";
 
-// Gathers messages, for the operator to see them all at once.
-class GatheringOperator : public Operator {
-public:
-    void show_message(const std::string& text) override { gathered_.push_back(text); }
-    bool ask_yes_no(const std::string&) override { return false; }
-    std::optional<std::string> choose_file_to_open(const FileQuestion&) override { return std::nullopt; }
-    std::optional<std::string> choose_file_to_create(const FileQuestion&) override { return std::nullopt; }
-
-    const std::vector<std::string>& gathered() const { return gathered_; }
-
-private:
-    std::vector<std::string> gathered_;
-};
-
 bool is_definition(int code)
 {
     return (code >= kHeaderColumns && code <= kSensorCounts) || (code >= kFirstSensor && code <= kLastSensor) ||
@@ -186,21 +172,21 @@ void LiveRequests::apply_definition(int code, std::string_view payload)
 // A header that holds none of the columns that the definitions name is another survey's.
 std::string LiveRequests::end_definitions()
 {
-    GatheringOperator messages;
     LiveFeed feed(survey_.header_columns);
-    const std::optional<SourceColumns> columns = open_source(feed, survey_.survey_definitions, messages);
+    const std::optional<SourceColumns> columns = open_source(feed, survey_.survey_definitions, op_);
     const bool nothing_located =
         !columns || (columns->locations.located_field_count == 0 && columns->locations.sensor_channel_count() == 0);
     survey_.locations = columns ? columns->locations : FieldLocations();
     if (nothing_located) {
-        op_.show_message("The data definitions are invalid\n" + column_warnings_text(messages.gathered()));
+        op_.show_message("The data definitions are invalid\n" +
+                         column_warnings_text(columns ? columns->warnings : Warnings()));
         return kBadHeader;
     }
     // Before empty names get their defaults, which the header may have as well: what is recorded is what was located.
     described_ = portable_survey(survey_.header_columns, survey_.survey_definitions);
     set_default_field_names(survey_.survey_definitions);
     start_pipe_data_logging();
-    for (const std::string& warning : messages.gathered()) op_.show_warning(WarningAbout::columns, warning);
+    op_.show_warnings(columns->warnings);
     return kOk;
 }
 

@@ -93,18 +93,19 @@ std::size_t mark_of(const std::string& bytes)
 
 // What is to be replaced though this list does not hold it: a file that could not be read, or one that another program
 // has changed, such as a second monitor on the same survey.
-void keep_what_others_wrote(const PickList& picks, Operator& op)
+Warnings keep_what_others_wrote(PickList& picks)
 {
     const std::string& path = picks.pick_file_name;
-    if (!is_there(path)) return;
+    if (!is_there(path)) return {};
     const bool is_unreadable = path == picks.unreadable_file;
     const bool is_changed = path == picks.known_file.path && known_file(path).mark != picks.known_file.mark;
-    if (!is_unreadable && !is_changed) return;
+    if (!is_unreadable && !is_changed) return {};
     const std::string copy = keep_copy_aside(path, is_unreadable ? "unreadable" : "changed");
-    op.show_warning(WarningAbout::picks,
-                    "The pick file " + path +
-                        (is_unreadable ? " could not be read" : " was changed by another program") +
-                        "; what it held is kept in " + copy);
+    picks.unreadable_file.clear();
+    picks.known_file = known_file(path); // kept once, also when the write behind this fails and is tried again
+    return {{WarningAbout::picks, path,
+             "The pick file " + path + (is_unreadable ? " could not be read" : " was changed by another program") +
+                 "; what it held is kept in " + copy}};
 }
 
 } // namespace
@@ -116,6 +117,14 @@ KnownFile known_file(const std::string& path)
     std::ostringstream bytes;
     bytes << file.rdbuf();
     return {path, mark_of(bytes.str())};
+}
+
+std::string leftover_pick_file(const PickList& picks)
+{
+    const KnownFile& known = picks.known_file;
+    const bool is_own = !picks.pick_file_name.empty() && known.path == picks.pick_file_name && known.mark.has_value();
+    if (picks.number_of_picks > 0 || !is_own || !is_there(known.path)) return {};
+    return known_file(known.path).mark == known.mark ? known.path : std::string();
 }
 
 PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& op)
@@ -155,8 +164,7 @@ int write_pick_file(PickList& picks, Operator& op)
     if (picks.pick_file_name.empty() || picks.number_of_picks == 0) return -1;
     try {
         const std::string text = pick_file_text(picks);
-        keep_what_others_wrote(picks, op);
-        picks.unreadable_file.clear();
+        op.show_warnings(keep_what_others_wrote(picks));
         replace_file(picks.pick_file_name, text);
         picks.known_file = {picks.pick_file_name, mark_of(text)};
         picks.is_unsaved = false;

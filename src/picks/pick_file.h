@@ -38,6 +38,10 @@ int write_unsaved_picks(PickList& picks, Operator& op);
 
 KnownFile known_file(const std::string& path);
 
+// The pick file that still holds what an emptied list does not, and would bring it back: the list's own, as it was last
+// read or written. Empty: there is none.
+std::string leftover_pick_file(const PickList& picks);
+
 std::string pick_file_text(const PickList& picks);
 
 } // namespace tarvo

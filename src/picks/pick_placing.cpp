@@ -2,6 +2,7 @@
 
 #include "text/numbers.h"
 
+#include <cmath>
 #include <exception>
 
 namespace tarvo {
@@ -26,6 +27,37 @@ void locate_pick_list_on_track(PickList& picks, const cQuadTree& index, const Tr
     } catch (const std::exception& fault) {
         op.show_message(std::string("An error occurred while locating the pick list on the track: ") + fault.what());
     }
+}
+
+double distance_from_track(const PickList& picks, std::int32_t pick, const TrackTable& track)
+{
+    const auto at = static_cast<std::size_t>(pick);
+    const std::int32_t record = picks.pick_sample_index[at];
+    if (record < 1 || record > track.count || !has_position(track, record)) return 0;
+    const std::array<double, 4>& location = picks.pick_locations[at];
+    return std::hypot(location[1] - track.easting[record], location[2] - track.northing[record]);
+}
+
+std::int32_t picks_beyond(const PickList& picks, const TrackTable& track, double tolerance)
+{
+    std::int32_t count = 0;
+    for (std::int32_t pick = 1; pick <= picks.number_of_picks; ++pick) {
+        if (distance_from_track(picks, pick, track) > tolerance) ++count;
+    }
+    return count;
+}
+
+std::string names_on_sample(const PickList& picks, std::int32_t sample_index)
+{
+    constexpr std::int32_t kMostNames = 4;
+    std::string names;
+    std::int32_t count = 0;
+    for (std::size_t pick = 1; sample_index >= 1 && pick <= static_cast<std::size_t>(picks.number_of_picks); ++pick) {
+        if (picks.pick_sample_index[pick] != sample_index) continue;
+        if (++count > kMostNames) return names + " and more";
+        names += (count > 1 ? ", " : "") + picks.pick_names[pick];
+    }
+    return names;
 }
 
 } // namespace tarvo

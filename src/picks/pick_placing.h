@@ -6,6 +6,7 @@
 #include "processing/track_table.h"
 
 #include <cstdint>
+#include <string>
 
 namespace tarvo {
 
@@ -22,5 +23,14 @@ TrackDirection track_direction(const TrackTable& track, std::int32_t record);
 // Gives every pick the sample that `index` finds nearest to its position, -1 where it finds none: such a pick keeps its
 // place in the list. Without an index, a track or a pick nothing is done.
 void locate_pick_list_on_track(PickList& picks, const cQuadTree& index, const TrackTable& track, Operator& op);
+
+// Metres from the place where a pick was marked to the sample that it is laid on; 0 for one that is not on the track.
+double distance_from_track(const PickList& picks, std::int32_t pick, const TrackTable& track);
+
+// How many picks lie farther from their samples than that many metres.
+std::int32_t picks_beyond(const PickList& picks, const TrackTable& track, double tolerance);
+
+// The names of the picks on a sample, a comma between them, the first few of many; empty: none.
+std::string names_on_sample(const PickList& picks, std::int32_t sample_index);
 
 } // namespace tarvo

@@ -109,6 +109,10 @@ void PickWorkflow::mnuAddAnomaly(const TrackTable& track, std::int32_t pointed_s
 void PickWorkflow::offer_location(const TrackTable& track, std::int32_t sample_index)
 {
     if (!is_sample(track, sample_index)) return;
+    if (!has_position(track, sample_index)) {
+        op_.show_message("No pick can be placed here: this sample has no position");
+        return;
+    }
     new_pick_location_ = location_of_sample(track, sample_index);
     save_new_pick();
 }
@@ -150,10 +154,15 @@ void PickWorkflow::HScroll_shift_anomaly(const TrackTable& track, int step)
 {
     if (!is_pick(picks_, current_pick_)) return;
     const std::int64_t sample = picks_.pick_sample_index[static_cast<std::size_t>(current_pick_)];
-    if (!is_sample(track, sample) || !is_sample(track, sample + step)) return;
+    if (!is_sample(track, sample)) return;
+    std::int64_t target = sample + step;
+    while (is_sample(track, target) && !has_position(track, static_cast<std::int32_t>(target))) {
+        target += step < 0 ? -1 : 1;
+    }
+    if (!is_sample(track, target) || !may_move_onto_track(track)) return;
 
     remember(ChangeKind::move, current_pick_);
-    place_pick(picks_, current_pick_, location_of_sample(track, static_cast<std::int32_t>(sample + step)));
+    place_pick(picks_, current_pick_, location_of_sample(track, static_cast<std::int32_t>(target)));
     write_pick_file(picks_, op_);
     display_.display_pick_item(current_pick_);
     display_.show_pick_controls(controls());
@@ -249,10 +258,40 @@ PickTexts PickWorkflow::Command_add_next(const PickTexts& texts) const
 int PickWorkflow::Command_save_anomaly(const PickTexts& texts)
 {
     if (check_new_pick(AddPick::no, texts, picks_, op_) < 0) return -1;
+    if (!may_share_sample()) return -1;
     if (check_new_pick(AddPick::yes, texts, picks_, op_) < 0) return -1;
     place_pick(picks_, picks_.number_of_picks, new_pick_location_);
     if (write_to_a_named_file() == 0) op_.show_message("The pick has been saved");
     if (picks_.pick_file_name.empty()) op_.show_message("The pick is in no file yet: no pick file has been chosen");
+    return 0;
+}
+
+bool PickWorkflow::may_share_sample() const
+{
+    const std::string others = names_on_sample(picks_, new_pick_location_.sample_index);
+    return others.empty() || op_.ask_yes_no("This sample has a pick already: " + others + ". Save another one there?");
+}
+
+bool PickWorkflow::may_move_onto_track(const TrackTable& track) const
+{
+    const double distance = distance_from_track(picks_, current_pick_, track);
+    if (!(distance > settings_.PickTolerance)) return true;
+    const std::string& name = picks_.pick_names[static_cast<std::size_t>(current_pick_)];
+    return op_.ask_yes_no("The anomaly " + name + " was marked " + format_fixed(distance, 1) +
+                          " m away from its nearest sample. Give it the place and time of a sample?");
+}
+
+int PickWorkflow::delete_leftover_file()
+{
+    const std::string path = leftover_pick_file(picks_);
+    if (path.empty()) return 0;
+    std::error_code reason;
+    std::filesystem::remove(path, reason);
+    if (reason) {
+        op_.show_message("The pick file " + path + " could not be deleted: " + reason.message());
+        return -1;
+    }
+    picks_.known_file = {path, std::nullopt};
     return 0;
 }
 

@@ -44,16 +44,21 @@ public:
     // Fills the controls anew and lays the picks on the track.
     void load_pick_list_on_form(const IndexedTrack& ground);
 
-    // Offer the current or the pointed sample for a new pick; nothing happens when it is not one of the track.
+    // Offer the current or the pointed sample for a new pick; nothing happens when it is not one of the track, and one
+    // without a position is refused.
     void Command_mark_anomaly_location(const TrackTable& track, std::int32_t current_sample);
     void mnuAddAnomaly(const TrackTable& track, std::int32_t pointed_sample);
     const PickLocation& new_pick_location() const { return new_pick_location_; }
     void save_new_pick();
 
     void choose_pick(std::int32_t pick); // anywhere: combo box, list or track; anything but a pick: none
-    // Moves the current pick along the track. Nothing happens when it is not on the track or would leave it.
+    // Moves the current pick along the track. Nothing happens when it is not on the track or would leave it; one that
+    // was marked farther from its sample than the tolerance is moved only when the operator agrees. Samples without a
+    // position are stepped over.
     void HScroll_shift_anomaly(const TrackTable& track, int step);
     void Command_delete_selected_anomaly(const IndexedTrack& ground);
+    // Removes the pick file that an emptied list has left behind. 0 or -1; the operator has been told why.
+    int delete_leftover_file();
     // Takes back the last move, edit or deletion that still stands.
     void undo(const IndexedTrack& ground);
 
@@ -88,6 +93,8 @@ private:
         std::int32_t current_pick = -1; // before the change
     };
 
+    bool may_share_sample() const;
+    bool may_move_onto_track(const TrackTable& track) const;
     void offer_location(const TrackTable& track, std::int32_t sample_index);
     void delete_pick(std::int32_t pick, const IndexedTrack& ground);
     void remember(ChangeKind kind, std::int32_t pick);

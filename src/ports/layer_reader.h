@@ -60,7 +60,6 @@ struct LayerFacts {
     std::array<double, 6> pixel_to_place = {0, 1, 0, 0, 0, -1};
     double low = 0; // the 2nd and the 98th percentile of a grid's values
     double high = 1;
-    std::vector<std::string> parts;  // of shapes: the layers that the file itself holds
     std::vector<std::string> fields; // of shapes: the names of what can letter them
     std::string field;               // the one to begin with; empty: none
 };
@@ -88,13 +87,14 @@ enum class ShapeKind : std::uint8_t { point, line, polygon };
 // A point or points, a line or lines, or a polygon whose further paths are holes or islands of it.
 struct LayerShape {
     ShapeKind kind = ShapeKind::point;
-    std::uint32_t part = 0;       // of the facts' parts
+    std::uint32_t part = 0;       // of LayerShapes
     std::uint32_t first_path = 0; // of LayerShapes
     std::uint32_t path_count = 0;
     std::uint32_t label = 0; // of LayerShapes
 };
 
 struct LayerShapes {
+    std::vector<std::string> parts;         // the layers that the file itself holds
     std::vector<LayerPlace> places;         // survey's grid, of all paths, one path behind the other; all are finite
     std::vector<std::size_t> path_ends;     // one past the last place of each path
     std::vector<LayerShape> shapes;         // in the order in which they are drawn
@@ -123,7 +123,7 @@ struct LayerReadingStopped {};
 class LayerReader {
 public:
     virtual ~LayerReader() = default;
-    // survey_grid: the coordinate system of the survey as the definitions name it; empty: not known. Throws as above.
+    // survey_grid: the coordinate system of the survey as grid_code gives it; empty: not known. Throws as above.
     virtual std::unique_ptr<LayerSource> open(const std::string& path, const std::string& survey_grid,
                                               const std::atomic<bool>& stop) = 0;
 };

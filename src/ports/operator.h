@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ports/warning.h"
+
 #include <optional>
 #include <string>
 
@@ -14,20 +16,16 @@ struct FileQuestion {
     bool caller_asks_before_overwriting = false; // the chooser itself then does not
 };
 
-// What a warning is about. It refuses nothing.
-enum class WarningAbout {
-    columns, // named by the definitions and not in the file
-    data,    // lines that do not look as the header says
-    picks    // a pick file that is replaced was kept under another name
-};
-
 // The person at the screen. Every text is UTF-8 and shown as it stands.
 class Operator {
 public:
     virtual ~Operator() = default;
     virtual void show_message(const std::string& text) = 0; // OK button
     // For a program that has a place for warnings which waits for no answer.
-    virtual void show_warning(WarningAbout, const std::string& text) { show_message(text); }
+    virtual void show_warnings(const Warnings& warnings)
+    {
+        for (const Warning& warning : warnings) show_message(warning.text);
+    }
     virtual bool ask_yes_no(const std::string& question) = 0; // true: Yes
     // The same where Yes loses what cannot be got back: a key pressed in haste is to mean No.
     virtual bool ask_before_loss(const std::string& question) { return ask_yes_no(question); }

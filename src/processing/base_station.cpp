@@ -76,6 +76,11 @@ double BaseCursor::field_at(double time)
     return kNull;
 }
 
+double BaseCursor::field_at_date(double date_time)
+{
+    return field_at(seconds_since_1970(date_time));
+}
+
 std::optional<TimeSpan> time_span(const BaseStation& base)
 {
     if (base.readings.empty()) return std::nullopt;
@@ -109,7 +114,7 @@ std::optional<double> base_level_over(const BaseStation& base, const TrackTable&
     BaseCursor cursor(base);
     std::vector<double> fields;
     for (std::int32_t record = 1; record <= track.count; ++record) {
-        const double field = cursor.field_at(seconds_since_1970(track.time[record]));
+        const double field = cursor.field_at_date(track.time[record]);
         if (is_valid_sensor(field)) fields.push_back(field);
     }
     return median(fields);

@@ -41,6 +41,7 @@ public:
     // in a gap of over kLongestBaseGap. Record times are held to about a microsecond: a millisecond beyond a reading
     // counts as the reading.
     double field_at(double time);
+    double field_at_date(double date_time); // days since 1899-12-30
 
 private:
     const BaseStation* base_;

@@ -4,6 +4,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarvo {
@@ -32,6 +33,8 @@ struct FieldGrid {
 struct GridSize {
     double cell = 0;        // metres; 0: one that suits the points
     double fill_radius = 0; // metres; 0: five cells
+
+    bool operator==(const GridSize&) const = default;
 };
 
 struct Gridding {

@@ -1,7 +1,6 @@
 #include "processing/residual.h"
 
 #include "processing/altitude.h"
-#include "processing/fixed_time.h"
 #include "processing/median.h"
 #include "processing/spike_filter.h"
 #include "text/file_names.h"
@@ -62,7 +61,7 @@ public:
             return kNull;
         }
         if (!base_) return field;
-        const double base = base_->field_at(seconds_since_1970(source_.time[record]));
+        const double base = base_->field_at_date(source_.time[record]);
         return is_valid_sensor(base) ? field - (base - source_.base_level) : kNull;
     }
 

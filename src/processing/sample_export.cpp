@@ -37,7 +37,7 @@ void append_sensor_value(std::string& text, double value)
     if (is_valid_sensor(value)) append_number(text, value);
 }
 
-std::string samples_header(const SampleStore& store)
+std::string samples_header(const SampleStore& store, const ResidualField* residual)
 {
     std::string header = "record,line,time,distance";
     for (const FieldSlotTraits& slot : kFieldSlots) {
@@ -53,6 +53,9 @@ std::string samples_header(const SampleStore& store)
             header += prefix + name;
         }
     }
+    for (int sensor = 1; residual != nullptr && sensor <= store.number_of_sensors(); ++sensor) {
+        header += ",s" + std::to_string(sensor) + "_residual";
+    }
     return header + "\n";
 }
 
@@ -67,7 +70,8 @@ void append_sensor(std::string& text, const SampleStore& store, const SensorReco
     }
 }
 
-void append_record(std::string& text, const SampleStore& store, double line_number, std::int32_t record)
+void append_record(std::string& text, const SampleStore& store, const ResidualField* residual, double line_number,
+                   std::int32_t record)
 {
     append_whole(text, record);
     append_channel(text, line_number);
@@ -81,19 +85,22 @@ void append_record(std::string& text, const SampleStore& store, double line_numb
     for (std::size_t sensor = 1; sensor < store.sensors.size(); ++sensor) {
         append_sensor(text, store, store.sensors[sensor], record);
     }
+    for (std::size_t sensor = 1; residual != nullptr && sensor < store.sensors.size(); ++sensor) {
+        append_sensor_value(text, record <= residual->records ? residual->values[sensor][record] : kNull);
+    }
     text += '\n';
 }
 
 } // namespace
 
 bool export_samples(const SampleStore& store, const SurveyLines& lines, const ExportSink& sink,
-                    const ExportProgress& progress)
+                    const ExportProgress& progress, const ResidualField* residual)
 {
-    std::string text = samples_header(store);
+    std::string text = samples_header(store, residual);
     std::int32_t line = 1;
     for (std::int32_t record = 1; record <= store.RecordCount; ++record) {
         while (line < lines.CurrentLine && lines.last_record(line) < record) ++line;
-        append_record(text, store, lines.LineNumbers[line], record);
+        append_record(text, store, residual, lines.LineNumbers[line], record);
         if (text.size() >= kBlock) {
             sink(text);
             text.clear();

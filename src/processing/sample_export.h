@@ -1,5 +1,6 @@
 #pragma once
 
+#include "processing/residual.h"
 #include "processing/sample_store.h"
 #include "processing/survey_lines.h"
 
@@ -17,9 +18,9 @@ using ExportProgress = std::function<bool(std::int32_t)>;
 
 // The stored samples as CSV: a header line, then one line a record, ended by LF. Times are seconds since 1970 with four
 // decimals, other numbers the shortest text that reads back to the same value, nulls empty fields. Returns false when
-// the progress ended it.
+// the progress ended it. residual: its columns stand last, sensor by sensor; null: there are none.
 bool export_samples(const SampleStore& store, const SurveyLines& lines, const ExportSink& sink,
-                    const ExportProgress& progress = nullptr);
+                    const ExportProgress& progress = nullptr, const ResidualField* residual = nullptr);
 
 // The survey lines as CSV: line,number,first,last,count.
 void export_lines(const SurveyLines& lines, const ExportSink& sink);

@@ -1,6 +1,7 @@
 #include "session/definitions_editor.h"
 
 #include "definitions/definitions_file.h"
+#include "definitions/definitions_menu.h"
 #include "intake/definitions_guess.h"
 #include "text/file_names.h"
 #include "text/numbers.h"
@@ -52,7 +53,7 @@ int write_accepted(const std::string& file_name, DefinitionsEditor& editor, Oper
         op.show_message(std::string("An error occurred while writing the Data Field Definitions : ") + fault.what());
         return -1;
     }
-    const int status = write_definitions(file_name, editor.working, editor.header_line_number, op);
+    const int status = write_edited_definitions(file_name, editor.working, editor.header_line_number, op);
     if (status == 0) editor.file_is_unreadable = false;
     return status;
 }

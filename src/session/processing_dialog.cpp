@@ -2,6 +2,7 @@
 
 #include "processing/gradients.h"
 #include "session/settings_table.h"
+#include "survey/survey_residual.h"
 #include "text/numbers.h"
 
 namespace tarvo {
@@ -26,6 +27,7 @@ ProcessingChanges changes_between(const Settings& current, const Settings& wante
         if (setting_text(current, setting) == setting_text(wanted, setting)) continue;
         changes.reload |= setting.effect == SettingEffect::reload;
         changes.gradients |= setting.effect == SettingEffect::gradients;
+        changes.residual |= setting.effect == SettingEffect::residual;
         changes.redraw |= setting.effect == SettingEffect::redraw;
     }
     return changes;
@@ -50,11 +52,16 @@ ProcessingPage display_processing_parameters(const Settings& settings)
     return page;
 }
 
-ProcessingChanges done_processing_parameters(const ProcessingPage& page, Settings& settings, Operator& op)
+ProcessingChanges done_processing_parameters(const ProcessingPage& page, Settings& settings, Operator& op,
+                                             const SettingsObjection& objection)
 {
     Settings wanted = settings;
     if (const Setting* const refused = take_page(page, settings, wanted)) {
         op.show_message(refusal_text(*refused, page.at(refused->key)));
+        return {};
+    }
+    if (const std::string why = objection ? objection(wanted) : std::string(); !why.empty()) {
+        op.show_message(why);
         return {};
     }
     take_what_asks_for_nothing(settings, wanted);
@@ -66,6 +73,17 @@ ProcessingChanges done_processing_parameters(const ProcessingPage& page, Setting
     settings = wanted;
     changes.status = 0;
     return changes;
+}
+
+Settings settings_of_page(const ProcessingPage& page, const Settings& settings)
+{
+    Settings wanted = settings;
+    for (const Setting& setting : settings_table()) {
+        const auto box = page.find(setting.key);
+        if (box == page.end() || trimmed(box->second) == shown_setting_text(settings, setting)) continue;
+        take_setting_text(wanted, setting, box->second); // a refused text leaves it alone
+    }
+    return wanted;
 }
 
 bool use_all_corrections(Settings& settings)
@@ -85,6 +103,11 @@ bool carry_out_changes(const ProcessingChanges& changes, SurveyState& survey, Op
     if (changes.gradients) {
         SampleProcessing& run = survey.processing;
         recalculate_gradient_values(run.store, run.lines, survey.parameters, survey.filters, op);
+    }
+    if (changes.residual) {
+        for (const std::string& note : finish_residual(survey)) {
+            op.show_warnings({{WarningAbout::data, "base station", note}});
+        }
     }
     return false;
 }

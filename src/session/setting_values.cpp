@@ -68,6 +68,13 @@ bool take(std::string& place, const Setting& setting, std::string_view text)
     return true;
 }
 
+bool take(QuantityRange& place, const Setting&, std::string_view text)
+{
+    const std::optional<QuantityRange> range = quantity_range_of(text);
+    if (range) place = *range;
+    return range.has_value();
+}
+
 std::string exact(bool value)
 {
     return value ? "1" : "0";
@@ -91,6 +98,10 @@ std::string exact(const std::optional<double>& value)
 std::string exact(const std::string& value)
 {
     return value;
+}
+std::string exact(const QuantityRange& value)
+{
+    return quantity_range_text(value);
 }
 
 constexpr int kShownDecimals = 1;

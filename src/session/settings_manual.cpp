@@ -46,6 +46,10 @@ std::string values_text(const std::optional<double>*, const Setting& setting)
     const std::string limits = limits_text(setting.limits);
     return (limits.empty() ? "a number" : limits) + ", or nothing";
 }
+std::string values_text(const QuantityRange*, const Setting&)
+{
+    return "auto, or low and high with a blank between";
+}
 std::string values_text(const void*, const Setting& setting)
 {
     const std::string limits = limits_text(setting.limits);
@@ -86,7 +90,8 @@ std::string help_text(const Setting& setting)
     case SettingEffect::gradients: return std::string(setting.help) + ". A change recalculates the gradients.";
     case SettingEffect::reload: return std::string(setting.help) + ". A change reloads the data file.";
     case SettingEffect::none:
-    case SettingEffect::redraw: break;
+    case SettingEffect::redraw:
+    case SettingEffect::residual: break;
     }
     return setting.help;
 }

@@ -1,5 +1,6 @@
 #include "session/settings_table.h"
 
+#include "display/colour_map.h"
 #include "display/range_fit.h"
 
 #include <algorithm>
@@ -16,6 +17,18 @@ using S = Settings;
 constexpr double kLargestWhole = std::numeric_limits<std::int32_t>::max();
 constexpr double kLargestSingle = std::numeric_limits<float>::max();
 constexpr double kWidestWindow = 1'000'000; // samples; a wider filter than any survey line would only cost memory
+
+// The range of a quantity's colours.
+template <QuantityId id>
+constexpr Setting range_row()
+{
+    return {.key = quantity(id).range_key,
+            .place = [](S& s) { return Place(&s.display_settings.ranges[static_cast<std::size_t>(id)]); },
+            .effect = Effect::redraw,
+            .caption = "Range",
+            .unit = quantity(id).unit,
+            .help = "The values that take the first and the last colour"};
+}
 
 constexpr Setting kSettings[] = {
     {.key = "LoggingScrollStep",
@@ -102,6 +115,23 @@ constexpr Setting kSettings[] = {
      .caption = "Sample spacing from the records that have a p&osition",
      .help = "Records without a position at a line's ends no longer make its gradients too large",
      .box = "Check_spacing_over_fixes"},
+    {.key = "SpikeFilter",
+     .place = [](S& s) { return Place(&s.parameters.SpikeFilter); },
+     .effect = Effect::residual,
+     .group = Group::residual,
+     .caption = "Leave single &wild readings out",
+     .help = "A reading far off the seven around it, with both neighbours near them, is a null in the residual",
+     .box = "Check_spike_filter"},
+    {.key = "ResidualWindow",
+     .place = [](S& s) { return Place(&s.parameters.ResidualWindow); },
+     .effect = Effect::residual,
+     .group = Group::residual,
+     .caption = "&Background window",
+     .unit = "m",
+     .help = "Length of track whose median field is the background; 0: 8 x the median altitude, at least 20 m (40 m "
+             "without an altitude)",
+     .limits = at_least(0),
+     .box = "Text_residual_window"},
     {.key = "TimingTick",
      .place = [](S& s) { return Place(&s.display_settings.timing_tick); },
      .effect = Effect::redraw,
@@ -183,6 +213,54 @@ constexpr Setting kSettings[] = {
      .limits = over(0),
      .box = "Text_TG_tick_spacing",
      .refusal = "Warning: The maximum TG tick spacing is not valid"},
+    {.key = "DisplayQuantity",
+     .place = [](S& s) { return Place(&s.display_settings.quantity); },
+     .effect = Effect::redraw,
+     .caption = "Quantity",
+     .help = "What colours track and bars and is the upper graph",
+     .choices = kQuantityKeys},
+    {.key = "ColourMap",
+     .place = [](S& s) { return Place(&s.display_settings.colour_map); },
+     .effect = Effect::redraw,
+     .caption = "Colours",
+     .help = "Colours of quantities of one sign",
+     .choices = kColourMapKeys},
+    {.key = "SignedColourMap",
+     .place = [](S& s) { return Place(&s.display_settings.signed_colour_map); },
+     .effect = Effect::redraw,
+     .caption = "Colours of both signs",
+     .help = "Colours of quantities that are positive and negative",
+     .choices = kColourMapKeys},
+    range_row<QuantityId::vertical>(),
+    range_row<QuantityId::horizontal>(),
+    range_row<QuantityId::total>(),
+    range_row<QuantityId::residual>(),
+    range_row<QuantityId::depth>(),
+    range_row<QuantityId::elevation>(),
+    range_row<QuantityId::speed>(),
+    {.key = "ShowGrid",
+     .place = [](S& s) { return Place(&s.display_settings.show_grid); },
+     .effect = Effect::redraw,
+     .caption = "&Grid under the track",
+     .help = "The displayed quantity on square cells, in the track's colours"},
+    {.key = "GridCell",
+     .place = [](S& s) { return Place(&s.display_settings.grid_cell); },
+     .effect = Effect::redraw,
+     .group = Group::grid,
+     .caption = "Grid cell",
+     .unit = "m",
+     .help = "Side of a cell of the grid under the track; 0: a round one that suits the survey",
+     .limits = at_least(0),
+     .box = "Text_grid_cell"},
+    {.key = "GridFillRadius",
+     .place = [](S& s) { return Place(&s.display_settings.grid_fill_radius); },
+     .effect = Effect::redraw,
+     .group = Group::grid,
+     .caption = "Grid fill radius",
+     .unit = "m",
+     .help = "How far away readings fill an empty cell; 0: five cells",
+     .limits = at_least(0),
+     .box = "Text_grid_fill_radius"},
     {.key = "ShowNewPickDialog",
      .place = [](S& s) { return Place(&s.pick_settings.ShowNewPickDialog); },
      .caption = "Ask for &name and type",
@@ -210,6 +288,13 @@ constexpr Setting kSettings[] = {
      .unit = "nT",
      .help = "Smallest anomaly that is proposed; open: six times the noise of the residual, at least 2 nT",
      .limits = over(0)},
+    {.key = "PickTolerance",
+     .place = [](S& s) { return Place(&s.pick_settings.PickTolerance); },
+     .effect = Effect::redraw,
+     .caption = "Farthest pick from its sample",
+     .unit = "m",
+     .help = "A pick farther from the track stays where it was marked, with a dashed ring",
+     .limits = at_least(0)},
 };
 
 } // namespace

@@ -15,7 +15,8 @@ namespace tarvo {
 
 // Where a setting's value lives. A switch reads and writes 0 and 1; a number that may be left open is the empty text
 // then. A new kind of value needs its line here and its two conversions in setting_values.cpp.
-using SettingPlace = std::variant<bool*, std::int32_t*, float*, double*, std::optional<double>*, std::string*>;
+using SettingPlace =
+    std::variant<bool*, std::int32_t*, float*, double*, std::optional<double>*, std::string*, QuantityRange*>;
 
 // The numbers that are accepted, before they are rounded.
 struct SettingLimits {
@@ -35,10 +36,10 @@ constexpr SettingLimits at_least(double low, double high = std::numeric_limits<d
 }
 
 // What a change asks for.
-enum class SettingEffect { none, redraw, gradients, reload };
+enum class SettingEffect { none, redraw, residual, gradients, reload };
 
 // Where the processing dialog has the setting's box. none: it is set elsewhere in the window, or by --set alone.
-enum class SettingGroup { none, samples, filters, corrections, display };
+enum class SettingGroup { none, samples, filters, corrections, residual, display, grid };
 
 enum class WholeNumber { truncated, rounded }; // how a real becomes a whole number
 

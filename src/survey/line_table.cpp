@@ -150,6 +150,34 @@ std::vector<std::string> line_table_texts(const LineSummary& line)
             number_text(line.noise, 2)};
 }
 
+std::vector<double> line_table_values(const LineSummary& line)
+{
+    const double number = is_valid_channel(line.number) ? line.number : line.line;
+    return {number,
+            line.start_time,
+            line.end_time,
+            line.length,
+            static_cast<double>(line.samples),
+            static_cast<double>(line.nulls),
+            line.speed,
+            line.altitude_low,
+            line.altitude_middle,
+            line.altitude_high,
+            line.noise};
+}
+
+std::string line_table_tabbed(const std::vector<LineSummary>& lines)
+{
+    std::string text;
+    const auto add_row = [&text](const std::vector<std::string>& cells) {
+        for (std::size_t column = 0; column < cells.size(); ++column) text += (column > 0 ? "\t" : "") + cells[column];
+        text += '\n';
+    };
+    add_row(line_table_captions());
+    for (const LineSummary& line : lines) add_row(line_table_texts(line));
+    return text;
+}
+
 std::string line_table_csv(const std::vector<LineSummary>& lines)
 {
     std::string text = "line,number,first,last,start,end,length,samples,nulls,speed,altitude_10,altitude_50,"

@@ -33,6 +33,12 @@ std::vector<LineSummary> line_summaries(const SampleProcessing& run);
 std::vector<std::string> line_table_captions();
 std::vector<std::string> line_table_texts(const LineSummary& line);
 
+// The numbers behind the texts, to sort by.
+std::vector<double> line_table_values(const LineSummary& line);
+
+// Captions and texts for the clipboard: TABs between the columns, a line feed behind each row.
+std::string line_table_tabbed(const std::vector<LineSummary>& lines);
+
 // The whole table as CSV, LF line ends, times as seconds since 1970.
 std::string line_table_csv(const std::vector<LineSummary>& lines);
 

@@ -89,7 +89,7 @@ DialReadings dial_readings_of_sample(const SurveyState& survey, const CurrentSam
     const ChannelArray& values = sample.ChannelValues;
     DialReadings readings = {values[kHeading],   values[kPitch], values[kRoll], values[kDepth],
                              values[kElevation], kNull,          {kNull}};
-    readings.speed = speed_over_ground(track_table(run.store), run.store.RecordCount);
+    if (run.plan.has_time) readings.speed = speed_over_ground(track_table(run.store), run.store.RecordCount);
     for (std::size_t sensor = 1; sensor < run.plan.sensors.size(); ++sensor) {
         readings.total_field.push_back(sample_total_field(run.plan, sensor, sample));
     }
@@ -107,26 +107,13 @@ DialReadings dial_readings_of_record(const SurveyState& survey, std::int32_t rec
                     store.channel(kRoll, record),
                     store.channel(kDepth, record),
                     store.channel(kElevation, record),
-                    speed_over_ground(track_table(store), record),
+                    survey.processing.plan.has_time ? speed_over_ground(track_table(store), record) : kNull,
                     {kNull}};
     }
     for (std::size_t sensor = 1; sensor < store.sensors.size(); ++sensor) {
         readings.total_field.push_back(is_stored ? store.sensors[sensor].averages[0][record] : kNull);
     }
     return readings;
-}
-
-double speed_over_ground(const TrackTable& track, std::int32_t record)
-{
-    if (record < 2 || record > track.count) return kNull;
-    for (const std::int32_t at : {record - 1, record}) {
-        if (!is_valid_channel(track.easting[at]) || !is_valid_channel(track.northing[at])) return kNull;
-    }
-    const double seconds = (track.time[record] - track.time[record - 1]) * kSecondsPerDay;
-    // Days as 64-bit floats resolve about a microsecond: anything below a millisecond is rounding.
-    constexpr double kShortestStep = 0.001;
-    if (!(seconds >= kShortestStep)) return kNull;
-    return (track.distance[record] - track.distance[record - 1]) / seconds;
 }
 
 std::string record_text(const SurveyState& survey, std::int32_t record)
@@ -140,7 +127,8 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
     const std::int32_t line = line_of_record(survey.processing.lines, record);
     const double number = line > 0 ? survey.processing.lines.LineNumbers[line] : kNull;
     if (is_valid_channel(number)) text += "   line " + format_fixed(number, 0);
-    text += "   " + time_of_day_text(track.time[record]);
+    // Without a Time column the stored times only count the data lines.
+    text += "   " + (survey.processing.plan.has_time ? time_of_day_text(track.time[record]) : "--:--:--");
     for (int sensor = 1; sensor <= std::min(store.number_of_sensors(), kListedSensors); ++sensor) {
         text += sensor_text(store, sensor, record);
     }

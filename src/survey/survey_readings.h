@@ -1,5 +1,6 @@
 #pragma once
 
+#include "processing/track_speed.h"
 #include "survey/survey_state.h"
 
 #include <cstdint>
@@ -23,9 +24,6 @@ struct DialReadings {
 // Of the data line at hand; the speed is that of the newest stored record.
 DialReadings dial_readings_of_sample(const SurveyState& survey, const CurrentSample& sample);
 DialReadings dial_readings_of_record(const SurveyState& survey, std::int32_t record);
-
-// Metres a second from the record before to this one, kNull where a position is missing or no time has passed.
-double speed_over_ground(const TrackTable& track, std::int32_t record);
 
 // One line about a stored record for the status bar: position, distance, line, time and the sensors' values.
 std::string record_text(const SurveyState& survey, std::int32_t record);

@@ -20,7 +20,8 @@ std::string calculate(SurveyState& survey, const std::function<void()>& pause)
 bool is_residual_wanted(const SurveyState& survey)
 {
     const ProcessingParameters& parameters = survey.parameters;
-    return survey.wants_residual || survey.base || parameters.SpikeFilter || parameters.ResidualWindow > 0;
+    return survey.wants_residual || survey.display_settings.quantity == quantity(QuantityId::residual).key ||
+           survey.base || parameters.SpikeFilter || parameters.ResidualWindow > 0;
 }
 
 const BaseStation* base_station(const SurveyState& survey)
@@ -33,15 +34,16 @@ std::string update_residual(SurveyState& survey, const std::function<void()>& pa
     return calculate(survey, pause);
 }
 
-std::string finish_residual(SurveyState& survey, const std::function<void()>& pause)
+std::vector<std::string> finish_residual(SurveyState& survey, const std::function<void()>& pause)
 {
     clear_residual(survey.residual); // what a run left unfinished
     if (!is_residual_wanted(survey) || survey.processing.store.RecordCount == 0) return {};
     try {
-        return calculate(survey, pause);
+        const std::string refusal = calculate(survey, pause);
+        return refusal.empty() ? residual_notes(survey) : std::vector<std::string>{refusal};
     } catch (const std::bad_alloc&) {
         clear_residual(survey.residual);
-        return "There is not enough memory for the residual";
+        return {"There is not enough memory for the residual"};
     }
 }
 
@@ -52,15 +54,12 @@ void follow_residual(SurveyState& survey)
     calculate_newest_residual(survey.residual, run.store, run.lines, survey.parameters, base_station(survey));
 }
 
-std::string take_residual_parameters(SurveyState& survey, const ProcessingParameters& wanted)
+std::string residual_objection(const SurveyState& survey, const ProcessingParameters& wanted)
 {
-    const ProcessingParameters earlier = survey.parameters;
-    survey.parameters.SpikeFilter = wanted.SpikeFilter;
-    survey.parameters.ResidualWindow = wanted.ResidualWindow;
-    if (survey.processing.store.RecordCount == 0) return {};
-    const std::string refusal = calculate(survey, nullptr);
-    if (!refusal.empty()) survey.parameters = earlier;
-    return refusal;
+    const ProcessingParameters& current = survey.parameters;
+    const bool is_same = wanted.ResidualWindow == current.ResidualWindow && wanted.SpikeFilter == current.SpikeFilter;
+    if (is_same || survey.processing.store.RecordCount == 0) return {};
+    return residual_refusal(survey.processing.store, survey.processing.lines, wanted, base_station(survey));
 }
 
 std::string take_base_station(SurveyState& survey, std::optional<BaseStation> base)

@@ -25,16 +25,16 @@ const BaseStation* base_station(const SurveyState& survey);
 // changed; empty when it is done.
 std::string update_residual(SurveyState& survey, const std::function<void()>& pause = nullptr);
 
-// At the end of a run: makes the residual when it is wanted. What comes back is for the operator: a refusal, which
-// leaves the survey without a residual.
-std::string finish_residual(SurveyState& survey, const std::function<void()>& pause = nullptr);
+// After a run, and after a change of its parameters: makes the residual anew when it is wanted. What comes back is for
+// the operator: why there is none now, or what to know of it.
+std::vector<std::string> finish_residual(SurveyState& survey, const std::function<void()>& pause = nullptr);
 
 // In a run: of the records that the newest one completes, when it is wanted.
 void follow_residual(SurveyState& survey);
 
-// Takes other parameters of the residual (SpikeFilter, ResidualWindow). Returns why they do not suit the stored
-// records, in which case nothing has changed.
-std::string take_residual_parameters(SurveyState& survey, const ProcessingParameters& wanted);
+// Why other parameters of the residual (SpikeFilter, ResidualWindow) do not suit the stored records; empty when they
+// do, and for parameters that are those of the survey.
+std::string residual_objection(const SurveyState& survey, const ProcessingParameters& wanted);
 
 // Puts a base station to use, or none. Returns why it does not suit the stored records, in which case nothing has
 // changed.

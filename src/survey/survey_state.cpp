@@ -1,5 +1,7 @@
 #include "survey/survey_state.h"
 
+#include "survey/displayed_quantity.h"
+
 #include <algorithm>
 
 namespace tarvo {
@@ -9,15 +11,25 @@ TrackScene track_scene(const SurveyState& survey)
     const SampleStore& store = survey.processing.store;
     TrackScene scene;
     scene.track = track_table(store);
-    if (store.number_of_sensors() >= 1 && store.gradient_records >= store.RecordCount) {
-        scene.display_values = store.sensors[1].gradients[0].data();
-    }
+    scene.quantity = &displayed_quantity(survey.display_settings);
+    scene.sensor_values = quantity_columns(survey, *scene.quantity);
+    scene.colours = shown_colours(survey);
     scene.sample_rate = static_cast<float>(1.0 / survey.processing.plan.SampleInterval);
     scene.settings = survey.display_settings;
     const std::vector<std::int32_t>& pick_records = survey.picks.pick_sample_index;
     const auto picks_in_use = static_cast<std::size_t>(survey.picks.number_of_picks) + 1;
-    scene.picks = {std::span(pick_records).first(std::min(picks_in_use, pick_records.size())), survey.current_pick};
+    const std::size_t elements = std::min(picks_in_use, pick_records.size());
+    scene.picks = {std::span(pick_records).first(elements), survey.current_pick,
+                   std::span(survey.picks.pick_locations).first(elements), survey.pick_settings.PickTolerance};
+    scene.backdrop = survey.backdrop;
+    if (!survey.ground.coloured.is_empty()) scene.grid = &survey.ground.coloured;
     return scene;
+}
+
+std::string survey_grid_text(const SurveyState& survey)
+{
+    static_cast<void>(survey);
+    return {};
 }
 
 bool has_pick_list(const SurveyState& survey)

@@ -176,6 +176,21 @@ std::string format_shortest(float value)
     return {text, end};
 }
 
+std::string format_significant(double value)
+{
+    constexpr int kDigits = 4;
+    constexpr double kLongest = 1e15;
+    if (value == 0 || !(std::abs(value) < kLongest)) return format_shortest(value == 0 ? 0.0 : value);
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, kDigits - 1).ptr;
+    const double rounded = leading_number(std::string_view(text, static_cast<std::size_t>(end - text)));
+    const int decimals = std::max(0, kDigits - 1 - static_cast<int>(std::floor(std::log10(std::abs(rounded)))));
+    std::string fixed = format_fixed(rounded, decimals);
+    if (decimals > 0) fixed.erase(fixed.find_last_not_of('0') + 1);
+    if (fixed.ends_with('.')) fixed.pop_back();
+    return fixed;
+}
+
 std::string grouped_digits(std::string_view number)
 {
     const std::size_t first_digit = number.starts_with('-') ? 1 : 0;

@@ -51,6 +51,9 @@ std::string format_fixed(double value, int decimals);
 std::string format_shortest(double value);
 std::string format_shortest(float value);
 
+// With at most four significant digits, without trailing zeros and without an exponent up to 15 digits.
+std::string format_significant(double value);
+
 // The digits before the point in groups of three, for people: "1234567.8" gives "1,234,567.8".
 std::string grouped_digits(std::string_view number);
 

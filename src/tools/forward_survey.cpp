@@ -50,7 +50,7 @@ void report_missing_columns(const ForwardedSurvey& survey, Operator& op)
 {
     SurveyDefinitions definitions = survey.definitions;
     FieldLocations locations;
-    locate_header_fields(survey.columns, definitions, locations, op);
+    op.show_warnings(locate_header_fields(survey.columns, definitions, locations).warnings);
 }
 
 // The counts on one line of the terminal, some times a second.

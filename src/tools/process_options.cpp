@@ -25,11 +25,17 @@ Loads a recorded survey, prints a summary, and writes what the options ask for.
   --lines FILE         survey lines as CSV
   --picks FILE         the picks of the pick file beside the data, located on the track, as CSV
   --track FILE.png     the whole track
+  --quantity NAME      what colours the pictures: gradient, vertical, horizontal, total, residual, depth, elevation
+                       or speed
+  --colours NAME       the colour map: survey, viridis, cividis, grey or blue-white-red
+  --layer FILE         under the track: a raster, grid, drawing or chart, or a list of them (NAME.layers); may be repeated
   --size WxH           size of the pictures in pixels (1200x900)
   --zoom PERCENT       the track enlarged, 100 to 10000
   --at RECORD          the record in the middle of the enlarged track and of the colour bars
   --bars FILE.png      the sensors' colour bars around that record
   --fits FILE          a dipole fitted at every pick of the pick file, neighbours together, as CSV
+  --propose FILE       places of the residual that look like targets, as CSV
+  --base FILE          readings of a base station: IAGA-2002, or text with its definitions file beside it
   --quiet              no progress line
   --help-settings      the settings with their defaults and values
   --help, --version
@@ -63,6 +69,13 @@ void take_size(ProcessOptions& options, std::string_view text)
     options.picture_height = side(text.substr(cross + 1));
 }
 
+// Of quantities of either sign.
+void take_colours(Settings& settings, const std::string& name)
+{
+    take_setting("ColourMap=" + name, settings);
+    take_setting("SignedColourMap=" + name, settings);
+}
+
 void take_zoom(ProcessOptions& options, std::string_view text)
 {
     if (!zoom_of_text(text)) {
@@ -83,8 +96,14 @@ void check_products(const ProcessOptions& options)
     std::vector<std::string> taken = {options.data_file, pick_file_name_for(options.data_file),
                                       options.definitions_file.empty() ? definitions_file_name_for(options.data_file)
                                                                        : options.definitions_file};
-    for (const std::string* const product : {&options.samples_file, &options.lines_file, &options.picks_file,
-                                             &options.track_file, &options.bars_file, &options.fits_file}) {
+    taken.insert(taken.end(), options.layer_files.begin(), options.layer_files.end());
+    if (!options.base_file.empty()) {
+        taken.push_back(options.base_file);
+        taken.push_back(definitions_file_name_for(options.base_file));
+    }
+    for (const std::string* const product :
+         {&options.samples_file, &options.lines_file, &options.picks_file, &options.track_file, &options.bars_file,
+          &options.targets.fits, &options.targets.proposals}) {
         if (product->empty()) continue;
         for (const std::string& other : taken) {
             if (!is_same_file(*product, other)) continue;
@@ -121,18 +140,23 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
                       {"--help", set(options.help)},
                       {"--help-settings", set(options.help_settings)},
                       {"--version", set(options.version)}};
-    table.values = {{"--definitions", text_into(options.definitions_file)},
-                    {"--header-line", text_into(options.header_line)},
-                    {"--set", [&](const std::string& text) { take_setting(text, options.settings); }},
-                    {"--samples", text_into(options.samples_file)},
-                    {"--lines", text_into(options.lines_file)},
-                    {"--picks", text_into(options.picks_file)},
-                    {"--track", text_into(options.track_file)},
-                    {"--bars", text_into(options.bars_file)},
-                    {"--fits", text_into(options.fits_file)},
-                    {"--size", [&](const std::string& text) { take_size(options, text); }},
-                    {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
-                    {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};
+    table.values = {
+        {"--definitions", text_into(options.definitions_file)},
+        {"--header-line", text_into(options.header_line)},
+        {"--set", [&](const std::string& text) { take_setting(text, options.settings); }},
+        {"--quantity", [&](const std::string& text) { take_setting("DisplayQuantity=" + text, options.settings); }},
+        {"--colours", [&](const std::string& text) { take_colours(options.settings, text); }},
+        {"--samples", text_into(options.samples_file)},
+        {"--lines", text_into(options.lines_file)},
+        {"--picks", text_into(options.picks_file)},
+        {"--track", text_into(options.track_file)},
+        {"--bars", text_into(options.bars_file)},
+        {"--fits", text_into(options.targets.fits)},
+        {"--propose", text_into(options.targets.proposals)},
+        {"--base", text_into(options.base_file)},
+        {"--size", [&](const std::string& text) { take_size(options, text); }},
+        {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
+        {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};
     table.operand = [&](const std::string& name) {
         if (has_data_file) {
             throw UsageError("one data file was expected, found two: \"" + options.data_file + "\" and \"" + name +

@@ -8,8 +8,15 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarvo {
+
+// What was asked for of the targets; empty: nothing.
+struct TargetFiles {
+    std::string fits;
+    std::string proposals;
+};
 
 // What tarvo-process was asked to do.
 struct ProcessOptions {
@@ -22,7 +29,9 @@ struct ProcessOptions {
     std::string picks_file;
     std::string track_file;
     std::string bars_file;
-    std::string fits_file;
+    TargetFiles targets;
+    std::vector<std::string> layer_files; // under the track, the first lowest
+    std::string base_file;                // readings of a base station
     int picture_width = 1200;
     int picture_height = 900;
     std::optional<double> zoom_percent;

@@ -1,14 +1,18 @@
 #include "tools/process_survey.h"
 
 #include "display/survey_pictures.h"
+#include "intake/base_station_file.h"
 #include "picks/pick_export.h"
 #include "picks/pick_file.h"
 #include "picks/pick_placing.h"
 #include "processing/sample_export.h"
-#include "session/monitor.h"
+#include "session/session.h"
+#include "survey/displayed_quantity.h"
+#include "survey/survey_residual.h"
 #include "text/replace_file.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
+#include "tools/process_layers.h"
 #include "tools/process_targets.h"
 
 #include <unistd.h>
@@ -37,16 +41,19 @@ bool write_product(const char* what, const std::function<void()>& write, Operato
 void write_samples(const SurveyState& survey, const std::string& file_name)
 {
     const SampleProcessing& run = survey.processing;
+    const ResidualField* const residual = is_residual_wanted(survey) ? &survey.residual : nullptr;
     if (file_name == "-") {
-        export_samples(run.store, run.lines, [](std::string_view text) {
+        const auto print = [](std::string_view text) {
             std::cout.write(text.data(), static_cast<std::streamsize>(text.size()));
-        });
+        };
+        export_samples(run.store, run.lines, print, nullptr, residual);
         std::cout.flush();
         if (!std::cout) throw std::runtime_error("standard output cannot be written");
         return;
     }
     FileReplacement file(file_name);
-    export_samples(run.store, run.lines, [&file](std::string_view text) { file.write(text); });
+    const auto write = [&file](std::string_view text) { file.write(text); };
+    export_samples(run.store, run.lines, write, nullptr, residual);
     file.commit();
 }
 
@@ -64,27 +71,47 @@ std::int32_t shown_record(const SurveyState& survey, const ProcessOptions& optio
 
 bool write_track(const SurveyState& survey, const ProcessOptions& options, Operator& op)
 {
-    const TrackScene scene = track_scene(survey);
+    TrackScene scene = track_scene(survey);
+    const int width = options.picture_width;
+    const int height = options.picture_height;
     // A survey without samples has no middle to enlarge.
     const bool is_zoomed = options.zoom_percent && (options.at_record || scene.track.count > 0);
+    const std::int32_t record = shown_record(survey, options);
+    LayersUnderneath layers;
+    if (!options.layer_files.empty()) {
+        const std::optional<MapView> view =
+            is_zoomed ? zoomed_track_view(scene, width, height, *options.zoom_percent, record, op)
+                      : whole_track_view(scene, width, height, op);
+        if (!view) return false;
+        layers = read_layers_underneath(options.layer_files, survey_grid_text(survey), *view,
+                                        fitted_frame(scene.track, width, height).extent, op);
+        scene.backdrop = &layers.backdrop;
+    }
     const std::optional<Picture> picture =
-        is_zoomed ? zoomed_track_picture(scene, options.picture_width, options.picture_height, *options.zoom_percent,
-                                         shown_record(survey, options), op)
-                  : whole_track_picture(scene, options.picture_width, options.picture_height, op);
-    return picture && write_product(
-                          "track picture", [&] { write_png_file(options.track_file, *picture); }, op);
+        is_zoomed ? zoomed_track_picture(scene, width, height, *options.zoom_percent, record, op)
+                  : whole_track_picture(scene, width, height, op);
+    return picture &&
+           write_product(
+               "track picture", [&] { write_png_file(options.track_file, *picture); }, op) &&
+           layers.all_read;
 }
 
 bool write_bars(const SurveyState& survey, const ProcessOptions& options, Operator& op)
 {
-    std::vector<const double*> display_values = {nullptr};
-    for (std::size_t sensor = 1; sensor < survey.processing.store.sensors.size(); ++sensor) {
-        display_values.push_back(survey.processing.store.sensors[sensor].gradients[0].data());
-    }
-    const std::optional<Picture> picture = colour_bars_picture(
-        track_scene(survey), display_values, options.picture_width, shown_record(survey, options), op);
+    const std::optional<Picture> picture =
+        colour_bars_picture(track_scene(survey), survey.processing.store.number_of_sensors(), options.picture_width,
+                            shown_record(survey, options), op);
     return picture && write_product(
                           "colour bars", [&] { write_png_file(options.bars_file, *picture); }, op);
+}
+
+// The pictures of a quantity that the survey does not have show the track all the same.
+bool check_quantity(const SurveyState& survey, const ProcessOptions& options, Operator& op)
+{
+    if (options.track_file.empty() && options.bars_file.empty()) return true;
+    const std::string missing = missing_quantity_text(survey, displayed_quantity(survey.display_settings));
+    if (!missing.empty()) op.show_message(missing);
+    return missing.empty();
 }
 
 // The picks beside the data, or none when there is no such file or it cannot be read, which is false.
@@ -101,6 +128,19 @@ bool write_picks(const SurveyState& survey, const ProcessOptions& options, Opera
 {
     return write_product(
         "picks", [&] { replace_file(options.picks_file, pick_csv_text(survey.picks)); }, op);
+}
+
+// Reads the base station that was asked for. False: it was refused, which the operator has been told.
+bool read_base(const ProcessOptions& options, SurveyState& survey, Operator& op)
+{
+    if (options.base_file.empty()) return true;
+    BaseStationReading reading = read_base_station(options.base_file);
+    if (!reading.refusal.empty()) {
+        op.show_message(reading.refusal);
+        return false;
+    }
+    survey.base = std::move(reading.base);
+    return true;
 }
 
 void print_summary(const SurveyState& survey)
@@ -124,16 +164,19 @@ int process_survey(const ProcessOptions& options)
     const bool show_progress = !options.quiet && isatty(STDERR_FILENO) != 0;
     ConsoleRunDisplay display(show_progress ? ConsoleRunDisplay::Progress::shown : ConsoleRunDisplay::Progress::hidden);
     ConsolePickDisplay pick_display;
-    Monitor monitor(op, display, pick_display);
-    SurveyState& survey = monitor.survey;
+    Session session(op, display, pick_display);
+    SurveyState& survey = session.survey;
     survey.data_file_name = options.data_file;
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
     static_cast<Settings&>(survey) = options.settings;
+    survey.wants_residual = survey.wants_residual || !options.targets.proposals.empty();
+    if (!read_base(options, survey, op)) return kFailed;
 
-    const int ended = monitor.driver.Command_start_logging(StartButton::load_or_pause);
+    const int ended = session.driver.Command_start_logging(StartButton::load_or_pause);
     if (ended != kEndOfData && survey.processing.store.RecordCount == 0) return kFailed;
     bool done = ended == kEndOfData;
+    done &= !is_residual_wanted(survey) || has_residual(survey) || survey.processing.store.RecordCount == 0;
     if (!options.samples_file.empty()) {
         done &= write_product(
             "samples", [&] { write_samples(survey, options.samples_file); }, op);
@@ -142,11 +185,12 @@ int process_survey(const ProcessOptions& options)
         done &= write_product(
             "survey lines", [&] { write_lines(survey, options.lines_file); }, op);
     }
+    done &= check_quantity(survey, options, op);
     if (!options.track_file.empty()) done &= write_track(survey, options, op);
     if (!options.bars_file.empty()) done &= write_bars(survey, options, op);
-    if (!options.picks_file.empty() || wants_targets(options)) done &= read_picks(survey, options, op);
+    if (!options.picks_file.empty() || wants_targets(options.targets)) done &= read_picks(survey, options, op);
     if (!options.picks_file.empty()) done &= write_picks(survey, options, op);
-    if (wants_targets(options)) done &= write_targets(survey, options, op);
+    done &= write_targets(survey, options.targets, op);
     if (options.samples_file != "-") {
         done &= write_product(
             "summary", [&] { print_summary(survey); }, op);

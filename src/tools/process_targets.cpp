@@ -4,36 +4,62 @@
 #include "survey/survey_targets.h"
 #include "targets/fit_export.h"
 #include "targets/group_fit.h"
+#include "targets/proposals.h"
 #include "text/replace_file.h"
 
 #include <exception>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace tarvo {
 
-bool wants_targets(const ProcessOptions& options)
+namespace {
+
+// Runs one part of the work: says what failed, if it did.
+bool done(const char* what, Operator& op, const std::function<void()>& work)
 {
-    return !options.fits_file.empty();
+    try {
+        work();
+        return true;
+    } catch (const std::exception& fault) {
+        op.show_message(std::string("An error occurred while writing the ") + what + ": " + fault.what());
+        return false;
+    }
 }
 
-bool write_targets(const SurveyState& survey, const ProcessOptions& options, Operator& op)
+} // namespace
+
+bool wants_targets(const TargetFiles& files)
 {
-    const FitSurvey fitted = fit_survey(survey);
+    return !files.fits.empty() || !files.proposals.empty();
+}
+
+bool write_targets(const SurveyState& survey, const TargetFiles& files, Operator& op)
+{
+    if (!wants_targets(files)) return true;
     std::string fault;
     const std::unique_ptr<Projection> grid = survey_grid(survey.survey_definitions, ProjProjections(), fault);
     if (!fault.empty()) op.show_message(fault);
+    const FitSurvey fitted = fit_survey(survey);
     const EarthField field = earth_field_of(survey, fitted, grid.get());
     if (field.is_assumed) op.show_message("The Earth's field is " + field.source);
-    try {
-        const std::vector<DipoleFit> fits = fit_places(fitted, places_of_picks(survey.picks), field.direction, {});
-        replace_file(options.fits_file, fit_csv_text(survey.picks, fits, fitted));
-        return true;
-    } catch (const std::exception& fault) {
-        op.show_message(std::string("An error occurred while writing the fits: ") + fault.what());
-        return false;
+
+    bool all_done = fault.empty();
+    if (!files.fits.empty()) {
+        all_done &= done("fits", op, [&] {
+            const std::vector<DipoleFit> fits = fit_places(fitted, places_of_picks(survey.picks), field.direction, {});
+            replace_file(files.fits, fit_csv_text(survey.picks, fits, fitted));
+        });
     }
+    if (!files.proposals.empty()) {
+        all_done &= done("proposals", op, [&] {
+            const ProposalList proposals = find_proposals(fitted, proposal_task(survey, field.direction), {});
+            replace_file(files.proposals, proposal_csv_text(proposals, fitted));
+        });
+    }
+    return all_done;
 }
 
 } // namespace tarvo

@@ -7,10 +7,10 @@
 namespace tarvo {
 
 // Something of the targets was asked for.
-bool wants_targets(const ProcessOptions& options);
+bool wants_targets(const TargetFiles& files);
 
-// Fits the survey's picks, which lie on the track, and writes what was asked for. False: something failed and has been
-// said.
-bool write_targets(const SurveyState& survey, const ProcessOptions& options, Operator& op);
+// Fits the survey's picks, which lie on the track, searches for more, and writes what was asked for. False: something
+// failed and has been said.
+bool write_targets(const SurveyState& survey, const TargetFiles& files, Operator& op);
 
 } // namespace tarvo

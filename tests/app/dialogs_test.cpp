@@ -225,7 +225,7 @@ TEST(DefinitionsForm, MenuReadsAndSavesTheCopy)
 
 TEST(ProcessingForm, StaysOpenUntilAccepted)
 {
-    Settings settings;
+    SurveyState settings;
     FakeOperator op;
     ProcessingForm form(settings, op);
     form.show();
@@ -244,7 +244,7 @@ TEST(ProcessingForm, StaysOpenUntilAccepted)
 
 TEST(ProcessingForm, EveryBoxIsBoundToItsValue)
 {
-    Settings settings;
+    SurveyState settings;
     Settings expected;
     FakeOperator op;
     ProcessingForm form(settings, op);
@@ -257,7 +257,7 @@ TEST(ProcessingForm, EveryBoxIsBoundToItsValue)
     control<QCheckBox>(form, "Check_circular_heading").setChecked(true);
     expected.parameters.CircularHeading = true;
     press(form, "Command_Done");
-    EXPECT_EQ(settings, expected);
+    EXPECT_EQ(static_cast<const Settings&>(settings), expected);
 }
 
 TEST(QtOperator, ABoxGivesTheKeyboardBackToTheWindowThatHadIt)

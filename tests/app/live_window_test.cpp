@@ -138,7 +138,7 @@ TEST_F(LiveWindow, HintsOfAFileDoNotOutliveIt)
     forward();
     ASSERT_TRUE(while_served([this] { return lines_read() > 100; }));
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Tarvo"));
-    window.when_idle([] {}); // waits, and ends nothing
+    window.session().when_idle([] {}); // waits, and ends nothing
     EXPECT_TRUE(run().pipe_logging_active);
 }
 

@@ -263,11 +263,11 @@ TEST_F(PickWindowTest, AKilledProgramHasEverythingOnItsSamplesWhenItStartsAgain)
     if (child == 0) { // one thread works on the core alone, and is killed at once after its last step
         window.survey().pick_settings.ShowNewPickDialog = false;
         for (const std::int32_t record : {40, 80, 120, 160}) {
-            window.monitor().pick_work.mnuAddAnomaly(indexed_track(window.survey()).track, record);
+            window.session().pick_work.mnuAddAnomaly(indexed_track(window.survey()).track, record);
         }
-        window.monitor().pick_work.HScroll_shift_anomaly(indexed_track(window.survey()).track, -7);
-        window.monitor().pick_work.choose_pick(2);
-        window.monitor().pick_work.Command_delete_selected_anomaly(indexed_track(window.survey()));
+        window.session().pick_work.HScroll_shift_anomaly(indexed_track(window.survey()).track, -7);
+        window.session().pick_work.choose_pick(2);
+        window.session().pick_work.Command_delete_selected_anomaly(indexed_track(window.survey()));
         kill(getpid(), SIGKILL);
     }
     int status = 0;

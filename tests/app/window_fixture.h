@@ -61,7 +61,7 @@ protected:
     void click(const char* name) { QTest::mouseClick(&control<QAbstractButton>(name), Qt::LeftButton); }
     QString caption(const char* name) { return control<QAbstractButton>(name).text(); }
 
-    const LoggingDriver::State& run() { return window.monitor().driver.state(); }
+    RunFlags run() { return window.session().driver.state(); }
     std::int64_t lines_read() { return window.survey().processing.lines_read; }
 
     // Lets events happen until the condition holds; false when it does not within a time that is long for any test.

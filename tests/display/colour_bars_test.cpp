@@ -18,7 +18,7 @@ TEST(ColourBars, ShowTheSectionAroundTheCurrentRecord)
     TrackScene scene = track.scene();
     scene.settings.track_axis_length = 50;
     const std::vector<double> others(21, 4.0);
-    const double* const sensor_values[] = {nullptr, track.values.data(), nullptr, others.data()};
+    scene.sensor_values = {nullptr, track.values.data(), nullptr, others.data()};
 
     struct Bar {
         int first_column, end_column;
@@ -36,12 +36,12 @@ TEST(ColourBars, ShowTheSectionAroundTheCurrentRecord)
     for (const Case& c : cases) {
         Picture expected(100, 120);
         for (const Bar& bar : c.bars) {
-            const Colour colour = value_colour(track.values[static_cast<std::size_t>(bar.record)], 10);
+            const Colour colour = value_colour(track.values[static_cast<std::size_t>(bar.record)], {});
             fill_rectangle(expected, bar.first_column, 0, bar.end_column, 40, colour);
-            fill_rectangle(expected, bar.first_column, 80, bar.end_column, 120, value_colour(4, 10));
+            fill_rectangle(expected, bar.first_column, 80, bar.end_column, 120, value_colour(4, {}));
         }
         FakeOperator op;
-        EXPECT_EQ(colour_bars_picture(scene, sensor_values, 100, c.current, op), expected) << c.current;
+        EXPECT_EQ(colour_bars_picture(scene, 3, 100, c.current, op), expected) << c.current;
         EXPECT_TRUE(op.messages.empty());
     }
 }
@@ -50,18 +50,17 @@ TEST(ColourBars, KeepAChosenSection)
 {
     TestTrack track;
     for (int sample = 0; sample < 20; ++sample) track.add(0, 0, 5);
-    const double* const sensor_values[] = {nullptr, track.values.data()};
     std::vector<Picture> bars(2, Picture(100, 3));
     fill(bars[1], kRed);
     SectionLimits section = {5, 11};
     FakeOperator op;
-    display_TG_bars(bars, sensor_values, track.scene(), 10, section, op);
+    display_TG_bars(bars, track.scene(), 10, section, op);
     Picture expected(100, 3); // a column to the metre; record 5, at column 0, is not drawn, record 6 is the first
     fill_rectangle(expected, 9, 0, 60, 3, 0x00FF00);
     EXPECT_EQ(bars[1], expected);
     EXPECT_EQ(section, (SectionLimits{5, 11}));
 
-    display_TG_bars(bars, sensor_values, {}, 10, section, op);
+    display_TG_bars(bars, TrackScene(), 10, section, op);
     EXPECT_EQ(bars[1], expected) << "no track points: nothing is drawn";
 }
 

@@ -28,7 +28,36 @@ TEST(ColourScale, RunsFromBlueToRed)
                           {"null", kNull, 0xFFFF00},
                           {"exactly the null limit", -1e30, 0xFFFF00},
                           {"not a number", std::nan(""), 0xFFFF00}};
-    for (const Case& c : cases) EXPECT_EQ(value_colour(c.value, range), c.colour) << c.label;
+    for (const Case& c : cases) EXPECT_EQ(value_colour(c.value, {0, range}), c.colour) << c.label;
+}
+
+TEST(ColourScale, TablesTakeTheEntryThatAValueFallsOn)
+{
+    struct Case {
+        const char* map;
+        double value; // from -2 to 6
+        Colour colour;
+    };
+    const Case cases[] = {{"viridis", -2, 0x440154},
+                          {"viridis", -9, 0x440154},
+                          {"viridis", 6, 0xFDE725},
+                          {"cividis", -2, 0x00224E},
+                          {"cividis", 1e29, 0xFEE838},
+                          {"viridis", 2, 0x21918C},
+                          {"grey", 1.99, 0x7F7F7F},
+                          {"grey", 2, 0x808080},
+                          {"grey", -2 + 8.0 / 256, 0x010101},
+                          {"grey", kNull, 0x808080},
+                          {"blue-white-red", -2, 0x0000FF},
+                          {"blue-white-red", 1.99, 0xFEFEFF},
+                          {"blue-white-red", 2, 0xFFFEFE},
+                          {"blue-white-red", 6, 0xFF0000},
+                          {"blue-white-red", std::nan(""), 0x808080},
+                          {"survey", kNull, 0xFFFF00},
+                          {"none of them", 2, 0x00FF00}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(value_colour(c.value, {-2, 6, &colour_map(c.map)}), c.colour) << c.map << " " << c.value;
+    }
 }
 
 TEST(ColourScale, MapsItsLimitsOverAnyTable)

@@ -24,12 +24,17 @@ TEST(RangeFit, TakesThe98thPercentileOfWhatIsInView)
     TrackImage image;
     resize_track_image(image, track.scene(), 300, 200, op);
     image.map_extent = MapExtent::fixed;
-    EXPECT_EQ(fitted_gradient_range(image, track.scene()), 98);
+    EXPECT_EQ(fitted_range(image, track.scene()), (ValueRange{0, 98}));
+    TrackScene scene = track.scene();
+    scene.quantity = &quantity(QuantityId::total);
+    EXPECT_EQ(fitted_range(image, scene), (ValueRange{2, 98}));
+    scene.quantity = &quantity(QuantityId::vertical);
+    EXPECT_EQ(fitted_range(image, scene), (ValueRange{-98, 98}));
 
     // Enlarged four times about the west end: only small values are in view.
     zoom_about_pixel(image, track.scene(), 0, 100, 4, op);
-    EXPECT_LT(fitted_gradient_range(image, track.scene()).value(), 30);
-    EXPECT_EQ(fitted_gradient_range(image, TrackScene()), std::nullopt);
+    EXPECT_LT(fitted_range(image, track.scene())->high, 30);
+    EXPECT_EQ(fitted_range(image, TrackScene()), std::nullopt);
 }
 
 TEST(RangeFit, ScaleBarShowsARoundLength)

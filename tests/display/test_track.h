@@ -31,7 +31,7 @@ struct TestTrack {
     {
         TrackScene scene;
         scene.track = {count(), distance.data(), nullptr, easting.data(), northing.data()};
-        scene.display_values = values.data();
+        scene.sensor_values = {nullptr, values.data()};
         return scene;
     }
 };

@@ -184,7 +184,7 @@ TEST(FollowingMode, KeepsWhereItDrewEachSample)
     for (std::size_t record = 15; record <= 40; ++record) track.values[record] = 9;
     recolour_track_points(image, scene, 15);
     EXPECT_EQ(image.picture, followed(120, 90).picture);
-    scene.settings.gradient_max_range = 3;
+    scene.colours.high = 3;
     redraw_colours(image, scene, op);
     EXPECT_EQ(image.picture, followed(120, 90).picture);
     resize_track_image(image, scene, 150, 101, op);
@@ -232,8 +232,12 @@ TEST(Redraw, LaysItsLayersInOrder)
     const TestTrack track = straight_track(13); // 0 to 120 m east
     TrackScene scene = track.scene();
     scene.settings.track_axis_length = 40;
-    const std::array<std::int32_t, 5> pick_records = {0, 7, -1, 8, 99};
-    scene.picks = {pick_records, 1};
+    const std::array<std::int32_t, 6> pick_records = {0, 7, -1, 8, 99, 9};
+    std::array<std::array<double, 4>, 6> places = {};
+    places[1] = {0, 60, 50, 0};
+    places[3] = {0, 70, 60, 0}; // just within the tolerance
+    places[5] = {0, 80, 60.1, 0};
+    scene.picks = {pick_records, 1, places, 10};
     FakeOperator op;
     TrackImage image = sized_image(scene, op);
     image.section = calculate_section_limits(scene.track, 6, scene.settings.track_axis_length, op);
@@ -248,6 +252,7 @@ TEST(Redraw, LaysItsLayersInOrder)
     const int y = pixel_y(transform, 50);
     for (const double easting : {30, 40, 50, 60, 70}) fill_square(expected, x_of(easting), y, 1, kWhite);
     draw_ring(expected, x_of(70), y, 5, kWhite);
+    draw_ring(expected, x_of(80), pixel_y(transform, 60.1), 5, kWhite, RingLine::dashed);
     draw_ring(expected, x_of(60), y, 5, kRed); // the current pick lies over the other
     for (int row = 0; row < kHeight; ++row) {
         if (row != y) expected.row(row)[x_of(60)] ^= kWhite;
@@ -256,7 +261,7 @@ TEST(Redraw, LaysItsLayersInOrder)
         if (column != x_of(60)) expected.row(y)[column] ^= kWhite;
     }
     EXPECT_EQ(image.picture, expected);
-    const std::vector<PickLabel> labels = {{1, x_of(60), y}, {3, x_of(70), y}};
+    const std::vector<PickLabel> labels = {{1, x_of(60), y}, {3, x_of(70), y}, {5, x_of(80), pixel_y(transform, 60.1)}};
     EXPECT_EQ(image.pick_labels, labels);
     EXPECT_EQ(event_runs, 1);
     EXPECT_TRUE(op.messages.empty());
@@ -276,7 +281,7 @@ TEST(Redraw, RebuildsABufferOnlyWhenItMust)
     const auto full_is_rebuilt = rebuilds(image.full_view, Redraw::as_needed);
     update_image_display(image, scene, Redraw::requested, op);
     EXPECT_FALSE(full_is_rebuilt());
-    scene.settings.gradient_max_range = 5;
+    scene.colours.high = 5;
     update_image_display(image, scene, Redraw::as_needed, op);
     EXPECT_TRUE(full_is_rebuilt());
 

@@ -109,7 +109,7 @@ Picture plain_track_picture(const TrackScene& scene, int width, int height, cons
         if (easting == kNull || northing == kNull) continue;
         const bool is_tick = step > 0 && (record - 1) % step == 0;
         const int half_size = is_tick ? 3 : 1;
-        const Colour colour = is_tick ? 0x00FF00 : value_colour(scene.display_values[record], 10);
+        const Colour colour = is_tick ? 0x00FF00 : value_colour(scene.sensor_values[1][record], {});
         const double x = std::nearbyint((easting - left) * frame.pixel_scale * zoom);
         const double y = std::nearbyint((top - northing) * frame.pixel_scale * zoom);
         for (int row = 0; row < height; ++row) {

@@ -55,9 +55,9 @@ TEST(DataPreview, NamesWhatEachColumnIsTakenFor)
     EXPECT_EQ(preview.roles[0].colour, 0x0000FF);
     EXPECT_EQ(preview.roles[1].caption, "East, North");
     EXPECT_EQ(preview.roles[2].caption, "Sensor 1 TMI");
-    EXPECT_EQ(preview.warnings, std::vector<std::string>{"No Depth column was not found"});
+    EXPECT_EQ(preview.warnings, (Warnings{{WarningAbout::columns, "Depth", "No Depth column was not found"}}));
     const std::vector<std::string> decimal_commas = {"time;east;mag", "", "1,0;2,5;3,5"};
-    EXPECT_EQ(preview_data(decimal_commas, definitions, 1).warnings.back(),
+    EXPECT_EQ(preview_data(decimal_commas, definitions, 1).warnings.back().text,
               "The header names 3 columns, the first data line holds 6 fields");
 }
 

@@ -100,10 +100,10 @@ TEST(LocatedFields, CountInSlotOrderAndSensorByOrder)
     definitions.sensors[1].coordinate_columns = {"", "x1", "y1", "z1"};
     definitions.sensors[2].component_columns = {"", "B2X", "B2Y", "B2Z"};
     definitions.sensors[2].coordinate_columns = {"", "N/A", "y1", "z1"};
-    FakeOperator op;
     FieldLocations at;
     const HeaderColumns header = header_columns_of("l,r,p,dem,z,n,e,t,b1x,b1z,b2x,b2y,b2z,x1,y1,z1");
-    ASSERT_EQ(locate_header_fields(header, definitions, at, op), 0);
+    const ColumnLocating located = locate_header_fields(header, definitions, at);
+    ASSERT_EQ(located.status, 0);
     EXPECT_EQ(at.column, (std::array<std::int32_t, 11>{-1, 7, 6, 5, -1, 4, 3, -1, 2, 1, 0}));
     EXPECT_EQ(at.located_field_count, 8);
     EXPECT_EQ(definitions.fields[kElevation].field_index, 4);
@@ -116,34 +116,37 @@ TEST(LocatedFields, CountInSlotOrderAndSensorByOrder)
               (std::array<std::int32_t, 12>{-1, -1, -1, 1, -1, -1, -1, -1, -1, 2, -1, -1}));
     EXPECT_EQ(definitions.sensors[1].location_slots, (std::array<std::int32_t, 4>{-1, 3, 4, 5}));
     EXPECT_EQ(definitions.sensors[2].location_slots, (std::array<std::int32_t, 4>{-1, -1, 9, 10}));
-    EXPECT_EQ(op.messages, (std::vector<std::string>{"No Depth column was not found",
-                                                     "The sensor component field absent was not located for sensor 1",
-                                                     "The sensor coordinate field N/A was not located for sensor 2"}));
+    constexpr WarningAbout kColumns = WarningAbout::columns;
+    EXPECT_EQ(located.warnings,
+              (Warnings{{kColumns, "Depth", "No Depth column was not found"},
+                        {kColumns, "sensor 1", "The sensor component field absent was not located for sensor 1"},
+                        {kColumns, "sensor 2", "The sensor coordinate field N/A was not located for sensor 2"}}));
 }
 
 TEST(LocatedFields, ReportEverythingThatIsMissing)
 {
     SurveyDefinitions definitions =
         definitions_naming({"", "Time", "N/A", "", "Depth", "Elev", "N/A", "N/A", "N/A", "N/A", "Line"});
-    FakeOperator op;
     FieldLocations at;
-    EXPECT_EQ(locate_header_fields(HeaderColumns(), definitions, at, op), 0);
-    EXPECT_EQ(op.messages, (std::vector<std::string>{"The Time column was not found", "The East column was not found",
-                                                     "The North column was not found", "No Depth column was not found",
-                                                     "The field name: Time was not located in the header",
-                                                     "The field name: Depth was not located in the header",
-                                                     "The field name: Elev was not located in the header",
-                                                     "The field name: Line was not located in the header",
-                                                     "The sensor component field TMI was not located for sensor 1"}));
+    std::vector<std::string> texts;
+    for (const Warning& warning : locate_header_fields(HeaderColumns(), definitions, at).warnings) {
+        texts.push_back(warning.text);
+    }
+    EXPECT_EQ(texts, (std::vector<std::string>{"The Time column was not found", "The East column was not found",
+                                               "The North column was not found", "No Depth column was not found",
+                                               "The field name: Time was not located in the header",
+                                               "The field name: Depth was not located in the header",
+                                               "The field name: Elev was not located in the header",
+                                               "The field name: Line was not located in the header",
+                                               "The sensor component field TMI was not located for sensor 1"}));
 }
 
 TEST(LocatedFields, DeriveADemFromDepthAndElevation)
 {
     for (const char* const header : {"depth,alt", "depth,alt,dem", "alt"}) {
         SurveyDefinitions definitions = definitions_naming({"", "", "", "", "depth", "alt", "dem", "", "", "", ""});
-        FakeOperator op;
         FieldLocations at;
-        locate_header_fields(header_columns_of(header), definitions, at, op);
+        locate_header_fields(header_columns_of(header), definitions, at);
         EXPECT_EQ(at.derived_dem, std::string(header) == "depth,alt") << header;
     }
 }

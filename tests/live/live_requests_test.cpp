@@ -37,10 +37,10 @@ TEST(LiveReplies, EveryKindOfRequestHasItsAnswerAndItsEcho)
     };
     for (const Case& c : cases) {
         LiveMonitor monitor;
-        const SurveyDefinitions before = monitor.monitor.survey.survey_definitions;
+        const SurveyDefinitions before = monitor.session.survey.survey_definitions;
         EXPECT_EQ(monitor.send(c.request), c.reply) << c.label;
         EXPECT_EQ(monitor.shown.echo, c.echoed ? std::vector{c.request} : std::vector<std::string>()) << c.label;
-        EXPECT_EQ(monitor.monitor.survey.survey_definitions, before) << c.label;
+        EXPECT_EQ(monitor.session.survey.survey_definitions, before) << c.label;
         EXPECT_EQ(monitor.run().lines_read, 0) << c.label;
         EXPECT_EQ(monitor.shown.status_text, "") << c.label;
     }
@@ -50,17 +50,17 @@ TEST(LiveDefinitions, RequestsDescribeTheSurvey)
 {
     LiveMonitor monitor;
     monitor.send("$GDP1001 a ,B, ,Depth 1,x,y,z");
-    EXPECT_EQ(monitor.monitor.survey.header_columns.names(),
+    EXPECT_EQ(monitor.session.survey.header_columns.names(),
               (std::vector<std::string>{"a", "B", "", "Depth 1", "x", "y", "z"}));
     monitor.send("$GDP1001 # a  B\tc;d");
-    EXPECT_EQ(monitor.monitor.survey.header_columns.names(), (std::vector<std::string>{"a", "B", "c;d"}));
+    EXPECT_EQ(monitor.session.survey.header_columns.names(), (std::vector<std::string>{"a", "B", "c;d"}));
 
     monitor.send("$GDP1002 0.3048006096012192;2.5 1");
     monitor.send("$GDP1002 0 -2.5 none"); // nothing of it can be taken
     monitor.send("$GDP1003 time : t:1 ,EAST:e, nonsense:q,Depth");
     monitor.send("$GDP1004 2 3 1");
     monitor.send("$GDP2001 tx:-Bx, Ty:By ,TZ:- Bz,X:x1,z:z1,Offset:-1500.25,Length:1e3,rotation:ninety");
-    const SurveyDefinitions& definitions = monitor.monitor.survey.survey_definitions;
+    const SurveyDefinitions& definitions = monitor.session.survey.survey_definitions;
     EXPECT_EQ(definitions.coordinate_scale, 0.3048006096012192);
     EXPECT_EQ(definitions.depth_scale, 2.5);
     EXPECT_EQ(definitions.flip_depth_sign, 1);
@@ -88,7 +88,7 @@ TEST(LiveRun, RequestsBeginAndEndRuns)
 {
     LiveMonitor monitor;
     monitor.live.Command_UDP_receive();
-    const auto is_live = [&monitor] { return monitor.monitor.driver.state().pipe_logging_active; };
+    const auto is_live = [&monitor] { return monitor.session.driver.state().pipe_logging_active; };
     const auto is_locked = [&monitor] {
         const RunControls& shown = monitor.controls();
         return !shown.start_enabled && !shown.file_controls_enabled && !shown.profile_controls_enabled;
@@ -139,7 +139,7 @@ TEST(LiveRun, AHeaderOfAnotherSurveyIsRefused)
     EXPECT_TRUE(monitor.op.messages.empty());
     monitor.send("$GDP1001 x,y,z");
     EXPECT_EQ(monitor.send("$GDP3000"), "Bad Header");
-    EXPECT_FALSE(monitor.monitor.driver.state().pipe_logging_active);
+    EXPECT_FALSE(monitor.session.driver.state().pipe_logging_active);
     ASSERT_EQ(monitor.op.messages.size(), 1U); // all in one box
     const std::string start = "The data definitions are invalid\nThe Time column was not found; ";
     EXPECT_TRUE(monitor.op.messages[0].starts_with(start)) << monitor.op.messages[0];
@@ -162,9 +162,9 @@ TEST(ListenButton, OpensAndClosesThePipe)
     EXPECT_FALSE(monitor.live.is_listening());
 
     monitor.fake_pipe.fault.reset();
-    monitor.monitor.survey.data_file_name = "bay.csv";
-    append_pick(monitor.monitor.survey.picks, {"Wreck 1"});
-    monitor.monitor.survey.picks.is_unsaved = true;
+    monitor.session.survey.data_file_name = "bay.csv";
+    append_pick(monitor.session.survey.picks, {"Wreck 1"});
+    monitor.session.survey.picks.is_unsaved = true;
     monitor.op.answer = false;
     monitor.live.Command_UDP_receive();
     EXPECT_FALSE(monitor.live.is_listening()) << "the operator keeps the picks";
@@ -221,8 +221,8 @@ TEST(LeavingWithoutAnOperator, KeepsLinesAndPicksAndHangsUp)
     monitor.live.Command_UDP_receive();
     monitor.begin_run();
     monitor.send_line(1);
-    append_pick(monitor.monitor.survey.picks, {"Wreck 1"});
-    monitor.monitor.survey.picks.is_unsaved = true;
+    append_pick(monitor.session.survey.picks, {"Wreck 1"});
+    monitor.session.survey.picks.is_unsaved = true;
     monitor.live.leave(monitor.op);
     EXPECT_EQ(monitor.fake_pipe.name, "");
     const std::string file = monitor.live.recording().data_file_name();
@@ -239,20 +239,20 @@ TEST(ListenButton, EndsTheFileRunThatItIsPressedIn)
     for (int second = 0; second < 100; ++second) data += std::to_string(second) + ",1,2,3,48000\n";
     LiveMonitor monitor;
     monitor.begin_run();
-    folder.write("a.def", exact_definitions_text(monitor.monitor.survey.survey_definitions, 1));
+    folder.write("a.def", exact_definitions_text(monitor.session.survey.survey_definitions, 1));
     monitor.send("$GDP0000");
-    monitor.monitor.survey.data_file_name = folder.write("a.csv", data);
+    monitor.session.survey.data_file_name = folder.write("a.csv", data);
     std::int64_t lines = 0;
     monitor.display.at_line = [&](std::int64_t read) {
         lines = read;
         if (read == 50) monitor.live.Command_UDP_receive();
     };
     const int finished_runs = monitor.display.finished_runs;
-    monitor.monitor.driver.Command_start_logging(StartButton::load_or_pause);
+    monitor.session.driver.Command_start_logging(StartButton::load_or_pause);
     EXPECT_EQ(lines, 50);
     EXPECT_EQ(monitor.display.finished_runs, finished_runs);
     EXPECT_EQ(monitor.run().lines_read, 0);
-    EXPECT_EQ(monitor.monitor.driver.Command_start_logging(StartButton::load_or_pause), 0); // locked
+    EXPECT_EQ(monitor.session.driver.Command_start_logging(StartButton::load_or_pause), 0); // locked
     monitor.begin_run();
     monitor.send_line(1);
     EXPECT_EQ(monitor.run().lines_read, 1);

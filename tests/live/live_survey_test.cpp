@@ -185,8 +185,8 @@ TEST(Recording, EveryOneHasTheTracksPicksBesideIt)
 {
     const TestFolder folder;
     LiveMonitor monitor;
-    PickWorkflow& work = monitor.monitor.pick_work;
-    monitor.monitor.survey.pick_settings.ShowNewPickDialog = false;
+    PickWorkflow& work = monitor.session.pick_work;
+    monitor.session.survey.pick_settings.ShowNewPickDialog = false;
     monitor.live.set_recording_folder(folder.path(""));
     std::vector<std::string> pick_files;
     for (int run = 0; run < 2; ++run) {
@@ -194,9 +194,9 @@ TEST(Recording, EveryOneHasTheTracksPicksBesideIt)
         for (int second = 1; second <= 4; ++second) monitor.send_line(second);
         pick_files.push_back(pick_file_name_for(monitor.live.recording().data_file_name()));
         monitor.op.chosen_file = pick_files[0]; // as offered
-        work.mnuAddAnomaly(indexed_track(monitor.monitor.survey).track, 1 + run);
+        work.mnuAddAnomaly(indexed_track(monitor.session.survey).track, 1 + run);
     }
-    EXPECT_EQ(monitor.monitor.survey.picks.number_of_picks, 2);
+    EXPECT_EQ(monitor.session.survey.picks.number_of_picks, 2);
     for (int run = 0; run < 2; ++run) {
         PickList stored;
         EXPECT_EQ(read_pick_file(pick_files[static_cast<std::size_t>(run)], stored, monitor.op).status, 0);

@@ -118,6 +118,13 @@ TEST(PickFileWriting, KeepsWhatAnotherProgramHasWrittenSince)
     EXPECT_EQ(write_pick_file(picks, op), 0);
     EXPECT_EQ(folder.read("a_pick.dat.changed2"), kTwoPicks + " ");
     EXPECT_EQ(folder.read("a_pick.dat"), kTwoPicks);
+
+    folder.write("a_pick.dat", "the other's third");
+    const std::string blocked = path + "." + std::to_string(getpid()) + ".tmp";
+    std::filesystem::create_directories(blocked + "/in the way");
+    for (int attempt = 1; attempt <= 3; ++attempt) EXPECT_EQ(write_pick_file(picks, op), -1);
+    EXPECT_EQ(folder.read("a_pick.dat.changed3"), "the other's third");
+    EXPECT_FALSE(std::filesystem::exists(path + ".changed4")) << "one copy, however often the write is tried";
 }
 
 TEST(PickFileWriting, LeavesFileAndListAsTheyWereWhenItFails)

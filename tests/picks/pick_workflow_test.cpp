@@ -3,6 +3,7 @@
 #include "fake_operator.h"
 #include "fake_pick_display.h"
 #include "picks/pick_file.h"
+#include "picks/pick_placing.h"
 #include "picks/pick_texts.h"
 #include "picks/track_index.h"
 #include "test_folder.h"
@@ -101,6 +102,75 @@ TEST_F(PickWork, OffersNothingBesideTheTrackAndSavesNothingUnasked)
     work.Command_mark_anomaly_location(track.table(), 4); // the operator closes the dialog
     EXPECT_EQ(display.calls, (std::vector<std::string>{"marker 4", "dialog", "no marker"}));
     EXPECT_EQ(list(), "Target 1@2");
+}
+
+TEST_F(PickWork, MarksNothingWithoutAPositionAndStepsOverIt)
+{
+    track.easting[4] = track.northing[4] = track.northing[5] = kNull;
+    work.Command_mark_anomaly_location(track.table(), 4);
+    EXPECT_EQ(op.messages, std::vector<std::string>{"No pick can be placed here: this sample has no position"});
+    mark(3, {"Target", "1", "0"});
+    work.HScroll_shift_anomaly(track.table(), 1);
+    EXPECT_EQ(list(), "Target 1@6");
+    work.HScroll_shift_anomaly(track.table(), -2);
+    EXPECT_EQ(list(), "Target 1@3");
+    track.easting[2] = track.easting[1] = kNull;
+    work.HScroll_shift_anomaly(track.table(), -1);
+    EXPECT_EQ(list(), "Target 1@3") << "nothing with a position is left on that side";
+}
+
+TEST_F(PickWork, SaysThatASampleHasAPickBeforeItTakesAnother)
+{
+    mark(3, {"Target", "1", "0"});
+    mark(4, {"Target", "2", "0"});
+    EXPECT_TRUE(op.questions.empty());
+    op.answer = false;
+    mark(3, {"Target", "3", "0"});
+    EXPECT_EQ(list(), "Target 1@3, Target 2@4");
+    op.answer = true;
+    mark(3, {"Target", "3", "0"});
+    EXPECT_EQ(list(), "Target 1@3, Target 2@4, Target 3@3");
+    const std::string question = "This sample has a pick already: Target 1. Save another one there?";
+    EXPECT_EQ(op.questions, (std::vector<std::string>{question, question}));
+}
+
+TEST_F(PickWork, AsksBeforeItMovesAPickThatLiesBesideTheTrack)
+{
+    mark(3, {"Target", "1", "0"});
+    struct Case {
+        double northing;
+        bool answer;
+        bool is_asked, is_moved;
+    };
+    const Case cases[] = {{910, false, false, true}, {910.1, false, true, false}, {877, true, true, true}};
+    for (const Case& c : cases) {
+        picks.pick_sample_index[1] = 3;
+        picks.pick_locations[1] = {0, 530, c.northing, 20};
+        op.questions.clear();
+        op.answer = c.answer;
+        EXPECT_EQ(picks_beyond(picks, track.table(), settings.PickTolerance), c.is_asked ? 1 : 0) << c.northing;
+        work.HScroll_shift_anomaly(track.table(), 1);
+        EXPECT_EQ(op.questions.size(), c.is_asked ? 1U : 0U) << c.northing;
+        EXPECT_EQ(picks.pick_sample_index[1], c.is_moved ? 4 : 3) << c.northing;
+    }
+    EXPECT_EQ(op.questions.back(), "The anomaly Target 1 was marked 23.0 m away from its nearest sample. Give it the "
+                                   "place and time of a sample?");
+}
+
+TEST_F(PickWork, OffersToDeleteTheFileThatAnEmptiedListLeaves)
+{
+    mark(3, {"Target", "1", "0"});
+    EXPECT_EQ(leftover_pick_file(picks), "");
+    work.Command_delete_selected_anomaly(ground);
+    EXPECT_EQ(leftover_pick_file(picks), folder.path("line7_pick.dat"));
+    work.undo(ground);
+    EXPECT_EQ(leftover_pick_file(picks), "");
+    work.Command_delete_selected_anomaly(ground);
+    EXPECT_EQ(work.delete_leftover_file(), 0);
+    EXPECT_EQ(leftover_pick_file(picks), "");
+    EXPECT_FALSE(std::filesystem::exists(folder.path("line7_pick.dat")));
+    folder.write("line7_pick.dat", "another program's");
+    EXPECT_EQ(leftover_pick_file(picks), "") << "not this list's";
 }
 
 TEST_F(PickWork, FollowsItsTwoSwitches)

@@ -121,7 +121,7 @@ TEST(AveragingBin, DecimatesOnlyWhatCountsTwice)
     ProcessingRun survey(2);
     survey.process("Time,Pitch,M1,M2", {"1,3,10,*"});
     FieldLocations locations;
-    locate_header_fields(header_columns_of("Time,Pitch,M1,M2"), survey.definitions, locations, survey.op);
+    locate_header_fields(header_columns_of("Time,Pitch,M1,M2"), survey.definitions, locations);
     start_processing(survey.run, survey.definitions, locations, survey.parameters);
     process_data_line("1,3,10,*", survey.run);
     process_data_line("1.1,5,*,20", survey.run);

@@ -34,7 +34,7 @@ struct ProcessingRun {
     {
         fill_using_template_number(definitions);
         FieldLocations locations;
-        locate_header_fields(header_columns_of(header), definitions, locations, op);
+        locate_header_fields(header_columns_of(header), definitions, locations);
         start_processing(run, definitions, locations, parameters);
         for (const std::string& line : lines) process_data_line(line, run);
         close_open_bin(run);

@@ -11,8 +11,8 @@ namespace {
 
 constexpr const char* kData = "A title\ntime,east,north,depth,mag1,mag2\n1,2,3,4,5,6\n";
 
-struct Session {
-    explicit Session(const TestFolder& folder) { survey.data_file_name = folder.write("bay.csv", kData); }
+struct EditedSurvey {
+    explicit EditedSurvey(const TestFolder& folder) { survey.data_file_name = folder.write("bay.csv", kData); }
 
     DefinitionsAcceptance accept()
     {
@@ -27,7 +27,7 @@ struct Session {
 TEST(DefinitionsEditor, GuessesForADataFileWithoutDefinitionsUntilAccepted)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     EXPECT_EQ(session.editor.origin, DefinitionsEditor::Origin::guess);
     EXPECT_EQ(session.editor.header_line_number, 2);
@@ -47,7 +47,7 @@ TEST(DefinitionsEditor, GuessesForADataFileWithoutDefinitionsUntilAccepted)
 TEST(DefinitionsEditor, EditsTheFileThatARunWouldRead)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     SurveyDefinitions stored;
     stored.fields[kTime].name = "clock";
     ASSERT_EQ(write_definitions(folder.path("bay.def"), stored, 2, session.op), 0);
@@ -69,7 +69,7 @@ TEST(DefinitionsEditor, EditsTheFileThatARunWouldRead)
 TEST(DefinitionsEditor, ASensorWithoutColumnIsRefusedAndNamed)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     session.editor.working.sensors[2].component_columns[1] = "N/A";
     const SurveyDefinitions before = session.survey.survey_definitions;
@@ -84,7 +84,7 @@ TEST(DefinitionsEditor, ASensorWithoutColumnIsRefusedAndNamed)
 TEST(DefinitionsEditor, AFileThatCannotBeWrittenRefuses)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     session.survey.definitions_file_name = folder.path("none/bay.def");
     EXPECT_EQ(session.accept().status, -1);
@@ -94,7 +94,7 @@ TEST(DefinitionsEditor, AFileThatCannotBeWrittenRefuses)
 TEST(DefinitionsEditor, WithoutChangesLoadedDataStayValid)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     session.accept();
     session.survey.survey_definitions.fields[kTime].field_index = 1; // as a run leaves it
@@ -105,10 +105,48 @@ TEST(DefinitionsEditor, WithoutChangesLoadedDataStayValid)
     EXPECT_TRUE(session.accept().changed);
 }
 
+TEST(DefinitionsEditor, WhatNobodyEditedKeepsItsDigitsAndWhatTheFileDropsIsAskedFor)
+{
+    const TestFolder folder;
+    EditedSurvey session(folder);
+    constexpr double us_survey_foot = 0.3048006096012192;
+    SurveyDefinitions stored;
+    stored.coordinate_scale = us_survey_foot;
+    stored.depth_scale = 0.00001; // its box reads 0.0000
+    stored.sensors[1].lever_arm[SensorDefinition::kLength] = 1234.5678;
+    stored.sensors[1].component_columns[1] = "MAG1";
+    for (const bool keep_all : {true, false}) {
+        session.op = FakeOperator();
+        session.op.answer = keep_all;
+        write_definitions(folder.path("bay.def"), stored, 2, session.op, NumberDigits::all);
+        session.editor = open_definitions_editor(session.survey, session.op);
+        session.editor.working.fields[kTime].name = "time";
+        ASSERT_EQ(session.accept().status, 0);
+        EXPECT_EQ(
+            session.op.questions,
+            std::vector<std::string>{"A definitions file holds scales with four decimals and arms with three: the "
+                                     "coordinate scale 0.3048006096012192 would be written as 0.3048, the depth "
+                                     "scale 1e-05 would be written as 0.0000, the arm length of sensor 1 "
+                                     "1234.5678 would be written as 1234.568. Write every digit instead?"});
+        EXPECT_EQ(session.survey.survey_definitions.coordinate_scale, us_survey_foot);
+        EXPECT_EQ(session.survey.survey_definitions.sensors[1].lever_arm[SensorDefinition::kLength], 1234.5678);
+        SurveyDefinitions read;
+        int header_line = 0;
+        read_definitions(folder.path("bay.def"), read, header_line, session.op);
+        EXPECT_EQ(read.coordinate_scale, keep_all ? us_survey_foot : 0.3048);
+        session.survey.survey_definitions = SurveyDefinitions();
+    }
+    DefinitionsPage page = display_definitions(stored);
+    page.Text_data_scale = " 0.30480 "; // typed
+    SurveyDefinitions typed = stored;
+    take_definitions_page(page, typed);
+    EXPECT_EQ(typed.coordinate_scale, 0.3048);
+}
+
 TEST(DefinitionsEditor, GuessingAgainKeepsScalesAndSign)
 {
     const TestFolder folder;
-    Session session(folder);
+    EditedSurvey session(folder);
     session.editor = open_definitions_editor(session.survey, session.op);
     session.editor.working.coordinate_scale = 0.3048;
     session.editor.working.flip_depth_sign = 1;

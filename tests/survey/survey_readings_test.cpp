@@ -1,6 +1,9 @@
+#include "core_load.h"
+#include "definitions/definitions_file.h"
 #include "intake/column_report.h"
 #include "intake/run_rate.h"
 #include "survey/survey_readings.h"
+#include "test_folder.h"
 #include "text/numbers.h"
 
 #include <gtest/gtest.h>
@@ -40,6 +43,29 @@ TEST(SurveyReadings, LinesThatWereNotAveragedAreToldWithTheirNumber)
     EXPECT_EQ(averaging_hint(run), "2,675 of 5,381 lines closed a bin and were not averaged");
 }
 
+TEST(SurveyReadings, WithoutATimeColumnThereIsNeitherTimeNorSpeed)
+{
+    const TestFolder folder;
+    std::string data = "x,y,mag\n";
+    for (int line = 1; line <= 40; ++line) data += std::to_string(2 * line) + ",0,50000\n";
+    const std::string file = folder.write("bay.csv", data);
+    for (const char* const time : {"x", "N/A"}) { // as seconds, or the number of the line
+        SurveyDefinitions definitions;
+        definitions.fields[kTime].name = time;
+        definitions.fields[kEast].name = "x";
+        definitions.fields[kNorth].name = "y";
+        definitions.sensors[1].component_columns[1] = "mag";
+        FakeOperator op;
+        write_definitions(folder.path("bay.def"), definitions, 1, op);
+        const CoreLoad load(file);
+        const SurveyState& survey = load.session.survey;
+        const bool has_time = definitions.fields[kTime].name == "x";
+        EXPECT_NEAR(dial_readings_of_record(survey, 5).speed, has_time ? 1.0 : kNull, 1e-4);
+        EXPECT_NEAR(dial_readings_of_sample(survey, survey.processing.sample).speed, has_time ? 1.0 : kNull, 1e-4);
+        EXPECT_EQ(record_text(survey, 5).find("--:--:--") == std::string::npos, has_time);
+    }
+}
+
 TEST(SurveyReadings, DigitsAreGroupedForPeople)
 {
     const std::pair<const char*, const char*> cases[] = {{"0", "0"},           {"999", "999"},
@@ -60,8 +86,8 @@ TEST(ColumnReport, NamesWhatTheFileHasAndWhatItLacks)
     const auto report = defined_columns(definitions, header_columns_of("UTC, Bx, by"));
     EXPECT_EQ(found_columns_text(report), "utc (Time), bx (sensor 1 Tx), BY  (sensor 1 Ty)");
     EXPECT_EQ(missing_columns_text(report), "Z (Depth), bz (sensor 1 Tz)");
-    EXPECT_EQ(column_warnings_text({"no time", "no depth"}), "no time; no depth");
-    EXPECT_EQ(column_warnings_text(std::vector<std::string>(13, "x")), "x; x; x; x; x; x; x; x; x; x; x; x; and more");
+    EXPECT_EQ(column_warnings_text({{{}, "", "no time"}, {{}, "", "no depth"}}), "no time; no depth");
+    EXPECT_EQ(column_warnings_text(Warnings(13, {{}, "", "x"})), "x; x; x; x; x; x; x; x; x; x; x; x; and more");
 }
 
 TEST(RunRate, TellsLinesPerSecondAndTheTimeLeft)

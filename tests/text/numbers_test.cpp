@@ -107,5 +107,16 @@ TEST(FixedFormats, RoundTheExactValueWithoutNegativeZero)
     EXPECT_EQ(format_fixed(std::numeric_limits<double>::max(), 4).size(), 314U);
 }
 
+TEST(SignificantDigits, AreAtMostFourWithoutAnExponent)
+{
+    const std::pair<double, const char*> cases[] = {{1.550390625, "1.55"}, {0, "0"},
+                                                    {-0.0, "0"},           {10, "10"},
+                                                    {9.99951, "10"},       {0.00012345, "0.0001234"},
+                                                    {-2.5, "-2.5"},        {49822.74, "49820"},
+                                                    {99995, "100000"},     {123456789, "123500000"},
+                                                    {0.07, "0.07"},        {1e20, "1e+20"}};
+    for (const auto& [value, text] : cases) EXPECT_EQ(format_significant(value), text) << value;
+}
+
 } // namespace
 } // namespace tarvo

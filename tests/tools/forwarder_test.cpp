@@ -41,7 +41,7 @@ struct PipeMonitor {
         EXPECT_TRUE(done());
     }
 
-    bool is_live() const { return monitor.monitor.driver.state().pipe_logging_active; }
+    bool is_live() const { return monitor.session.driver.state().pipe_logging_active; }
 
     LiveMonitor monitor;
     PipeServer server{[this](std::span<const std::byte> request) { return monitor.live.handle_request(request); }};

@@ -44,13 +44,9 @@ void QtOperator::show_message(const std::string& text)
     exec_box(box);
 }
 
-void QtOperator::show_warning(WarningAbout about, const std::string& text)
+void QtOperator::show_warnings(const Warnings& warnings)
 {
-    if (take_warning) {
-        take_warning(about, text);
-    } else {
-        show_message(text);
-    }
+    take_warnings ? take_warnings(warnings) : Operator::show_warnings(warnings);
 }
 
 bool QtOperator::ask_yes_no(const std::string& question)

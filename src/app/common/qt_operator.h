@@ -17,7 +17,7 @@ public:
     explicit QtOperator(QWidget* window = nullptr) : window_(window) {}
 
     void show_message(const std::string& text) override;
-    void show_warning(WarningAbout about, const std::string& text) override;
+    void show_warnings(const Warnings& warnings) override;
     bool ask_yes_no(const std::string& question) override;
     bool ask_before_loss(const std::string& question) override;
     std::optional<std::string> choose_file_to_open(const FileQuestion& question) override;
@@ -30,7 +30,7 @@ public:
     std::function<bool(const std::string&)> take_message;
 
     // Where warnings go instead of a box; none: a box after all.
-    std::function<void(WarningAbout, const std::string&)> take_warning;
+    std::function<void(const Warnings&)> take_warnings;
 
 protected:
     QWidget* window() const { return window_; }

@@ -2,6 +2,9 @@
 
 #include "picks/pick_export.h"
 #include "processing/sample_export.h"
+#include "survey/ground_grid.h"
+#include "survey/line_table.h"
+#include "survey/survey_residual.h"
 #include "text/file_names.h"
 #include "text/replace_file.h"
 #include "tools/common/png_file.h"
@@ -54,7 +57,8 @@ void export_samples_file(const SurveyState& survey, Operator& op, QWidget* windo
             [&progress](std::int32_t records) {
                 progress.setValue(records); // lets events through, the cancel button's among them
                 return !progress.wasCanceled();
-            });
+            },
+            is_residual_wanted(survey) ? &survey.residual : nullptr);
         if (is_whole) file.commit();
     });
 }
@@ -67,6 +71,29 @@ void export_lines_file(const SurveyState& survey, Operator& op)
     write_product("survey lines", op, [&] {
         FileReplacement file(*file_name);
         export_lines(survey.processing.lines, [&file](std::string_view text) { file.write(text); });
+        file.commit();
+    });
+}
+
+void export_line_table_file(const SurveyState& survey, Operator& op)
+{
+    const std::optional<std::string> file_name =
+        op.choose_file_to_create({"Export the table of survey lines", "CSV files|*.csv|All files (*.*)|*.*",
+                                  offered_name(survey, "_line_table.csv"), "csv"});
+    if (!file_name) return;
+    write_product("table of survey lines", op,
+                  [&] { replace_file(*file_name, line_table_csv(line_summaries(survey.processing))); });
+}
+
+void export_grid_file(const SurveyState& survey, Operator& op)
+{
+    const std::optional<std::string> file_name =
+        op.choose_file_to_create({"Export the grid", "ESRI ASCII grids|*.asc|All files (*.*)|*.*",
+                                  offered_name(survey, "_grid.asc"), "asc"});
+    if (!file_name) return;
+    write_product("grid", op, [&] {
+        FileReplacement file(*file_name);
+        export_ground_grid(survey, [&file](std::string_view text) { file.write(text); });
         file.commit();
     });
 }

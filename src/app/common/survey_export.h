@@ -11,6 +11,8 @@ namespace tarvo {
 // the survey meanwhile.
 void export_samples_file(const SurveyState& survey, Operator& op, QWidget* window);
 void export_lines_file(const SurveyState& survey, Operator& op);
+void export_line_table_file(const SurveyState& survey, Operator& op);
+void export_grid_file(const SurveyState& survey, Operator& op); // the displayed quantity as ESRI ASCII grid
 void export_track_file(const SurveyState& survey, Operator& op);
 void export_picks_csv(const SurveyState& survey, Operator& op);
 void export_picks_geojson(const SurveyState& survey, Operator& op);

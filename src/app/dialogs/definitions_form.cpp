@@ -216,7 +216,7 @@ void DefinitionsForm::show_preview()
     rejected_->setText(preview.lines.empty() ? tr("There is no data file to look at")
                                              : found.arg(preview.lines_rejected).arg(preview.data_lines));
     QStringList warnings;
-    for (const std::string& warning : preview.warnings) warnings += to_qt(warning);
+    for (const Warning& warning : preview.warnings) warnings += to_qt(warning.text);
     if (warnings.size() > kMostWarnings) {
         warnings = warnings.mid(0, kMostWarnings - 1) +
                    QStringList(tr("and %1 more").arg(warnings.size() - kMostWarnings + 1));

@@ -17,8 +17,8 @@
 
 namespace tarvo {
 
-PickListForm::PickListForm(Monitor& monitor, Operator& op, QAction* undo, QWidget* parent)
-    : QDialog(parent), monitor_(monitor), op_(op), model_(monitor.survey.picks, monitor.survey.current_pick, op),
+PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidget* parent)
+    : QDialog(parent), session_(session), op_(op), model_(session.survey.picks, session.survey.current_pick, op),
       grid_(new QTableView), file_(new QLabel), name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit)
 {
     setObjectName(QStringLiteral("Form_pick_list"));
@@ -33,7 +33,7 @@ PickListForm::PickListForm(Monitor& monitor, Operator& op, QAction* undo, QWidge
     layout->addWidget(make_fields());
     layout->addWidget(file_);
     resize(640, 420);
-    monitor_.pick_work.select_pick_row(monitor_.survey.current_pick); // opens on it
+    session_.pick_work.select_pick_row(session_.survey.current_pick); // opens on it
     display_pick_list();
 }
 
@@ -45,12 +45,12 @@ QMenuBar* PickListForm::make_menu(QAction* undo)
         connect(action, &QAction::triggered, this, perform);
         return action;
     };
-    PickWorkflow& work = monitor_.pick_work;
-    const SurveyState& survey = monitor_.survey;
+    PickWorkflow& work = session_.pick_work;
+    const SurveyState& survey = session_.survey;
     auto* const bar = new QMenuBar;
     QMenu& list = *bar->addMenu(tr("&List"));
     add(list, "menu_read_list", tr("&Read list..."),
-        [this, &work] { work.menu_read_list(indexed_track(monitor_.survey)); });
+        [this, &work] { work.menu_read_list(indexed_track(session_.survey)); });
     write_list_ = add(list, "menu_write_list", tr("&Write list"), [&work] { work.menu_write_list(); });
     list.addSeparator();
     add(list, "menu_export_picks_csv", tr("Export as &CSV..."), [this, &survey] { export_picks_csv(survey, op_); });
@@ -84,7 +84,7 @@ void PickListForm::make_grid()
     connect(grid_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &PickListForm::select_row);
     connect(&model_, &QAbstractItemModel::modelReset, this, &PickListForm::show_selection);
     connect(grid_, &QTableView::doubleClicked, this,
-            [this](const QModelIndex& index) { monitor_.pick_work.choose_pick(model_.pick_of_row(index.row())); });
+            [this](const QModelIndex& index) { session_.pick_work.choose_pick(model_.pick_of_row(index.row())); });
 }
 
 QPushButton* PickListForm::make_button(const char* name, const QString& text, const QString& tip,
@@ -135,7 +135,7 @@ QWidget* PickListForm::make_fields()
 void PickListForm::display_pick_list()
 {
     model_.show_list();
-    const std::string& file_name = monitor_.survey.picks.pick_file_name;
+    const std::string& file_name = session_.survey.picks.pick_file_name;
     file_->setText(file_name.empty() ? tr("No pick file yet") : to_qt(file_name));
     file_->setToolTip(plain_tip(to_qt(file_name)));
 }
@@ -148,20 +148,20 @@ void PickListForm::show_current_pick()
 void PickListForm::select_row()
 {
     const QModelIndexList rows = grid_->selectionModel()->selectedRows();
-    show_texts(monitor_.pick_work.select_pick_row(rows.isEmpty() ? 0 : model_.pick_of_row(rows.constFirst().row())));
+    show_texts(session_.pick_work.select_pick_row(rows.isEmpty() ? 0 : model_.pick_of_row(rows.constFirst().row())));
 }
 
 // After the grid was made anew: the pick that is being edited is selected again, wherever its row is now.
 void PickListForm::show_selection()
 {
-    const std::int32_t edited = monitor_.pick_work.edited_pick();
+    const std::int32_t edited = session_.pick_work.edited_pick();
     const QSignalBlocker quiet(grid_->selectionModel());
     const int row = model_.row_of_pick(edited);
     if (row >= 0) {
         grid_->setCurrentIndex(model_.index(row, 0));
         grid_->scrollTo(model_.index(row, 0));
     }
-    show_texts(monitor_.pick_work.select_pick_row(edited));
+    show_texts(session_.pick_work.select_pick_row(edited));
 }
 
 void PickListForm::show_texts(const PickTexts& texts)
@@ -169,26 +169,26 @@ void PickListForm::show_texts(const PickTexts& texts)
     name_->setText(to_qt(texts.name));
     id_->setText(to_qt(texts.id));
     type_->setText(to_qt(texts.type));
-    const PickListControls controls = monitor_.pick_work.list_controls();
+    const PickListControls controls = session_.pick_work.list_controls();
     for (QWidget* const control : editing_) control->setEnabled(controls.editing_enabled);
     write_list_->setEnabled(controls.writing_enabled);
 }
 
 void PickListForm::save_edit()
 {
-    const PickTexts shown = monitor_.pick_work.Command_cancel_edit();
-    show_texts(monitor_.pick_work.Command_save_edit(
+    const PickTexts shown = session_.pick_work.Command_cancel_edit();
+    show_texts(session_.pick_work.Command_save_edit(
         {edited_text(*name_, shown.name), edited_text(*id_, shown.id), edited_text(*type_, shown.type)}));
 }
 
 void PickListForm::cancel_edit()
 {
-    show_texts(monitor_.pick_work.Command_cancel_edit());
+    show_texts(session_.pick_work.Command_cancel_edit());
 }
 
 void PickListForm::delete_pick()
 {
-    monitor_.pick_work.Command_delete_selected_pick(indexed_track(monitor_.survey));
+    session_.pick_work.Command_delete_selected_pick(indexed_track(session_.survey));
 }
 
 } // namespace tarvo

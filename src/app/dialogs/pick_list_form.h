@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/dialogs/pick_list_model.h"
-#include "session/monitor.h"
+#include "session/session.h"
 
 #include <QDialog>
 
@@ -19,7 +19,7 @@ class PickListForm : public QDialog {
 
 public:
     // undo: the main window's, which this form offers too.
-    PickListForm(Monitor& monitor, Operator& op, QAction* undo, QWidget* parent = nullptr);
+    PickListForm(Session& session, Operator& op, QAction* undo, QWidget* parent = nullptr);
 
     void display_pick_list();
     void show_current_pick(); // marked in the grid
@@ -36,7 +36,7 @@ private:
     void cancel_edit();
     void delete_pick();
 
-    Monitor& monitor_;
+    Session& session_;
     Operator& op_;
     PickListModel model_;
     QTableView* grid_;

@@ -1,7 +1,9 @@
 #include "app/dialogs/processing_form.h"
 
 #include "app/common/texts.h"
+#include "app/dialogs/residual_page.h"
 #include "session/settings_table.h"
+#include "survey/survey_residual.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -9,6 +11,7 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 
 namespace tarvo {
 
@@ -23,22 +26,15 @@ QString caption_of(const Setting& setting)
 
 } // namespace
 
-ProcessingForm::ProcessingForm(Settings& settings, Operator& op, QWidget* parent)
-    : QDialog(parent), settings_(settings), op_(op)
+ProcessingForm::ProcessingForm(SurveyState& survey, Operator& op, QWidget* parent)
+    : QDialog(parent), survey_(survey), settings_(survey), op_(op)
 {
     setObjectName(QStringLiteral("Form_processing_parameters"));
     setWindowTitle(tr("Processing parameters"));
-    auto* const left = new QVBoxLayout;
-    left->addWidget(make_group(SettingGroup::samples, tr("Samples and survey lines")));
-    left->addWidget(make_group(SettingGroup::filters, tr("Filters")));
-    left->addWidget(make_group(SettingGroup::corrections, tr("Corrections")));
-    left->addStretch();
-    auto* const right = new QVBoxLayout;
-    right->addWidget(make_group(SettingGroup::display, tr("Display")));
-    right->addStretch();
-    auto* const columns = new QHBoxLayout;
-    columns->addLayout(left);
-    columns->addLayout(right);
+    auto* const pages = new QTabWidget;
+    pages->setObjectName(QStringLiteral("Pages_processing"));
+    pages->addTab(make_parameters(), tr("Samples and display"));
+    pages->addTab(make_residual(), tr("Residual"));
 
     auto* const done = new QPushButton(tr("&Done"));
     done->setObjectName(QStringLiteral("Command_Done"));
@@ -56,9 +52,43 @@ ProcessingForm::ProcessingForm(Settings& settings, Operator& op, QWidget* parent
     buttons->addWidget(cancel);
 
     auto* const layout = new QVBoxLayout(this);
-    layout->addLayout(columns);
+    layout->addWidget(pages);
     layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+QWidget* ProcessingForm::make_parameters()
+{
+    auto* const left = new QVBoxLayout;
+    left->addWidget(make_group(SettingGroup::samples, tr("Samples and survey lines")));
+    left->addWidget(make_group(SettingGroup::filters, tr("Filters")));
+    left->addWidget(make_group(SettingGroup::corrections, tr("Corrections")));
+    left->addStretch();
+    auto* const right = new QVBoxLayout;
+    right->addWidget(make_group(SettingGroup::display, tr("Display")));
+    right->addWidget(make_group(SettingGroup::grid, tr("Grid under the track")));
+    right->addStretch();
+    auto* const page = new QWidget;
+    auto* const columns = new QHBoxLayout(page);
+    columns->addLayout(left);
+    columns->addLayout(right);
+    return page;
+}
+
+QWidget* ProcessingForm::make_residual()
+{
+    auto* const page = new QWidget;
+    auto* const rows = new QVBoxLayout(page);
+    rows->addWidget(make_group(SettingGroup::residual, tr("Residual field")));
+    residual_ = new ResidualPage(survey_);
+    rows->addWidget(residual_, 1);
+    for (QLineEdit* const edit : page->findChildren<QLineEdit*>()) {
+        connect(edit, &QLineEdit::textChanged, this, &ProcessingForm::show_residual);
+    }
+    for (QCheckBox* const check : page->findChildren<QCheckBox*>()) {
+        connect(check, &QCheckBox::toggled, this, &ProcessingForm::show_residual);
+    }
+    return page;
 }
 
 QWidget* ProcessingForm::make_group(SettingGroup group, const QString& title)
@@ -119,9 +149,16 @@ ProcessingPage ProcessingForm::page() const
     return page;
 }
 
+void ProcessingForm::show_residual()
+{
+    residual_->show_parameters(settings_of_page(page(), settings_).parameters);
+}
+
 void ProcessingForm::done_pressed()
 {
-    changes_ = done_processing_parameters(page(), settings_, op_);
+    changes_ = done_processing_parameters(page(), settings_, op_, [this](const Settings& wanted) {
+        return residual_objection(survey_, wanted.parameters);
+    });
     if (changes_.status == 0) accept();
 }
 

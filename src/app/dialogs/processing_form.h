@@ -11,6 +11,7 @@ class QFormLayout;
 
 namespace tarvo {
 
+class ResidualPage;
 struct Setting;
 enum class SettingGroup;
 
@@ -19,8 +20,8 @@ class ProcessingForm : public QDialog {
     Q_OBJECT
 
 public:
-    // settings and op must outlive the dialog.
-    ProcessingForm(Settings& settings, Operator& op, QWidget* parent = nullptr);
+    // survey and op must outlive the dialog.
+    ProcessingForm(SurveyState& survey, Operator& op, QWidget* parent = nullptr);
 
     // What has to follow, once the dialog was accepted.
     const ProcessingChanges& changes() const { return changes_; }
@@ -31,17 +32,22 @@ private:
         std::function<QString()> text;
     };
 
+    QWidget* make_parameters();
+    QWidget* make_residual();
     QWidget* make_group(SettingGroup group, const QString& title);
     void add_switch(QFormLayout& rows, const Setting& setting);
     void add_choice(QFormLayout& rows, const Setting& setting);
     void add_text_box(QFormLayout& rows, const Setting& setting);
+    void show_residual();
     ProcessingPage page() const;
     void done_pressed();
 
-    Settings& settings_;
+    SurveyState& survey_;
+    Settings& settings_; // the survey's
     Operator& op_;
     ProcessingChanges changes_;
     std::vector<Box> boxes_;
+    ResidualPage* residual_ = nullptr;
 };
 
 } // namespace tarvo

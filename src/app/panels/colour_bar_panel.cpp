@@ -18,7 +18,8 @@ ColourBar::ColourBar(int sensor, QWidget* parent) : QWidget(parent)
     setObjectName(QStringLiteral("Picture_TG_colour_bar_%1").arg(sensor));
     setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    setToolTip(tr("Gradient of sensor %1 along the track; a click makes a point or a pick current").arg(sensor));
+    setToolTip(
+        tr("The displayed quantity of sensor %1 along the track; a click makes a point or a pick current").arg(sensor));
 }
 
 QSize ColourBar::pixel_size() const
@@ -128,18 +129,12 @@ void ColourBarPanel::refresh()
 void ColourBarPanel::draw_bars()
 {
     const SurveyState& survey = view_.survey();
-    const SampleStore& store = survey.processing.store;
     std::vector<Picture> bars(rows_.size() + 1);
-    std::vector<const double*> values(rows_.size() + 1, nullptr);
     for (std::size_t sensor = 1; sensor <= rows_.size(); ++sensor) {
         ColourBar& bar = *rows_[sensor - 1].bar;
         const QSize size = bar.pixel_size();
         if (bar.picture.width() != size.width() || bar.picture.height() != size.height()) {
             bar.picture = Picture(size.width(), size.height());
-        }
-        const bool has_values = store.gradient_records >= store.RecordCount && sensor < store.sensors.size();
-        if (has_values && !rows_[sensor - 1].hidden->isChecked()) {
-            values[sensor] = store.sensors[sensor].gradients[0].data();
         }
         bars[sensor] = std::move(bar.picture);
     }
@@ -147,13 +142,14 @@ void ColourBarPanel::draw_bars()
     SectionLimits section; // of this middle, which is not the current point's while a run goes on
     const TrackScene scene = track_scene(survey);
     if (scene.track.count > 0) {
-        display_TG_bars(bars, values, scene, middle, section, view_.op());
+        display_TG_bars(bars, scene, middle, section, view_.op());
     } else {
         for (Picture& bar : bars) clear(bar);
     }
     for (std::size_t sensor = 1; sensor <= rows_.size(); ++sensor) {
         ColourBar& bar = *rows_[sensor - 1].bar;
         bar.picture = std::move(bars[sensor]);
+        if (rows_[sensor - 1].hidden->isChecked()) clear(bar.picture);
         bar.has_cursor = middle > 0 && !view_.is_running();
         bar.picks = pick_lines(survey, shown_stretch(), 0, bar.width());
         bar.has_names = sensor == 1; // the lines of all bars stand below each other

@@ -3,6 +3,7 @@
 #include "app/common/texts.h"
 #include "app/panels/pick_lines_item.h"
 #include "app/panels/sensor_colours.h"
+#include "survey/displayed_quantity.h"
 #include "text/numbers.h"
 
 #include <QComboBox>
@@ -134,9 +135,8 @@ void ProfileGraphs::make_plots()
             end->setTypeX(QCPItemPosition::ptPlotCoords);
             end->setTypeY(QCPItemPosition::ptAxisRectRatio);
         }
-        plot.picks = new PickLinesItem(plot_, plot.rect, view_.survey(), which == kGradient);
+        plot.picks = new PickLinesItem(plot_, plot.rect, view_.survey(), which == kQuantity);
     }
-    plots_[kGradient].values.from_zero = true;
     // The plots' heights: the field needs the most.
     plot_->plotLayout()->setRowStretchFactors({1.0, 1.2, 1.1});
     apply_palette();
@@ -197,15 +197,15 @@ void ProfileGraphs::refresh()
     if (!isVisible()) return;
     const DistanceRange range = view_range();
     const double distance_step = readable_tick_step(settings.track_axis_tick_spacing, range.length(),
-                                                    plots_[kGradient].rect->width() / kDistanceTickRoom);
+                                                    plots_[kQuantity].rect->width() / kDistanceTickRoom);
     for (Plot& plot : plots_) {
         QCPAxis& distance = *plot.rect->axis(QCPAxis::atBottom);
         distance.setRange(range.from, range.to);
         set_step(distance, distance_step);
         distance.setNumberPrecision(decimals_of_step(distance_step));
     }
-    fill_sensor_plot(plots_[kGradient], kGradient);
-    fill_sensor_plot(plots_[kField], kField);
+    fill_quantity_plot(plots_[kQuantity]);
+    fill_field_plot(plots_[kField]);
     fill_vertical_plot(plots_[kVertical]);
     place_cursors();
     fit_->setChecked(std::any_of(plots_.begin(), plots_.end(), [](const Plot& plot) { return plot.values.is_fitted; }));
@@ -239,29 +239,52 @@ ValueExtent ProfileGraphs::set_curve(QCPGraph& graph, const double* values, std:
     return value_extent(curve_);
 }
 
-void ProfileGraphs::fill_sensor_plot(Plot& plot, PlotIndex which)
+// columns: by sensor from 1, element 0 unused; null for a sensor without a curve.
+void ProfileGraphs::fill_curves(Plot& plot, std::span<const double* const> columns, std::int32_t count)
 {
-    const SampleStore& store = view_.survey().processing.store;
-    const DisplaySettings& settings = view_.survey().display_settings;
-    const bool is_gradient = which == kGradient;
-    const auto sensors = static_cast<std::size_t>(store.number_of_sensors());
-    fit_graphs(plot, sensors);
+    fit_graphs(plot, columns.empty() ? 0 : columns.size() - 1);
     plot.curves = {};
     ValueExtent middles; // of the sensors' curves
-    for (std::size_t sensor = 1; sensor <= sensors; ++sensor) {
+    for (std::size_t sensor = 1; sensor < columns.size(); ++sensor) {
         QCPGraph& graph = *plot.graphs[sensor - 1];
-        const bool is_shown = !is_shown_ || is_shown_(static_cast<int>(sensor));
+        const bool is_shown = columns[sensor] != nullptr && (!is_shown_ || is_shown_(static_cast<int>(sensor)));
         graph.setVisible(is_shown);
         if (!is_shown) continue;
-        const SensorRecords& records = store.sensors[sensor];
-        const ValueExtent extent = is_gradient ? set_curve(graph, records.gradients[0].data(), store.gradient_records)
-                                               : set_curve(graph, records.averages[0].data(), store.RecordCount);
+        const ValueExtent extent = set_curve(graph, columns[sensor], count);
         plot.curves.include(extent);
         if (!extent.is_empty()) middles.include(extent.middle());
     }
-    plot.values.range = is_gradient ? settings.gradient_max_range : settings.tmi_max_range;
     plot.values.middle = middles.middle();
-    show_values(plot, is_gradient ? settings.gradient_tick_spacing : settings.tmi_tick_spacing);
+}
+
+void ProfileGraphs::fill_quantity_plot(Plot& plot)
+{
+    const SurveyState& survey = view_.survey();
+    const DisplaySettings& settings = survey.display_settings;
+    const Quantity& shown = displayed_quantity(settings);
+    const bool is_gradient = shown.id == QuantityId::gradient;
+    const TrackTable track = track_table(survey.processing.store);
+    std::vector<const double*> columns = quantity_columns(survey, shown);
+    if (shown.id == QuantityId::speed) {
+        const RecordSpan shown_records = records_in(track, track.count, view_range());
+        fill_speeds(track, shown_records.first, shown_records.last, speeds_);
+        columns = {nullptr, speeds_.data()};
+    }
+    if (shown.owner == QuantityOf::fish) columns.resize(2);
+    fill_curves(plot, columns, track.count);
+    plot.rect->axis(QCPAxis::atLeft)->setLabel(QLatin1String(shown.unit));
+    plot.values.from_zero = is_gradient;
+    plot.values.range = shown_range(survey).width();
+    show_values(plot, is_gradient ? settings.gradient_tick_spacing : plot.values.range / 4);
+}
+
+void ProfileGraphs::fill_field_plot(Plot& plot)
+{
+    const SurveyState& survey = view_.survey();
+    const DisplaySettings& settings = survey.display_settings;
+    fill_curves(plot, quantity_columns(survey, quantity(QuantityId::total)), survey.processing.store.RecordCount);
+    plot.values.range = settings.tmi_max_range;
+    show_values(plot, settings.tmi_tick_spacing);
 }
 
 // Depth and elevation in one plot.

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <functional>
+#include <span>
 #include <vector>
 
 class QCPAxisRect;
@@ -22,8 +23,8 @@ namespace tarvo {
 
 class PickLinesItem;
 
-// The profiles along the track about the current point: gradient, total field and depth or elevation, one above the
-// other over one distance axis. Only what is in view is handed to the plot.
+// The profiles along the track about the current point: displayed quantity, total field and depth or elevation, one
+// above the other over one distance axis. Only what is in view is handed to the plot.
 class ProfileGraphs : public QWidget {
     Q_OBJECT
 
@@ -56,12 +57,14 @@ private:
         ValueAxis values;
         ValueExtent curves; // the drawn ones
     };
-    enum PlotIndex : std::size_t { kGradient, kField, kVertical };
+    enum PlotIndex : std::size_t { kQuantity, kField, kVertical };
 
     void make_plots();
     void apply_palette();
     void fit_graphs(Plot& plot, std::size_t count);
-    void fill_sensor_plot(Plot& plot, PlotIndex which);
+    void fill_quantity_plot(Plot& plot);
+    void fill_field_plot(Plot& plot);
+    void fill_curves(Plot& plot, std::span<const double* const> columns, std::int32_t count);
     void fill_vertical_plot(Plot& plot);
     void label_vertical_plot();
     ValueExtent set_curve(QCPGraph& graph, const double* values, std::int32_t count);
@@ -83,7 +86,8 @@ private:
     QToolButton* fit_;
     std::array<Plot, 3> plots_;
     std::function<bool(int)> is_shown_;
-    ProfileCurve curve_; // kept for its memory
+    ProfileCurve curve_;         // kept for its memory
+    std::vector<double> speeds_; // likewise
     ProfileStretch stretch_;
     QString vertical_label_; // where there is room for it
     bool pressed_ = false;

@@ -17,7 +17,7 @@ ProfileGraphs::Plot* ProfileGraphs::plot_at(const QPointF& position)
 
 double ProfileGraphs::distance_at(const QPointF& position) const
 {
-    return plots_[kGradient].rect->axis(QCPAxis::atBottom)->pixelToCoord(position.x());
+    return plots_[kQuantity].rect->axis(QCPAxis::atBottom)->pixelToCoord(position.x());
 }
 
 void ProfileGraphs::turn_wheel(QWheelEvent* event)
@@ -59,7 +59,7 @@ void ProfileGraphs::release(QMouseEvent* event)
     record_before_click_ = 0;
     if (dragged_) return;
     record_before_click_ = view_.survey().track_image.current_record;
-    if (const std::int32_t pick = pick_at_x(plots_[kGradient].picks->lines(), event->position().x()); pick > 0) {
+    if (const std::int32_t pick = pick_at_x(plots_[kQuantity].picks->lines(), event->position().x()); pick > 0) {
         emit pick_clicked(pick);
         return;
     }

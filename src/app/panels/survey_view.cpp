@@ -1,10 +1,10 @@
 #include "app/panels/survey_view.h"
 
 #include "app/common/texts.h"
-#include "display/colour_scale.h"
-#include "display/range_fit.h"
 #include "display/track_navigation.h"
 #include "session/settings_table.h"
+#include "survey/displayed_quantity.h"
+#include "survey/ground_grid.h"
 
 namespace tarvo {
 
@@ -70,24 +70,41 @@ void SurveyView::make_current(std::int32_t record, Recentre recentre)
 
 void SurveyView::show_changed_colours()
 {
+    refresh_ground_grid(survey_);
     redraw_colours(survey_.track_image, scene(), op_);
     emit track_changed();
     emit values_changed();
     emit ranges_changed();
 }
 
+void SurveyView::choose_quantity(const QString& key)
+{
+    if (const std::string refusal = tarvo::choose_quantity(survey_, to_utf8(key)); !refusal.empty()) {
+        op_.show_message(refusal);
+    }
+    show_changed_colours();
+}
+
+void SurveyView::choose_colour_map(const QString& key)
+{
+    tarvo::choose_colour_map(survey_.display_settings, to_utf8(key));
+    show_changed_colours();
+}
+
 void SurveyView::adjust_range(int index, int value)
 {
-    VScroll_TG_change(index, value, survey_.display_settings);
+    adjust_shown_range(survey_, index, value);
     show_changed_colours();
 }
 
 void SurveyView::fit_range()
 {
-    const std::optional<double> range = fitted_gradient_range(survey_.track_image, scene());
-    if (!range) return;
-    set_gradient_range(survey_.display_settings, *range);
-    show_changed_colours();
+    if (fit_shown_range(survey_)) show_changed_colours();
+}
+
+void SurveyView::type_range(const QString& text)
+{
+    if (type_shown_range(survey_, to_utf8(text)) == SettingOutcome::taken) show_changed_colours();
 }
 
 void SurveyView::change_display_setting(const std::string& key, const QString& text)
@@ -144,6 +161,8 @@ void SurveyView::announce()
 
 void SurveyView::refresh()
 {
+    renew_automatic_range(survey_);
+    if (!running_) update_ground_grid(survey_);
     TrackImage& image = survey_.track_image;
     image.full_view.buffer_valid = false;
     image.zoomed_view.buffer_valid = false;

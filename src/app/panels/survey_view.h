@@ -34,9 +34,14 @@ public:
     void pan_to(int position);
     void make_current(std::int32_t record, Recentre recentre);
 
-    // The gradient range: the adjusters VScroll_TG (0 the fine one; value 1 narrows) and the fit to what is in view.
+    // The displayed quantity and its colours, by their keys. One that the survey cannot give is told and not shown.
+    void choose_quantity(const QString& key);
+    void choose_colour_map(const QString& key);
+    // Its range: the adjusters VScroll_TG (0 the fine one; value 1 narrows), the fit to what is in view, and what the
+    // operator typed; a refused text changes nothing.
     void adjust_range(int index, int value);
     void fit_range();
+    void type_range(const QString& text);
 
     // One of the display settings by its key, as the operator typed it. A refused text changes nothing.
     void change_display_setting(const std::string& key, const QString& text);

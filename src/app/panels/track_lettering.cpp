@@ -5,10 +5,10 @@
 #include "display/colour_scale.h"
 #include "display/label_layout.h"
 #include "display/range_fit.h"
+#include "survey/displayed_quantity.h"
 #include "text/numbers.h"
 
 #include <QCoreApplication>
-#include <QLinearGradient>
 #include <QPainter>
 
 #include <cmath>
@@ -38,24 +38,35 @@ void draw_scale_bar(QPainter& painter, const QRect& area, double metres_per_pixe
                   length_text(length), Qt::white);
 }
 
-// The colour scale upright, the range at its ends.
-void draw_legend(QPainter& painter, const QRect& area, double range)
+// The colour scale upright, its range beside it, and below it the colour of a point without a value.
+void draw_legend(QPainter& painter, const QRect& area, const SurveyState& survey)
 {
     constexpr int kBarWidth = 12;
+    constexpr int kSwatchRoom = 20;
+    const ColourScale scale = shown_colours(survey);
     const int height = std::min(140, area.height() / 3);
-    const QRect bar(area.right() - kMargin - kBarWidth, area.bottom() - kMargin - height, kBarWidth, height);
-    QLinearGradient colours(bar.bottomLeft(), bar.topLeft());
-    for (int step = 0; step <= 8; ++step) {
-        colours.setColorAt(step / 8.0, QColor::fromRgb(value_colour(step / 8.0, 1.0)));
-    }
+    const QRect bar(area.right() - kMargin - kBarWidth, area.bottom() - kMargin - kSwatchRoom - height, kBarWidth,
+                    height);
     painter.fillRect(bar.adjusted(-1, -1, 1, 1), Qt::black);
-    painter.fillRect(bar, colours);
+    for (int row = 0; row < height; ++row) {
+        const double value = scale.high - (scale.high - scale.low) * row / std::max(height - 1, 1);
+        painter.fillRect(bar.left(), bar.top() + row, kBarWidth, 1, QColor::fromRgb(value_colour(value, scale)));
+    }
     const QRect labels(bar.left() - 76, bar.top() - 8, 70, 16);
     const int flags = Qt::AlignRight | Qt::AlignVCenter;
-    draw_outlined(painter, labels, flags, to_qt(format_shortest(range)), Qt::white);
-    draw_outlined(painter, labels.translated(0, height / 2), flags, to_qt(format_shortest(range / 2)), Qt::white);
-    draw_outlined(painter, labels.translated(0, height), flags, QStringLiteral("0"), Qt::white);
-    draw_outlined(painter, labels.translated(kBarWidth + 6, -18), flags, QStringLiteral("nT/m"), Qt::white);
+    const auto write_value = [&](int down, double value) {
+        draw_outlined(painter, labels.translated(0, down), flags, to_qt(format_significant(value)), Qt::white);
+    };
+    write_value(0, scale.high);
+    write_value(height / 2, (scale.low + scale.high) / 2);
+    write_value(height, scale.low);
+    const Quantity& shown = displayed_quantity(survey.display_settings);
+    draw_outlined(painter, labels.translated(kBarWidth + 6, -18), flags, QLatin1String(shown.unit), Qt::white);
+    const QRect swatch(bar.left(), bar.bottom() + 9, kBarWidth, 11);
+    painter.fillRect(swatch.adjusted(-1, -1, 1, 1), Qt::black);
+    painter.fillRect(swatch, QColor::fromRgb(scale.map->null_colour));
+    draw_outlined(painter, labels.translated(0, height + 22), flags, QCoreApplication::translate("Track", "no value"),
+                  Qt::white);
 }
 
 // Where picks are crowded, the names that would cover others are left out; the current one's is always there.
@@ -103,7 +114,7 @@ void draw_track_lettering(QPainter& painter, const QRect& area, double pixel_rat
     const PixelTransform transform = active_transform(survey.track_image);
     draw_pick_names(painter, area, pixel_ratio, survey);
     draw_scale_bar(painter, area, pixel_ratio / (transform.scale * transform.zoom));
-    draw_legend(painter, area, survey.display_settings.gradient_max_range);
+    draw_legend(painter, area, survey);
 }
 
 } // namespace tarvo

@@ -2,9 +2,9 @@
 
 #include "app/common/texts.h"
 #include "app/panels/arrow_scroll_bar.h"
+#include "app/panels/quantity_bar.h"
 #include "app/panels/track_widget.h"
 #include "display/track_navigation.h"
-#include "text/numbers.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -109,40 +109,8 @@ QWidget* TrackPanel::make_tools()
     row->addWidget(zoom_);
     row->addWidget(play_);
     row->addStretch(1);
-    row->addWidget(make_range_tools());
+    row->addWidget(new QuantityBar(view_));
     return tools;
-}
-
-QWidget* TrackPanel::make_range_tools()
-{
-    range_ = new QLabel;
-    range_->setObjectName(QStringLiteral("Label_gradient_range"));
-    range_->setToolTip(tr("The gradient that is drawn red, in nT per metre"));
-    auto* const fit = make_button(QStringLiteral("Command_fit_range"), tr("Fit"),
-                                  tr("Set the range to the gradients in view: 98 of 100 lie below it"));
-    connect(fit, &QToolButton::clicked, &view_, &SurveyView::fit_range);
-
-    auto* const tools = new QWidget;
-    auto* const row = new QHBoxLayout(tools);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(2);
-    row->addWidget(range_);
-    row->addSpacing(4);
-    row->addWidget(make_adjuster(1, 1, QStringLiteral("\u2212\u2212"), tr("Narrow the colour range by a quarter")));
-    row->addWidget(make_adjuster(0, 1, QStringLiteral("\u2212"), tr("Narrow the colour range by a fiftieth")));
-    row->addWidget(make_adjuster(0, 0, QStringLiteral("+"), tr("Widen the colour range by a fiftieth")));
-    row->addWidget(make_adjuster(1, 0, QStringLiteral("++"), tr("Widen the colour range by a quarter")));
-    row->addWidget(fit);
-    return tools;
-}
-
-QToolButton* TrackPanel::make_adjuster(int index, int value, const QString& text, const QString& tip)
-{
-    const QString name = QStringLiteral("VScroll_TG_%1_%2").arg(index).arg(value == 1 ? "narrow" : "widen");
-    QToolButton* const button = make_button(name, text, tip);
-    button->setAutoRepeat(true);
-    connect(button, &QToolButton::clicked, &view_, [this, index, value] { view_.adjust_range(index, value); });
-    return button;
 }
 
 void TrackPanel::choose_zoom(const QString& text)
@@ -194,7 +162,6 @@ void TrackPanel::show_state()
     play_->setChecked(pan_timer_.isActive());
     play_->setText(pan_timer_.isActive() ? tr("Halt") : tr("Play"));
     stop_key_->setEnabled(pan_timer_.isActive()); // in a run the key is the run's
-    range_->setText(tr("Range %1 nT/m").arg(to_qt(format_fixed(survey.display_settings.gradient_max_range, 1))));
     show_zoom(image.zoomed_view.zoom);
     const QSignalBlocker quiet(pan_);
     pan_->setEnabled(has_track && !view_.is_running());

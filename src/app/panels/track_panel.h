@@ -16,7 +16,7 @@ namespace tarvo {
 
 class TrackWidget;
 
-// The track with what moves and colours it: mode, Combo_zoom, play, HScroll_pan, the range adjusters VScroll_TG.
+// The track with what moves and colours it: mode, Combo_zoom, play, HScroll_pan and the displayed quantity.
 class TrackPanel : public QWidget {
     Q_OBJECT
 
@@ -29,8 +29,6 @@ public:
 
 private:
     QWidget* make_tools();
-    QWidget* make_range_tools();
-    QToolButton* make_adjuster(int index, int value, const QString& text, const QString& tip);
     void choose_zoom(const QString& text);
     void step_along_track();
     void show_zoom(float zoom);
@@ -43,7 +41,6 @@ private:
     QToolButton* play_ = nullptr;
     QShortcut* stop_key_ = nullptr; // of the play
     QScrollBar* pan_ = nullptr;
-    QLabel* range_ = nullptr;
     QTimer pan_timer_;     // Timer_pan_track
     float shown_zoom_ = 0; // or typed
 };

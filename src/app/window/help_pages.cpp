@@ -7,6 +7,8 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSysInfo>
 #include <QVBoxLayout>
 
@@ -66,49 +68,40 @@ void show_about_box(QWidget* window)
     finish_dialog(dialog, *layout, *buttons);
 }
 
-void show_shortcuts_page(QWidget* window)
+void show_shortcuts_page(const std::vector<ShortcutLine>& keys, QWidget* window)
 {
-    constexpr std::array<std::array<const char*, 2>, 26> kShortcuts = {
-        {{"Ctrl+O", "Open a data file"},
-         {"Ctrl+D", "Survey definitions"},
-         {"Ctrl+T", "Processing parameters"},
-         {"F5", "Load the file"},
-         {"F6", "Replay the file"},
-         {"Space", "Pause or resume the run"},
-         {"Esc", "Stop the run, halt the play"},
-         {"Ctrl+P", "Play along the track, halt"},
-         {"Wheel", "Zoom about the pointer"},
-         {"+  and  -", "Zoom about the middle of the track"},
-         {"Ctrl+0", "Show the whole track"},
+    constexpr std::array<std::array<const char*, 2>, 8> kMouse = {
+        {{"Wheel on the track", "Zoom about the pointer; the keys + and - about the middle"},
          {"Drag", "Move the enlarged track"},
          {"Click", "Make the nearest point current"},
+         {"Double click on the track", "Mark a pick there"},
          {"Wheel on graphs", "Zoom along the track"},
          {"Ctrl+Wheel on graphs", "Zoom the values"},
          {"Double click on graphs", "Back to the current point"},
-         {"M", "Mark a pick at the current point"},
-         {"Double click on the track", "Mark a pick there"},
-         {"Left, Right", "Move the current pick by a sample, with Shift by ten"},
-         {"Del", "Delete the current pick"},
-         {"Ctrl+Z", "Undo the last move, edit or deletion of a pick"},
-         {"Ctrl+L", "Pick list"},
-         {"Ctrl+F", "Fit the colour range to the view"},
-         {"F1", "This page"},
-         {"F11", "Full screen"},
-         {"Ctrl+Q", "Quit"}}};
+         {"Click on a pick's name", "Choose the pick"}}};
     QDialog dialog(window);
     dialog.setObjectName(QStringLiteral("Form_shortcuts"));
     dialog.setWindowTitle(tr("Keyboard and mouse"));
-    auto* const layout = new QVBoxLayout(&dialog);
-    auto* const table = new QFormLayout;
+    auto* const page = new QWidget;
+    auto* const table = new QFormLayout(page);
     table->setHorizontalSpacing(24);
-    for (const auto& [keys, what] : kShortcuts) {
-        auto* const name = new QLabel(tr(keys));
+    const auto add_line = [table](const QString& key, const QString& what) {
+        auto* const name = new QLabel(key);
         QFont bold = name->font();
         bold.setBold(true);
         name->setFont(bold);
-        table->addRow(name, new QLabel(tr(what)));
-    }
-    layout->addLayout(table);
+        auto* const text = new QLabel(what);
+        for (QLabel* const label : {name, text}) label->setTextFormat(Qt::PlainText);
+        table->addRow(name, text);
+    };
+    for (const ShortcutLine& line : keys) add_line(line.key, line.what);
+    for (const auto& [mouse, what] : kMouse) add_line(tr(mouse), tr(what));
+    auto* const area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidget(page);
+    area->setMinimumWidth(page->sizeHint().width() + area->verticalScrollBar()->sizeHint().width());
+    auto* const layout = new QVBoxLayout(&dialog);
+    layout->addWidget(area);
     finish_dialog(dialog, *layout, *new QDialogButtonBox(QDialogButtonBox::Close));
 }
 

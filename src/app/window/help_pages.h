@@ -1,6 +1,10 @@
 #pragma once
 
+#include "app/window/window_actions.h"
+
 #include <QString>
+
+#include <vector>
 
 class QWidget;
 
@@ -10,6 +14,7 @@ namespace tarvo {
 QString version_text();
 
 void show_about_box(QWidget* window);
-void show_shortcuts_page(QWidget* window);
+// keys: those of the actions; what the mouse does stands below them.
+void show_shortcuts_page(const std::vector<ShortcutLine>& keys, QWidget* window);
 
 } // namespace tarvo

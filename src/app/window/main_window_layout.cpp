@@ -1,7 +1,6 @@
-// What the window is made of: panels, menus, and how they are kept from one start to the next.
+// What the window is made of, and how it is kept from one start to the next.
 
 #include "app/common/elided_label.h"
-#include "app/common/survey_export.h"
 #include "app/common/texts.h"
 #include "app/dialogs/header_box.h"
 #include "app/panels/colour_bar_panel.h"
@@ -13,15 +12,11 @@
 #include "app/panels/run_bar.h"
 #include "app/panels/track_panel.h"
 #include "app/panels/track_widget.h"
-#include "app/window/help_pages.h"
 #include "app/window/main_window.h"
 
 #include <QAction>
-#include <QEventLoop>
-#include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
-#include <QMenuBar>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
@@ -29,62 +24,56 @@
 
 namespace tarvo {
 
-namespace {
-
-constexpr int kMostRecentFiles = 8;
-
-QString stored(const SettingsStore& settings, const char* key)
+QString MainWindow::stored(const char* key) const
 {
-    return to_qt(settings.read(kSettingsApplication, kSettingsSection, key, ""));
+    return to_qt(settings_.read(kSettingsApplication, kSettingsSection, key, ""));
 }
 
-void store(SettingsStore& settings, const char* key, const QString& value)
+void MainWindow::store(const char* key, const QString& value)
 {
-    settings.write(kSettingsApplication, kSettingsSection, key, to_utf8(value));
+    settings_.write(kSettingsApplication, kSettingsSection, key, to_utf8(value));
 }
 
-QByteArray stored_bytes(const SettingsStore& settings, const char* key)
+QByteArray MainWindow::stored_bytes(const char* key) const
 {
-    return QByteArray::fromBase64(stored(settings, key).toLatin1());
+    return QByteArray::fromBase64(stored(key).toLatin1());
 }
 
-void store_bytes(SettingsStore& settings, const char* key, const QByteArray& bytes)
+void MainWindow::store_bytes(const char* key, const QByteArray& bytes)
 {
-    store(settings, key, QString::fromLatin1(bytes.toBase64()));
+    store(key, QString::fromLatin1(bytes.toBase64()));
 }
-
-} // namespace
 
 void MainWindow::make_panels()
 {
-    header_ = new HeaderBox;
-    run_bar_ = new RunBar;
-    hints_ = new HintBar;
-    live_ = new LivePanel(survey(), monitor_.driver, settings_);
-    live_->op().take_warning = boxes_.take_warning;
-    track_ = new TrackPanel(view_);
-    dials_ = new DialPanel;
-    bars_ = new ColourBarPanel(view_);
-    graphs_ = new ProfileGraphs(view_);
-    graphs_->set_sensor_filter([this](int sensor) { return bars_->is_sensor_shown(sensor); });
+    panels_.header = new HeaderBox;
+    panels_.run_bar = new RunBar;
+    panels_.hints = new HintBar;
+    panels_.live = new LivePanel(survey(), session_.driver, settings_);
+    panels_.live->op().take_warnings = boxes_.take_warnings;
+    panels_.track = new TrackPanel(view_);
+    panels_.dials = new DialPanel;
+    panels_.bars = new ColourBarPanel(view_);
+    panels_.graphs = new ProfileGraphs(view_);
+    panels_.graphs->set_sensor_filter([this](int sensor) { return panels_.bars->is_sensor_shown(sensor); });
 
     auto* const bars_area = new QScrollArea; // a survey may have more sensors than fit
     bars_area->setObjectName(QStringLiteral("Area_colour_bars"));
     bars_area->setFrameShape(QFrame::NoFrame);
     bars_area->setWidgetResizable(true);
-    bars_area->setWidget(bars_);
+    bars_area->setWidget(panels_.bars);
     bars_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
     side_ = new QSplitter(Qt::Vertical);
     side_->setObjectName(QStringLiteral("Splitter_side"));
-    side_->addWidget(dials_);
-    side_->addWidget(graphs_);
+    side_->addWidget(panels_.dials);
+    side_->addWidget(panels_.graphs);
     side_->addWidget(bars_area);
     side_->setStretchFactor(1, 1);
     side_->setSizes({150, 380, 90});
     columns_ = new QSplitter(Qt::Horizontal);
     columns_->setObjectName(QStringLiteral("Splitter_columns"));
-    columns_->addWidget(track_);
+    columns_->addWidget(panels_.track);
     columns_->addWidget(side_);
     columns_->setStretchFactor(0, 1);
     columns_->setSizes({840, 430});
@@ -94,14 +83,14 @@ void MainWindow::make_panels()
     auto* const layout = new QVBoxLayout(central);
     layout->setContentsMargins(2, 2, 2, 0);
     layout->setSpacing(2);
-    layout->addWidget(header_);
-    layout->addWidget(run_bar_);
-    layout->addWidget(live_);
-    layout->addWidget(hints_);
+    layout->addWidget(panels_.header);
+    layout->addWidget(panels_.run_bar);
+    layout->addWidget(panels_.live);
+    layout->addWidget(panels_.hints);
     layout->addWidget(columns_, 1);
     setCentralWidget(central);
-    make_pick_panel();
-    layout->addWidget(picks_);
+    panels_.picks = new PickPanel;
+    layout->addWidget(panels_.picks);
 
     pointed_ = new QLabel;
     pointed_->setObjectName(QStringLiteral("Label_pointed"));
@@ -112,174 +101,81 @@ void MainWindow::make_panels()
     sender_text_->setObjectName(QStringLiteral("Label_sender_text"));
     sender_text_->hide();
     statusBar()->addPermanentWidget(sender_text_, 1);
+}
 
-    connect(run_bar_, &RunBar::start_pressed, this, &MainWindow::press_start);
-    connect(run_bar_, &RunBar::speed_changed, this,
-            [this](int position) { monitor_.driver.HScroll_speed_change(position); });
-    connect(live_, &LivePanel::pressed, this, [this] {
-        if (wait_loop_ != nullptr) wait_loop_->quit();
+void MainWindow::connect_panels()
+{
+    connect(panels_.run_bar, &RunBar::start_pressed, this, &MainWindow::press_start);
+    connect(panels_.run_bar, &RunBar::speed_changed, this,
+            [this](int position) { session_.driver.HScroll_speed_change(position); });
+    connect(&run_view_, &RunView::controls_changed, this, &MainWindow::show_run_controls);
+    connect(&run_view_, &RunView::finished, this, &MainWindow::show_averaging_hint);
+    connect(&run_view_, &RunView::cleared, this, [this] {
+        column_warnings_.clear();
+        if (session_.driver.is_pipe_open()) clear_hints(); // they are about a file, or an earlier live run
+        show_survey();
     });
-    connect(live_, &LivePanel::settled, this, &QWidget::close, Qt::QueuedConnection);
-    connect(live_, &LivePanel::postponed, this, [this] { when_idle([this] { live_->press(); }); });
-    connect(live_, &LivePanel::status_text_changed, this, [this](const QString& text) {
+    connect(&run_view_, &RunView::point_text_changed, pointed_, &QLabel::setText);
+    connect(&view_, &SurveyView::current_record_changed, &run_view_, &RunView::show_point_readings);
+    connect(panels_.live, &LivePanel::pressed, &run_view_, &RunView::cut_wait_short);
+    connect(panels_.live, &LivePanel::settled, this, &QWidget::close, Qt::QueuedConnection);
+    connect(panels_.live, &LivePanel::postponed, this,
+            [this] { session_.when_idle([this] { panels_.live->press(); }); });
+    connect(panels_.live, &LivePanel::status_text_changed, this, [this](const QString& text) {
         sender_text_->setText(text);
         sender_text_->setToolTip(plain_tip(text));
         sender_text_->setVisible(!text.isEmpty());
     });
-    connect(header_, &HeaderBox::header_line_edited, this, &MainWindow::reread_header);
-    connect(bars_, &ColourBarPanel::shown_sensors_changed, graphs_, &ProfileGraphs::refresh);
-    connect(&track_->track(), &TrackWidget::pointed, this, [this](const QString& text) {
+    connect(panels_.header, &HeaderBox::header_line_edited, this,
+            [this] { session_.change_header_line(panels_.header->header_line_text()); });
+    connect(panels_.bars, &ColourBarPanel::shown_sensors_changed, panels_.graphs, &ProfileGraphs::refresh);
+    connect(&panels_.track->track(), &TrackWidget::pointed, this, [this](const QString& text) {
         if (text.isEmpty()) {
-            show_point_readings();
+            run_view_.show_point_readings();
         } else {
             pointed_->setText(text);
         }
     });
+    pick_view_.connect_panels(actions_);
 }
 
-QAction* MainWindow::add_action(QMenu& menu, const char* name, const QString& text, const QString& shortcut,
-                                std::function<void()> perform)
+void MainWindow::add_panel_actions(QMenu& menu)
 {
-    QAction* const action = menu.addAction(text);
-    action->setObjectName(QLatin1String(name));
-    action->setShortcut(QKeySequence(shortcut));
-    connect(action, &QAction::triggered, this, [perform = std::move(perform)] { perform(); });
-    return action;
-}
-
-void MainWindow::make_file_menu()
-{
-    QMenu& menu = *menuBar()->addMenu(tr("&File"));
-    menu.setObjectName(QStringLiteral("menu_file"));
-    idle_actions_.push_back(
-        add_action(menu, "menu_open", tr("&Open..."), QStringLiteral("Ctrl+O"), [this] { choose_file(); }));
-    recent_files_ = menu.addMenu(tr("Open &recent"));
-    recent_files_->setObjectName(QStringLiteral("menu_open_recent"));
-    connect(recent_files_, &QMenu::aboutToShow, this, &MainWindow::fill_recent_files);
-    idle_actions_.push_back(recent_files_->menuAction());
-    menu.addSeparator();
-    live_->add_actions(menu);
-    menu.addSeparator();
-    QMenu& exports = *menu.addMenu(tr("&Export"));
-    store_actions_.push_back(add_action(exports, "menu_export_samples", tr("&Samples as CSV..."), {},
-                                        [this] { export_samples_file(survey(), op_, this); }));
-    store_actions_.push_back(add_action(exports, "menu_export_lines", tr("Survey &lines as CSV..."), {},
-                                        [this] { export_lines_file(survey(), op_); }));
-    store_actions_.push_back(add_action(exports, "menu_export_track", tr("&Track image as PNG..."), {},
-                                        [this] { export_track_file(survey(), op_); }));
-    menu.addSeparator();
-    add_action(menu, "menu_quit", tr("&Quit"), QStringLiteral("Ctrl+Q"), [this] { close(); });
-}
-
-void MainWindow::make_run_menu()
-{
-    QMenu& menu = *menuBar()->addMenu(tr("&Run"));
-    menu.setObjectName(QStringLiteral("menu_run"));
-    idle_actions_.push_back(add_action(menu, "menu_start_load", tr("Start &load"), QStringLiteral("F5"),
-                                       [this] { press_start(StartButton::load_or_pause); }));
-    idle_actions_.push_back(add_action(menu, "menu_start_replay", tr("Start &replay"), QStringLiteral("F6"),
-                                       [this] { press_start(StartButton::replay_or_stop); }));
-    menu.addSeparator();
-    run_actions_.push_back(add_action(menu, "menu_pause", tr("&Pause or resume"), QStringLiteral("Space"),
-                                      [this] { press_start(StartButton::load_or_pause); }));
-    run_actions_.push_back(add_action(menu, "menu_stop", tr("&Stop"), QStringLiteral("Esc"),
-                                      [this] { press_start(StartButton::replay_or_stop); }));
-}
-
-QAction* MainWindow::add_panel_action(QMenu& menu, QWidget& panel, const QString& text, const char* key)
-{
-    QAction* const action = menu.addAction(text);
-    action->setObjectName(QLatin1String("menu_show_") + QLatin1String(key));
-    action->setCheckable(true);
-    action->setChecked(true);
-    connect(action, &QAction::toggled, &panel, [this, &panel](bool shown) {
-        panel.setVisible(shown);
-        bool any = false;
-        for (const auto& [name, panel_action] : panel_actions_) any |= panel_action->isChecked();
-        side_->setVisible(any);
-    });
-    panel_actions_.emplace_back(key, action);
-    return action;
-}
-
-void MainWindow::make_view_menu()
-{
-    QMenu& menu = *menuBar()->addMenu(tr("&View"));
-    menu.setObjectName(QStringLiteral("menu_view"));
-    add_action(menu, "menu_whole_track", tr("&Whole track"), QStringLiteral("Ctrl+0"),
-               [this] { view_.choose_zoom(QStringLiteral("100%"), 0); });
-    add_action(menu, "menu_play", tr("&Play along the track"), QStringLiteral("Ctrl+P"),
-               [this] { track_->toggle_playing(); });
-    add_action(menu, "menu_fit_range", tr("&Fit the colour range"), QStringLiteral("Ctrl+F"),
-               [this] { view_.fit_range(); });
-    menu.addSeparator();
-    add_panel_action(menu, *dials_, tr("&Dials"), "DisplayDials");
-    add_panel_action(menu, *graphs_, tr("Profile &graphs"), "DisplayGraphs");
-    add_panel_action(menu, *side_->widget(2), tr("&Colour bars"), "DisplayColourBars");
-    menu.addSeparator();
-    add_action(menu, "menu_full_screen", tr("F&ull screen"), QStringLiteral("F11"),
-               [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
-}
-
-void MainWindow::make_help_menu()
-{
-    QMenu& menu = *menuBar()->addMenu(tr("&Help"));
-    menu.setObjectName(QStringLiteral("menu_help"));
-    add_action(menu, "menu_shortcuts", tr("&Keyboard and mouse"), QStringLiteral("F1"),
-               [this] { show_shortcuts_page(this); });
-    add_action(menu, "menu_about", tr("&About Tarvo"), {}, [this] { show_about_box(this); });
-}
-
-void MainWindow::choose_file()
-{
-    const std::optional<std::string> file_name = op_.choose_file_to_open(
-        {"Open a survey data file", "Survey data files|*.csv;*.dat;*.txt;*.xyz|All files (*.*)|*.*",
-         to_utf8(stored(settings_, "CWD")), ""});
-    if (file_name) open_file(*file_name);
-}
-
-void MainWindow::note_recent_file(const QString& file_name)
-{
-    const QString path = QFileInfo(file_name).absoluteFilePath();
-    QStringList files = stored(settings_, "RecentFiles").split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    files.removeAll(path);
-    files.prepend(path);
-    if (files.size() > kMostRecentFiles) files.resize(kMostRecentFiles);
-    store(settings_, "RecentFiles", files.join(QLatin1Char('\n')));
-    store(settings_, "CWD", QFileInfo(path).absolutePath());
-}
-
-void MainWindow::fill_recent_files()
-{
-    recent_files_->clear();
-    const QStringList files = stored(settings_, "RecentFiles").split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const QString& file : files) {
-        QAction* const action = recent_files_->addAction(QFileInfo(file).fileName());
-        action->setToolTip(file);
-        connect(action, &QAction::triggered, this, [this, file] { open_file(to_utf8(file)); });
-    }
-    recent_files_->setToolTipsVisible(true);
-    if (files.isEmpty()) recent_files_->addAction(tr("None yet"))->setEnabled(false);
+    const auto add = [&](QWidget* panel, const QString& text, const char* key) {
+        const QString name = QLatin1String("menu_show_") + QLatin1String(key);
+        QAction& action =
+            actions_.add_switch(menu, {name, text, {}, true, [this, panel](bool shown) {
+                                           panel->setVisible(shown);
+                                           bool any = false;
+                                           for (const auto& [name_of_panel, panel_action] : panel_actions_)
+                                               any |= panel_action->isChecked();
+                                           side_->setVisible(any);
+                                       }});
+        panel_actions_.emplace_back(key, &action);
+    };
+    add(panels_.dials, tr("&Dials"), "DisplayDials");
+    add(panels_.graphs, tr("Profile &graphs"), "DisplayGraphs");
+    add(side_->widget(2), tr("&Colour bars"), "DisplayColourBars");
 }
 
 void MainWindow::read_layout()
 {
     resize(1280, 720);
-    restoreGeometry(stored_bytes(settings_, "FormSize"));
-    columns_->restoreState(stored_bytes(settings_, "Splitter_columns"));
-    side_->restoreState(stored_bytes(settings_, "Splitter_side"));
-    for (const auto& [key, action] : panel_actions_) action->setChecked(stored(settings_, key) != QLatin1String("0"));
+    restoreGeometry(stored_bytes("FormSize"));
+    columns_->restoreState(stored_bytes("Splitter_columns"));
+    side_->restoreState(stored_bytes("Splitter_side"));
+    for (const auto& [key, action] : panel_actions_) action->setChecked(stored(key) != QLatin1String("0"));
 }
 
 void MainWindow::keep_layout()
 {
-    store_bytes(settings_, "FormSize", saveGeometry());
-    store_bytes(settings_, "Splitter_columns", columns_->saveState());
-    store_bytes(settings_, "Splitter_side", side_->saveState());
+    store_bytes("FormSize", saveGeometry());
+    store_bytes("Splitter_columns", columns_->saveState());
+    store_bytes("Splitter_side", side_->saveState());
     for (const auto& [key, action] : panel_actions_) {
-        store(settings_, key, action->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
+        store(key, action->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
     }
-    store(settings_, "HeaderField", to_qt(header_->header_line_text()));
+    store("HeaderField", to_qt(panels_.header->header_line_text()));
 }
 
 } // namespace tarvo

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "app/panels/survey_view.h"
+#include "app/window/window_actions.h"
+#include "app/window/window_panels.h"
+#include "picks/pick_display.h"
+#include "session/session.h"
+
+#include <QObject>
+
+class QMainWindow;
+
+namespace tarvo {
+
+class PickListForm;
+
+// Shows the picks in the window's panels and in the pick list, and hands what the operator does to them to the core.
+class PickView : public QObject, public PickDisplay {
+    Q_OBJECT
+
+public:
+    // Everything must outlive the object; the panels are there when the first call comes.
+    PickView(Session& session, SurveyView& view, Operator& op, const WindowPanels& panels, QMainWindow& window);
+    ~PickView() override;
+
+    // To be called once, when panels and actions are there.
+    void connect_panels(WindowActions& actions);
+
+    void mark();
+    void move(int samples);
+    void delete_current();
+    void undo();
+    void show_list();
+    void show_run_controls(const RunControls& controls);
+
+    void show_pick_controls(const PickControls& controls) override;
+    void redraw_picks() override;
+    void show_sample(std::int32_t sample_index) override;
+    void open_new_pick_dialog() override;
+    void show_new_pick_marker(const PickLocation& location) override;
+    void clear_new_pick_marker() override;
+    void display_pick_list() override;
+    void display_pick_item(std::int32_t pick) override;
+
+private:
+    IndexedTrack ground() const { return indexed_track(session_.survey); }
+    void connect_track();
+    void show_marking();
+    void show_moving();
+
+    Session& session_;
+    SurveyView& view_;
+    Operator& op_;
+    const WindowPanels& panels_;
+    QMainWindow& window_;
+    WindowActions* actions_ = nullptr;
+    PickListForm* list_ = nullptr; // while it is open
+    bool can_move_ = false;
+    bool moving_locked_ = false; // by a run
+};
+
+} // namespace tarvo
