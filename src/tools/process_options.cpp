@@ -35,6 +35,7 @@ Loads a recorded survey, prints a summary, and writes what the options ask for.
   --bars FILE.png      the sensors' colour bars around that record
   --fits FILE          a dipole fitted at every pick of the pick file, neighbours together, as CSV
   --propose FILE       places of the residual that look like targets, as CSV
+  --targets FILE       the picks with their fits and remarks, as .csv, .geojson or .kml
   --base FILE          readings of a base station: IAGA-2002, or text with its definitions file beside it
   --quiet              no progress line
   --help-settings      the settings with their defaults and values
@@ -103,7 +104,7 @@ void check_products(const ProcessOptions& options)
     }
     for (const std::string* const product :
          {&options.samples_file, &options.lines_file, &options.picks_file, &options.track_file, &options.bars_file,
-          &options.targets.fits, &options.targets.proposals}) {
+          &options.targets.fits, &options.targets.proposals, &options.targets.list}) {
         if (product->empty()) continue;
         for (const std::string& other : taken) {
             if (!is_same_file(*product, other)) continue;
@@ -153,6 +154,13 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
         {"--bars", text_into(options.bars_file)},
         {"--fits", text_into(options.targets.fits)},
         {"--propose", text_into(options.targets.proposals)},
+        {"--targets",
+         [&](const std::string& name) {
+             if (!name.ends_with(".csv") && !name.ends_with(".geojson") && !name.ends_with(".kml")) {
+                 throw UsageError("a name that ends in .csv, .geojson or .kml was expected, found \"" + name + '"');
+             }
+             options.targets.list = name;
+         }},
         {"--base", text_into(options.base_file)},
         {"--size", [&](const std::string& text) { take_size(options, text); }},
         {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},

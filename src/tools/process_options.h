@@ -16,6 +16,7 @@ namespace tarvo {
 struct TargetFiles {
     std::string fits;
     std::string proposals;
+    std::string list; // CSV, GeoJSON or KML by its extension
 };
 
 // What tarvo-process was asked to do.
