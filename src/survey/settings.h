@@ -5,6 +5,7 @@
 #include "processing/processing_parameters.h"
 #include "survey/run_settings.h"
 #include "survey/watch_settings.h"
+#include "targets/target_settings.h"
 
 namespace tarvo {
 
@@ -16,6 +17,7 @@ struct Settings {
     PickSettings pick_settings;
     RunSettings run_settings;
     WatchSettings watch_settings;
+    TargetSettings target_settings;
 
     bool operator==(const Settings&) const = default;
 };

@@ -34,6 +34,9 @@ options ask for.
   --at RECORD          the record in the middle of the enlarged track and of the colour bars
   --bars FILE.png      the sensors' colour bars around that record
   --guess              first makes the definitions file from the data, where there is none, and says why
+  --fits FILE          a dipole fitted at every pick of the pick file, neighbours together, as CSV
+  --propose FILE       places of the residual that look like targets, as CSV
+  --targets FILE       the picks with their fits and remarks, as .csv, .geojson or .kml
   --base FILE          readings of a base station: IAGA-2002, or text with its definitions file beside it
   --rejected FILE      the rejected lines as CSV
   --workers N          threads that read the data ahead (else by the machine and the size of the file)
@@ -103,8 +106,9 @@ void check_products(const ProcessOptions& options)
         taken.push_back(options.base_file);
         taken.push_back(definitions_file_name_for(options.base_file));
     }
-    for (const std::string* const product : {&options.samples_file, &options.lines_file, &options.picks_file,
-                                             &options.track_file, &options.bars_file, &options.rejected_file}) {
+    for (const std::string* const product :
+         {&options.samples_file, &options.lines_file, &options.picks_file, &options.track_file, &options.bars_file,
+          &options.rejected_file, &options.targets.fits, &options.targets.proposals, &options.targets.list}) {
         if (product->empty()) continue;
         for (const std::string& other : taken) {
             if (!is_same_file(*product, other)) continue;
@@ -155,6 +159,15 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
         {"--bars", text_into(options.bars_file)},
         {"--rejected", text_into(options.rejected_file)},
         {"--workers", number_into<int>(options.load_workers, 0, 64)},
+        {"--fits", text_into(options.targets.fits)},
+        {"--propose", text_into(options.targets.proposals)},
+        {"--targets",
+         [&](const std::string& name) {
+             if (!name.ends_with(".csv") && !name.ends_with(".geojson") && !name.ends_with(".kml")) {
+                 throw UsageError("a name that ends in .csv, .geojson or .kml was expected, found \"" + name + '"');
+             }
+             options.targets.list = name;
+         }},
         {"--base", text_into(options.base_file)},
         {"--size", [&](const std::string& text) { take_size(options, text); }},
         {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},

@@ -12,6 +12,13 @@
 
 namespace tarvo {
 
+// What was asked for of the targets; empty: nothing.
+struct TargetFiles {
+    std::string fits;
+    std::string proposals;
+    std::string list; // CSV, GeoJSON or KML by its extension
+};
+
 // What tarvo-process was asked to do.
 struct ProcessOptions {
     std::string data_file;                       // the first by name; as given, which may be empty
@@ -25,6 +32,7 @@ struct ProcessOptions {
     std::string track_file;
     std::string bars_file;
     std::string rejected_file;
+    TargetFiles targets;
     std::vector<std::string> layer_files; // under the track, the first lowest
     std::string base_file;                // readings of a base station
     int picture_width = 1200;

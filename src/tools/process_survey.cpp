@@ -13,6 +13,7 @@
 #include "tools/common/png_file.h"
 #include "tools/guess_option.h"
 #include "tools/process_layers.h"
+#include "tools/process_targets.h"
 
 #include <unistd.h>
 
@@ -110,14 +111,14 @@ bool check_quantity(const SurveyState& survey, const ProcessOptions& options, Op
     return missing.empty();
 }
 
-// The picks beside the data, or none when there is no such file or it cannot be read.
-bool write_picks(SurveyState& survey, const ProcessOptions& options, Operator& op)
+// The picks beside the data, or none when there is no such file or it cannot be read, which is false.
+bool read_picks(SurveyState& survey, const ProcessOptions& options, Operator& op)
 {
     const std::string pick_file = pick_file_name_for(options.data_file);
     bool read = true;
     if (std::filesystem::exists(pick_file)) read = read_pick_file(pick_file, survey.picks, op).status == 0;
     locate_pick_list_on_track(survey.picks, survey.track_index, track_table(survey.processing.store), op);
-    return write_table("picks", survey, options.picks_file, op) && read;
+    return read;
 }
 
 // Reads the base station that was asked for. False: it was refused, which the operator has been told.
@@ -165,6 +166,7 @@ int process_survey(const ProcessOptions& options)
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;
     static_cast<Settings&>(survey) = options.settings;
+    survey.wants_residual = survey.wants_residual || !options.targets.proposals.empty();
     if (!read_base(options, survey, op)) return kFailed;
 
     const int ended = session.driver.Command_start_logging(StartButton::load_or_pause);
@@ -185,7 +187,9 @@ int process_survey(const ProcessOptions& options)
     done &= check_quantity(survey, options, op);
     if (!options.track_file.empty()) done &= write_track(survey, options, op);
     if (!options.bars_file.empty()) done &= write_bars(survey, options, op);
-    if (!options.picks_file.empty()) done &= write_picks(survey, options, op);
+    if (!options.picks_file.empty() || wants_targets(options.targets)) done &= read_picks(survey, options, op);
+    done &= write_table("picks", survey, options.picks_file, op);
+    done &= write_targets(survey, options.targets, op);
     if (options.samples_file != "-") {
         done &= write_product(
             "summary", [&] { print_summary(survey); }, op);

@@ -1,5 +1,6 @@
 #include "app/dialogs/data_format_page.h"
 
+#include "app/common/plain_label.h"
 #include "app/common/texts.h"
 
 #include <QCheckBox>
@@ -52,7 +53,7 @@ DataFormatPage::DataFormatPage(QWidget* parent)
         both->setSpacing(0);
         both->addWidget(box);
         both->addWidget(row.fault);
-        auto* const label = new QLabel(to_qt(std::string(key.name)));
+        auto* const label = plain_label(to_qt(std::string(key.name)));
         label->setBuddy(box);
         label->setToolTip(box->toolTip());
         form->addRow(label, both);
@@ -71,7 +72,7 @@ DataFormatPage::Row DataFormatPage::make_row(const DataFormatKey& key)
 {
     Row row;
     row.key = key.name;
-    row.fault = new QLabel;
+    row.fault = plain_label();
     row.fault->setObjectName(object_name_of(key.name) + QStringLiteral("_fault"));
     row.fault->setWordWrap(true);
     row.fault->setStyleSheet(QStringLiteral("color: #c03030"));

@@ -1,0 +1,441 @@
+#include "targets/group_fit.h"
+
+#include "processing/altitude.h"
+#include "targets/group_members.h"
+#include "targets/projected_fit.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace tarvo {
+
+namespace {
+
+constexpr double kAltitudesOfReadings = 3;
+constexpr double kLeastRadius = 5; // metres
+constexpr double kGreatestRadius = 60;
+
+constexpr double kAltitudesOfNeighbours = 15; // a strong one bends a weak one's readings by nanoteslas from there
+
+enum class OpenPlaces { no, yes };
+
+// The deviation of the readings' noise, nT, by their second differences along the segments.
+double noise_of(const FitReadings& readings)
+{
+    std::vector<double> steps;
+    for (const FitSegment& segment : readings.segments) {
+        for (std::size_t at = segment.first + 2; at < segment.first + segment.count; ++at) {
+            steps.push_back(std::abs(readings.field[at] - 2 * readings.field[at - 1] + readings.field[at - 2]));
+        }
+    }
+    return steps.empty() ? 0 : 1.4826 * median_or_null(std::move(steps)) / std::sqrt(6.0);
+}
+
+double peak_near_pick(const FitTask& task)
+{
+    const double reach = task.ground.altitude;
+    const double middle = median_or_null(task.readings.field);
+    double peak = 0;
+    for (std::size_t reading = 0; reading < task.readings.count(); ++reading) {
+        if (plan_length(task.readings.place[reading]) > reach) continue;
+        peak = std::max(peak, std::abs(task.readings.field[reading] - middle));
+    }
+    return peak;
+}
+
+// Neighbours that a fit of one member leaves open: those that have a place already.
+std::vector<OpenNeighbour> open_neighbours(const std::vector<GroupMember>& members, const GroupMember& member,
+                                           OpenPlaces places)
+{
+    constexpr double kNear = 4; // altitudes
+    std::vector<OpenNeighbour> neighbours;
+    const GridVector here = member.fitted ? member.fitted->dipole.place : GridVector{};
+    for (const GroupMember& other : members) {
+        if (&other == &member || !other.fitted) continue;
+        const GridVector place = other.apart - member.apart + other.fitted->dipole.place;
+        if (plan_length(place - here) > kNear * member.task->ground.altitude) continue;
+        neighbours.push_back({{place, other.fitted->dipole.moment}, places == OpenPlaces::yes});
+    }
+    return neighbours;
+}
+
+// The readings of a task that lie within some distance of its pick, in plan, and their values.
+FitReadings readings_within(const FitReadings& all, double radius, std::vector<double>& values)
+{
+    FitReadings near;
+    near.origin = all.origin;
+    near.way_weight = all.way_weight;
+    std::vector<double> kept;
+    for (const FitSegment& segment : all.segments) {
+        FitSegment part{segment.line, segment.sensor, near.count(), 0};
+        for (std::size_t at = segment.first; at < segment.first + segment.count; ++at) {
+            if (plan_length(all.place[at]) > radius) continue;
+            near.place.push_back(all.place[at]);
+            near.field.push_back(all.field[at]);
+            near.distance.push_back(all.distance[at]);
+            near.record.push_back(all.record[at]);
+            near.way.push_back(all.way[at]);
+            kept.push_back(values[at]);
+            ++part.count;
+        }
+        if (part.count > 0) near.segments.push_back(part);
+    }
+    values = std::move(kept);
+    return near;
+}
+
+// Searches the neighbourhood of the member's pick, by the readings within so many altitudes of it.
+void search(std::vector<GroupMember>& members, std::size_t at, double altitudes)
+{
+    GroupMember& member = members[at];
+    const FitTask& task = *member.task;
+    std::vector<double> values = values_less(task, member.fields, member.own);
+    const std::vector<OpenNeighbour> neighbours = open_neighbours(members, member, OpenPlaces::no);
+    constexpr std::size_t kEnough = 20; // readings
+    const double radius = altitudes * task.ground.altitude;
+    std::vector<FittedPlace> found;
+    if (radius < task.radius) {
+        const FitReadings near = readings_within(task.readings, radius, values);
+        if (near.count() < kEnough) {
+            search(members, at, 2 * altitudes);
+            return;
+        }
+        ProjectedFit fit(near, task.ground.earth, values, neighbours);
+        found = searched_places(fit, near, values, task.ground, neighbours);
+    } else {
+        ProjectedFit fit(task.readings, task.ground.earth, values, neighbours);
+        found = searched_places(fit, task.readings, values, task.ground, neighbours);
+    }
+    member.others.assign(found.begin() + 1, found.end());
+    take_model(members, at, found.front());
+}
+
+// Sets of members that are too near to each other to be fitted one after the other; most hold one alone. A crowd is cut
+// into sets that can be worked on.
+std::vector<std::vector<std::size_t>> crowded_sets(const std::vector<GroupMember>& members)
+{
+    constexpr double kCrowded = 3; // altitudes
+    constexpr std::size_t kMost = 12;
+    std::vector<bool> is_taken(members.size(), false);
+    std::vector<std::vector<std::size_t>> sets;
+    for (std::size_t first = 0; first < members.size(); ++first) {
+        if (is_taken[first]) continue;
+        is_taken[first] = true;
+        std::vector<std::size_t> set = {first};
+        for (std::size_t at = 0; at < set.size(); ++at) {
+            const GroupMember& here = members[set[at]];
+            for (std::size_t other = first + 1; other < members.size() && set.size() < kMost; ++other) {
+                const double reach = kCrowded * here.task->ground.altitude;
+                if (is_taken[other] || plan_length(members[other].apart - here.apart) > reach) continue;
+                is_taken[other] = true;
+                set.push_back(other);
+            }
+        }
+        sets.push_back(std::move(set));
+    }
+    return sets;
+}
+
+// The sum of squares over the windows of a set.
+double square_sum_of(const std::vector<GroupMember>& members, const std::vector<std::size_t>& set)
+{
+    double sum = 0;
+    for (const std::size_t at : set) {
+        const FitTask& task = *members[at].task;
+        std::vector<double> left = values_less(task, members[at].fields, {});
+        Baselines(task.readings).take_out(left);
+        for (const double value : left) sum += value * value;
+    }
+    return sum;
+}
+
+// Whether a model of one set bends the readings of another, or of itself.
+bool feels(const std::vector<GroupMember>& members, const std::vector<std::size_t>& set,
+           const std::vector<std::size_t>& others)
+{
+    for (const std::size_t at : set) {
+        for (const std::size_t other : others) {
+            const double distance = length(members[at].apart - members[other].apart);
+            if (is_felt(members[other].fitted->dipole.moment, distance, members[at].task->radius)) return true;
+        }
+    }
+    return false;
+}
+
+// Brings the members of a set to the places that suit them all. Returns how far the one that moved most moved, metres.
+double settle(std::vector<GroupMember>& members, const std::vector<std::size_t>& set)
+{
+    constexpr int kMostSteps = 30;
+    std::vector<GridVector> before;
+    for (const std::size_t at : set) before.push_back(members[at].fitted->dipole.place);
+    if (set.size() > 1) {
+        fit_jointly(members, set);
+    } else {
+        GroupMember& member = members[set.front()];
+        const FitTask& task = *member.task;
+        ProjectedFit fit(task.readings, task.ground.earth, values_less(task, member.fields, member.own));
+        const FitBounds bounds = fit_bounds(task.readings, task.ground);
+        take_model(members, set.front(), fit.refined(before.front(), bounds, kMostSteps));
+    }
+    double moved = 0;
+    for (std::size_t at = 0; at < set.size(); ++at) {
+        moved = std::max(moved, length(members[set[at]].fitted->dipole.place - before[at]));
+    }
+    return moved;
+}
+
+// Forgets the members' models.
+void clear_models(std::vector<GroupMember>& members, const std::vector<std::size_t>& set)
+{
+    for (const std::size_t at : set) {
+        take_model(members, at, FittedPlace{});
+        members[at].fitted.reset();
+    }
+}
+
+// Tries a crowd again from other starts: the first search of a member did not know its later neighbours. Keeps what
+// makes the whole set fit best.
+void search_again(std::vector<GroupMember>& members, std::vector<std::size_t> set)
+{
+    constexpr double kBetter = 0.98;
+    constexpr int kAttempts = 4;
+    constexpr double kNearAltitudes = 1.5; // fewer readings see fewer neighbours
+    constexpr double kLeastNoise = 0.01;   // nT
+    constexpr double kExplained = 3;       // times the noise: what is left is no fault of the places
+    double noise = 0;
+    for (const std::size_t at : set) {
+        const FitTask& task = *members[at].task;
+        const double deviation = std::max(task.noise, kLeastNoise);
+        noise += deviation * deviation * static_cast<double>(task.readings.count());
+    }
+    std::vector<GroupMember> best = members;
+    double least = square_sum_of(members, set);
+    for (int attempt = 0; attempt < kAttempts && least > kExplained * kExplained * noise; ++attempt) {
+        clear_models(members, set);
+        const double altitudes = attempt % 2 == 0 ? kNearAltitudes : kAltitudesOfReadings;
+        for (const std::size_t at : set) search(members, at, altitudes);
+        settle(members, set);
+        if (const double sum = square_sum_of(members, set); sum < kBetter * least) {
+            least = sum;
+            best = members;
+        }
+        if (attempt % 2 == 0) {
+            std::reverse(set.begin(), set.end());
+        } else {
+            std::rotate(set.begin(), set.begin() + 1, set.end());
+        }
+    }
+    members = best;
+}
+
+// False: stopped.
+bool fit_in_rounds(std::vector<GroupMember>& members, const FitWatch& watch)
+{
+    constexpr int kMostRounds = 20;
+    constexpr int kRoundsOfSearch = 2;
+    constexpr double kStays = 0.001; // metres
+    const auto stopped = [&watch] { return watch.stop && watch.stop(); };
+    std::vector<std::size_t> order(members.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), [&members](std::size_t one, std::size_t other) {
+        return members[one].strength > members[other].strength;
+    });
+    for (const std::size_t at : order) {
+        if (stopped()) return false;
+        search(members, at, kAltitudesOfReadings);
+    }
+    const std::vector<std::vector<std::size_t>> sets = crowded_sets(members);
+    std::vector<bool> is_settled(sets.size(), false);
+    for (int round = 0; round < kMostRounds; ++round) {
+        bool all_stayed = true;
+        for (std::size_t set = 0; set < sets.size(); ++set) {
+            if (stopped()) return false;
+            if (is_settled[set]) continue;
+            double moved = settle(members, sets[set]);
+            if (round < kRoundsOfSearch && sets[set].size() > 1) search_again(members, sets[set]);
+            if (round < kRoundsOfSearch) moved = std::max(moved, 2 * kStays);
+            is_settled[set] = true;
+            if (moved <= kStays) continue;
+            all_stayed = false;
+            for (std::size_t other = 0; other < sets.size(); ++other) {
+                if (feels(members, sets[other], sets[set])) is_settled[other] = false;
+            }
+        }
+        if (all_stayed) break;
+    }
+    return true;
+}
+
+DipoleFit final_fit(const std::vector<GroupMember>& members, GroupMember& member)
+{
+    const FitTask& task = *member.task;
+    ProjectedFit fit(task.readings, task.ground.earth, values_less(task, member.fields, member.own),
+                     open_neighbours(members, member, OpenPlaces::yes));
+    const FitBounds bounds = fit_bounds(task.readings, task.ground);
+    FittedPlace best = fit.at(member.fitted->dipole.place);
+    best.at_bound = member.fitted->at_bound;
+    for (FittedPlace& other : member.others) other = fit.refined(other.dipole.place, bounds, 5);
+    return described_fit(fit, task.readings, task.ground, best, member.others);
+}
+
+} // namespace
+
+bool is_felt(const GridVector& moment, double distance, double radius)
+{
+    constexpr double kCounts = 0.01; // nT
+    if (distance < 3 * radius) return true;
+    const double away = distance - radius;
+    const double part = radius / away;
+    return 200 * length(moment) / (away * away * away) * 6 * part * part > kCounts;
+}
+
+std::vector<double> values_less(const FitTask& task, const std::vector<GridVector>& all,
+                                const std::vector<GridVector>& own)
+{
+    std::vector<double> values = task.readings.field;
+    for (std::size_t reading = 0; reading < values.size(); ++reading) {
+        const GridVector others = own.empty() ? all[reading] : all[reading] - own[reading];
+        values[reading] -=
+            dot(task.ground.earth, others) + beyond_linear(all[reading], task.ground.earth, task.ground.strength);
+    }
+    return values;
+}
+
+void take_model(std::vector<GroupMember>& members, std::size_t changed, const FittedPlace& fitted)
+{
+    GroupMember& source = members[changed];
+    for (GroupMember& member : members) {
+        const GridVector shift = source.apart - member.apart;
+        const FitReadings& readings = member.task->readings;
+        if (&member == &source) {
+            for (std::size_t at = 0; at < member.own.size(); ++at) {
+                member.fields[at] = member.fields[at] - member.own[at];
+                member.own[at] = {};
+            }
+            add_dipole_field(readings, fitted.dipole, 1, member.own);
+            for (std::size_t at = 0; at < member.own.size(); ++at) {
+                member.fields[at] = member.fields[at] + member.own[at];
+            }
+            continue;
+        }
+        const auto add = [&](const Dipole& dipole, double factor) {
+            if (!is_felt(dipole.moment, length(shift), member.task->radius)) return;
+            add_dipole_field(readings, {dipole.place + shift, dipole.moment}, factor, member.fields);
+        };
+        if (source.fitted) add(source.fitted->dipole, -1);
+        add(fitted.dipole, 1);
+    }
+    source.fitted = fitted;
+}
+
+double altitude_near(const FitSurvey& survey, std::int32_t record)
+{
+    constexpr std::int32_t kAround = 5; // records on each side
+    std::vector<double> altitudes;
+    const std::int32_t last = std::min(record + kAround, survey.store().RecordCount);
+    for (std::int32_t near = std::max(record - kAround, 1); near <= last; ++near) {
+        const double here = altitude(survey.store(), near);
+        if (is_valid_channel(here) && here > 0) altitudes.push_back(here);
+    }
+    return altitudes.empty() ? kAltitudeWhenUnknown : median_or_null(std::move(altitudes));
+}
+
+FitTask fit_task(const FitSurvey& survey, const FitPlace& place, const FieldDirection& field)
+{
+    FitTask task;
+    task.place = place;
+    FitGround& ground = task.ground;
+    ground.earth = field.unit;
+    ground.strength = field.strength;
+    ground.altitude = altitude_near(survey, place.record);
+    ground.pick_east = place.east;
+    ground.pick_north = place.north;
+    task.radius =
+        place.radius.value_or(std::clamp(kAltitudesOfReadings * ground.altitude, kLeastRadius, kGreatestRadius));
+    const FitSelection selection{place.east, place.north, task.radius, place.lines_left_out, place.sensors_left_out};
+    task.readings = survey.readings(selection, {place.east, place.north, 0});
+
+    std::vector<double> heights;
+    std::vector<double> seabeds;
+    for (std::size_t reading = 0; reading < task.readings.count(); ++reading) {
+        if (plan_length(task.readings.place[reading]) > ground.altitude) continue;
+        heights.push_back(task.readings.place[reading].up);
+        const double seabed = survey.seabed_height(task.readings.record[reading]);
+        if (is_valid_channel(seabed)) seabeds.push_back(seabed);
+    }
+    if (heights.empty()) {
+        for (const GridVector& reading : task.readings.place) heights.push_back(reading.up);
+    }
+    task.noise = noise_of(task.readings);
+    if (!heights.empty()) ground.sensors = median_or_null(std::move(heights));
+    ground.seabed = median_or_null(std::move(seabeds));
+    return task;
+}
+
+std::vector<std::vector<std::size_t>> fit_groups(const FitSurvey& survey, const std::vector<FitPlace>& places)
+{
+    std::vector<double> reach;
+    for (const FitPlace& place : places) reach.push_back(kAltitudesOfNeighbours * altitude_near(survey, place.record));
+    std::vector<bool> is_taken(places.size(), false);
+    std::vector<std::vector<std::size_t>> groups;
+    for (std::size_t first = 0; first < places.size(); ++first) {
+        if (is_taken[first]) continue;
+        is_taken[first] = true;
+        std::vector<std::size_t> group = {first};
+        for (std::size_t at = 0; at < group.size(); ++at) {
+            const FitPlace& here = places[group[at]];
+            for (std::size_t other = first + 1; other < places.size(); ++other) {
+                if (is_taken[other]) continue;
+                const double apart = std::hypot(here.east - places[other].east, here.north - places[other].north);
+                if (apart > std::max(reach[group[at]], reach[other])) continue;
+                is_taken[other] = true;
+                group.push_back(other);
+            }
+        }
+        std::sort(group.begin(), group.end());
+        groups.push_back(std::move(group));
+    }
+    return groups;
+}
+
+std::vector<DipoleFit> fit_together(const std::vector<FitTask>& tasks, const FitWatch& watch)
+{
+    std::vector<DipoleFit> fits(tasks.size());
+    std::vector<GroupMember> members;
+    std::vector<std::size_t> numbers; // of the tasks that can be fitted
+    for (std::size_t task = 0; task < tasks.size(); ++task) {
+        fits[task].refusal = too_few_readings(tasks[task].readings, tasks[task].ground);
+        if (!fits[task].refusal.empty()) continue;
+        GroupMember member;
+        member.task = &tasks[task];
+        member.apart = tasks[task].readings.origin - tasks.front().readings.origin;
+        member.fields.resize(tasks[task].readings.count());
+        member.own.resize(tasks[task].readings.count());
+        member.strength = peak_near_pick(tasks[task]);
+        members.push_back(std::move(member));
+        numbers.push_back(task);
+    }
+    if (!fit_in_rounds(members, watch)) return {};
+    for (std::size_t at = 0; at < members.size(); ++at) fits[numbers[at]] = final_fit(members, members[at]);
+    return fits;
+}
+
+std::vector<DipoleFit> fit_places(const FitSurvey& survey, const std::vector<FitPlace>& places,
+                                  const FieldDirection& field, const FitWatch& watch)
+{
+    std::vector<DipoleFit> fits(places.size());
+    std::size_t done = 0;
+    for (const std::vector<std::size_t>& group : fit_groups(survey, places)) {
+        std::vector<FitTask> tasks;
+        for (const std::size_t place : group) tasks.push_back(fit_task(survey, places[place], field));
+        std::vector<DipoleFit> fitted = fit_together(tasks, watch);
+        if (fitted.empty()) return {};
+        for (std::size_t at = 0; at < group.size(); ++at) fits[group[at]] = std::move(fitted[at]);
+        done += group.size();
+        if (watch.progress) watch.progress(done, places.size());
+    }
+    return fits;
+}
+
+} // namespace tarvo

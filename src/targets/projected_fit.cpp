@@ -1,0 +1,339 @@
+#include "targets/projected_fit.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <numeric>
+#include <optional>
+#include <utility>
+
+namespace tarvo {
+
+namespace {
+
+using Matrix = std::array<std::array<double, 3>, 3>;
+using Triple = std::array<double, 3>;
+
+double product(const std::vector<double>& a, const std::vector<double>& b)
+{
+    double sum = 0;
+    for (std::size_t at = 0; at < a.size(); ++at) sum += a[at] * b[at];
+    return sum;
+}
+
+void take_off(std::vector<double>& column, double factor, const std::vector<double>& other)
+{
+    for (std::size_t at = 0; at < column.size(); ++at) column[at] -= factor * other[at];
+}
+
+Triple as_triple(const GridVector& v)
+{
+    return {v.east, v.north, v.up};
+}
+
+Triple column_of(const Matrix& matrix, std::size_t column)
+{
+    return {matrix[0][column], matrix[1][column], matrix[2][column]};
+}
+
+GridVector as_vector(const Triple& t)
+{
+    return {t[0], t[1], t[2]};
+}
+
+// Cholesky's lower triangle; nullopt: not positive definite.
+std::optional<Matrix> lower_triangle(const Matrix& symmetric)
+{
+    Matrix lower = {};
+    for (std::size_t row = 0; row < 3; ++row) {
+        for (std::size_t column = 0; column <= row; ++column) {
+            double rest = symmetric[row][column];
+            for (std::size_t at = 0; at < column; ++at) rest -= lower[row][at] * lower[column][at];
+            if (row != column) {
+                lower[row][column] = rest / lower[column][column];
+            } else if (rest > 1e-14 * symmetric[row][row]) {
+                lower[row][row] = std::sqrt(rest);
+            } else {
+                return std::nullopt;
+            }
+        }
+    }
+    return lower;
+}
+
+Triple solved(const Matrix& lower, Triple right)
+{
+    for (std::size_t row = 0; row < 3; ++row) {
+        for (std::size_t at = 0; at < row; ++at) right[row] -= lower[row][at] * right[at];
+        right[row] /= lower[row][row];
+    }
+    for (std::size_t row = 3; row-- > 0;) {
+        for (std::size_t at = row + 1; at < 3; ++at) right[row] -= lower[at][row] * right[at];
+        right[row] /= lower[row][row];
+    }
+    return right;
+}
+
+} // namespace
+
+GridVector held_within(const GridVector& place, const FitBounds& bounds)
+{
+    return {std::clamp(place.east, bounds.low.east, bounds.high.east),
+            std::clamp(place.north, bounds.low.north, bounds.high.north),
+            std::clamp(place.up, bounds.low.up, bounds.high.up)};
+}
+
+bool touches_bound(const GridVector& place, const FitBounds& bounds)
+{
+    constexpr double kMargin = 1e-6;
+    const Triple at = as_triple(place), low = as_triple(bounds.low), high = as_triple(bounds.high);
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        if (at[axis] - low[axis] < kMargin || high[axis] - at[axis] < kMargin) return true;
+    }
+    return false;
+}
+
+ProjectedFit::ProjectedFit(const FitReadings& readings, const GridVector& earth, std::vector<double> values,
+                           std::span<const OpenNeighbour> neighbours)
+    : readings_(readings), earth_(earth), baselines_(readings), values_(std::move(values))
+{
+    open_neighbours(neighbours);
+    without_baselines(values_);
+    signal_ = product(values_, values_);
+}
+
+void ProjectedFit::open_neighbours(std::span<const OpenNeighbour> neighbours)
+{
+    const auto open = [this](ModelColumns& columns) {
+        for (std::vector<double>& column : columns) {
+            const double before = product(column, column);
+            without_baselines(column);
+            const double square = product(column, column);
+            if (!(square > 1e-4 * before)) continue; // nothing but what others before it explain
+            const double scale = 1 / std::sqrt(square);
+            for (double& value : column) value *= scale;
+            neighbours_.push_back(std::move(column));
+        }
+    };
+    ModelColumns columns;
+    for (const OpenNeighbour& neighbour : neighbours) {
+        anomaly_columns(readings_, earth_, neighbour.dipole.place, columns);
+        open(columns);
+        if (!neighbour.may_move) continue;
+        place_columns(readings_, earth_, neighbour.dipole, columns);
+        open(columns);
+    }
+}
+
+void ProjectedFit::without_baselines(std::vector<double>& column) const
+{
+    baselines_.take_out(column);
+    for (const std::vector<double>& neighbour : neighbours_) take_off(column, product(neighbour, column), neighbour);
+}
+
+// Modified Gram and Schmidt.
+void ProjectedFit::take_out_earlier(std::vector<double>& column, std::size_t earlier) const
+{
+    for (std::size_t at = 0; at < earlier; ++at) take_off(column, product(basis_[at], column), basis_[at]);
+}
+
+FittedPlace ProjectedFit::at(const GridVector& place)
+{
+    anomaly_columns(readings_, earth_, place, basis_);
+    constexpr double kExplained = 1e-8; // what little of it neighbours and baselines leave is no anomaly of its own
+    left_ = values_;
+    Matrix upper = {}; // the columns are basis x upper
+    Triple along = {};
+    for (std::size_t column = 0; column < 3; ++column) {
+        std::vector<double>& values = basis_[column];
+        const double before = product(values, values);
+        without_baselines(values);
+        for (std::size_t earlier = 0; earlier < column; ++earlier) {
+            upper[earlier][column] = product(basis_[earlier], values);
+            take_off(values, upper[earlier][column], basis_[earlier]);
+        }
+        const double square = product(values, values);
+        const bool counts = square > kExplained * before && square > 0;
+        upper[column][column] = counts ? std::sqrt(square) : 0;
+        for (double& value : values) value = counts ? value / upper[column][column] : 0;
+        along[column] = product(values, left_);
+        take_off(left_, along[column], values);
+    }
+    Triple moment = {};
+    for (std::size_t row = 3; row-- > 0;) {
+        if (upper[row][row] == 0) continue;
+        double rest = along[row];
+        for (std::size_t column = row + 1; column < 3; ++column) rest -= upper[row][column] * moment[column];
+        moment[row] = rest / upper[row][row];
+    }
+    return {{place, as_vector(moment)}, product(left_, left_), false};
+}
+
+// What one step of the search sees at the place that at() was asked for last.
+ProjectedFit::Step ProjectedFit::linearised(const Dipole& dipole)
+{
+    place_columns(readings_, earth_, dipole, change_);
+    Step step;
+    for (std::vector<double>& column : change_) {
+        without_baselines(column);
+        take_out_earlier(column, 3);
+    }
+    for (std::size_t row = 0; row < 3; ++row) {
+        for (std::size_t column = 0; column <= row; ++column) {
+            step.normal[row][column] = step.normal[column][row] = product(change_[row], change_[column]);
+        }
+        step.gradient[row] = product(change_[row], left_);
+    }
+    return step;
+}
+
+FittedPlace ProjectedFit::refined(const GridVector& start, const FitBounds& bounds, int most_steps)
+{
+    constexpr double kSmallestStep = 1e-6; // metres
+    constexpr double kLargestDamping = 1e12;
+    FittedPlace best = at(held_within(start, bounds));
+    double damping = 1e-3; // in parts of the mean curvature, alike along all axes: no axis is a special one
+    Step step = linearised(best.dipole);
+    for (int steps = 0; steps < most_steps && damping < kLargestDamping; ++steps) {
+        Matrix normal = step.normal;
+        Triple gradient = step.gradient;
+        const double curvature = (normal[0][0] + normal[1][1] + normal[2][2]) / 3;
+        if (!(curvature > 0)) break;
+        const Triple here = as_triple(best.dipole.place);
+        const Triple low = as_triple(bounds.low), high = as_triple(bounds.high);
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            normal[axis][axis] += damping * curvature;
+            const bool leaves =
+                (here[axis] <= low[axis] && gradient[axis] < 0) || (here[axis] >= high[axis] && gradient[axis] > 0);
+            if (!leaves) continue; // else it stays on the bound and the others are searched for
+            for (std::size_t other = 0; other < 3; ++other) normal[axis][other] = normal[other][axis] = 0;
+            normal[axis][axis] = curvature;
+            gradient[axis] = 0;
+        }
+        const std::optional<Matrix> lower = lower_triangle(normal);
+        if (!lower) {
+            damping = std::max(damping * 10, 1e-9);
+            continue;
+        }
+        const GridVector wanted = best.dipole.place + as_vector(solved(*lower, gradient));
+        const GridVector place = held_within(wanted, bounds);
+        const double moved = length(place - best.dipole.place);
+        if (moved < kSmallestStep) break;
+        const FittedPlace tried = at(place);
+        if (tried.square_sum < best.square_sum) {
+            best = tried;
+            damping = std::max(damping / 10, 1e-12);
+            step = linearised(best.dipole);
+        } else {
+            damping *= 8;
+        }
+    }
+    best.at_bound = touches_bound(best.dipole.place, bounds);
+    return best;
+}
+
+// The sum over records of the outer products of what their residuals, of all sensors, pull the place by, and at least
+// that of residuals which do not hang together. What the sensors of a record have in common, as an error of the fish's
+// position, counts once and not once a sensor (White 1980, Econometrica 48, 817-838; Liang and Zeger 1986, Biometrika
+// 73, 13-22).
+std::array<std::array<double, 3>, 3> ProjectedFit::record_spread() const
+{
+    std::vector<std::size_t> order(left_.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(), [this](std::size_t one, std::size_t other) {
+        return std::pair(readings_.record[one], one) < std::pair(readings_.record[other], other);
+    });
+    Matrix spread = {};
+    Triple pull = {};
+    double records = 0;
+    for (std::size_t at = 0; at < order.size(); ++at) {
+        const std::size_t reading = order[at];
+        for (std::size_t axis = 0; axis < 3; ++axis) pull[axis] += change_[axis][reading] * left_[reading];
+        const bool ends = at + 1 == order.size() || readings_.record[order[at + 1]] != readings_.record[reading];
+        if (!ends) continue;
+        for (std::size_t row = 0; row < 3; ++row) {
+            for (std::size_t column = 0; column < 3; ++column) spread[row][column] += pull[row] * pull[column];
+        }
+        pull = {};
+        ++records;
+    }
+    const double unknowns = 6 + 2 * static_cast<double>(readings_.segments.size());
+    const double scale = records / std::max(records - unknowns, 1.0);
+    for (auto& row : spread) {
+        for (double& value : row) value *= scale;
+    }
+    return spread;
+}
+
+// How far the place would move were the background of the second degree in plan and not of the first.
+GridVector ProjectedFit::background_shift(const std::array<std::array<double, 3>, 3>& lower) const
+{
+    std::array<std::vector<double>, 3> curves;
+    Triple shift = {};
+    for (std::size_t curve = 0; curve < 3; ++curve) {
+        std::vector<double>& column = curves[curve];
+        column.resize(left_.size());
+        for (std::size_t at = 0; at < column.size(); ++at) {
+            const GridVector& place = readings_.place[at];
+            const double first = curve == 2 ? place.north : place.east;
+            column[at] = first * (curve == 0 ? place.east : place.north);
+        }
+        const double before = product(column, column);
+        without_baselines(column);
+        take_out_earlier(column, 3);
+        for (std::size_t earlier = 0; earlier < curve; ++earlier) {
+            take_off(column, product(curves[earlier], column), curves[earlier]);
+        }
+        Triple along = {};
+        for (std::size_t axis = 0; axis < 3; ++axis) along[axis] = product(change_[axis], column);
+        const Triple moves = solved(lower, along);
+        std::vector<double> apart = column; // from what a move of the place does
+        for (std::size_t axis = 0; axis < 3; ++axis) take_off(apart, moves[axis], change_[axis]);
+        const double square = product(apart, apart);
+        const bool counts = square > 1e-12 * before;
+        const double size = counts ? product(apart, left_) / square : 0;
+        for (std::size_t axis = 0; axis < 3; ++axis) shift[axis] -= size * moves[axis];
+        const double length_of = std::sqrt(product(column, column));
+        for (double& value : column) value = counts ? value / length_of : 0;
+    }
+    return as_vector(shift);
+}
+
+FitQuality ProjectedFit::quality(const FittedPlace& fitted)
+{
+    FitQuality quality;
+    const FittedPlace here = at(fitted.dipole.place);
+    quality.residuals = left_;
+    const Step step = linearised(here.dipole);
+
+    double products = 0;
+    double squares = 0;
+    for (const FitSegment& segment : readings_.segments) {
+        for (std::size_t at = segment.first + 1; at < segment.first + segment.count; ++at) {
+            products += left_[at] * left_[at - 1];
+            squares += (left_[at] * left_[at] + left_[at - 1] * left_[at - 1]) / 2;
+        }
+    }
+    if (squares > 0) quality.lag_correlation = products / squares;
+
+    Matrix normal = step.normal;
+    const double curvature = (normal[0][0] + normal[1][1] + normal[2][2]) / 3;
+    // a direction that the readings say nothing about is unknown by at most kilometres
+    for (std::size_t axis = 0; axis < 3; ++axis) normal[axis][axis] += 1e-12 * curvature;
+    const std::optional<Matrix> lower = lower_triangle(normal);
+    if (!lower) return quality;
+    const Matrix spread = record_spread();
+    Matrix half = {};
+    for (std::size_t column = 0; column < 3; ++column) {
+        const Triple solution = solved(*lower, column_of(spread, column));
+        for (std::size_t row = 0; row < 3; ++row) half[column][row] = solution[row];
+    }
+    for (std::size_t column = 0; column < 3; ++column) {
+        const Triple solution = solved(*lower, column_of(half, column));
+        for (std::size_t row = 0; row < 3; ++row) quality.place_covariance[row][column] = solution[row];
+    }
+    quality.background_shift = background_shift(*lower);
+    return quality;
+}
+
+} // namespace tarvo
