@@ -50,11 +50,6 @@ MessagePanel::MessagePanel(MessageLog& log, Operator& op, QWidget* parent)
     show_new_messages();
 }
 
-MessagePanel::~MessagePanel()
-{
-    log_.changed = {};
-}
-
 void MessagePanel::show_new_messages()
 {
     lines_->setPlainText(to_qt(message_log_text(log_)).trimmed());

@@ -14,9 +14,8 @@ class MessagePanel : public QWidget {
     Q_OBJECT
 
 public:
-    // Both must outlive the panel.
+    // The panel hears of new messages as long as the log's owner lets it: `changed` is to be emptied before either goes.
     MessagePanel(MessageLog& log, Operator& op, QWidget* parent = nullptr);
-    ~MessagePanel() override;
 
 private:
     void show_new_messages();

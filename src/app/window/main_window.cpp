@@ -63,6 +63,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
 
 MainWindow::~MainWindow()
 {
+    log_.changed = {}; // the panels go after the log
     // A text box that loses the keyboard while the window is taken apart would act on what is gone.
     if (QWidget* const box = focusWidget()) {
         const QSignalBlocker quiet(box);
