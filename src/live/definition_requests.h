@@ -24,7 +24,7 @@ enum RequestCode : int {
     kFieldNames = 1003,    // pairs "quantity:column" between commas; quantities by their default names
     kSensorCounts =
         1004, // sensors (1 to 100, those that can be described), components per sensor, 1 or 0: positions from columns
-    kDataFormat = 1005, // a line of the data format, "Key : value"; before the names, whose line it splits
+    kDataFormat = 1005,  // a line of the data format, "Key : value"; before the names, whose line it splits
     kFirstSensor = 2000, // pairs of sensor 1: TMI, Tx, Ty, Tz, X, Y, Z:column, Offset, Length, Rotation:number
     kLastSensor = 2099,
     kEndOfDefinitions = 3000

@@ -126,7 +126,7 @@ private:
     std::function<LiveClock::time_point()> clock_;
 
     std::optional<DataFormat> coming_format_; // of the lines since the last end of definitions
-    PortableSurvey described_; // of the run at hand or the last one, with what was located
+    PortableSurvey described_;                // of the run at hand or the last one, with what was located
     LiveRecording recording_;
     std::string recording_folder_;
     std::string recorded_file_; // that picks are beside

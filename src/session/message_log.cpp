@@ -37,14 +37,13 @@ void log_message(MessageLog& log, MessageKind kind, const std::string& text, std
 
 std::string message_line(const LoggedMessage& message)
 {
-    const std::int64_t day =
-        (message.time >= 0 ? message.time : message.time - (kSecondsPerDay - 1)) / kSecondsPerDay;
+    const std::int64_t day = (message.time >= 0 ? message.time : message.time - (kSecondsPerDay - 1)) / kSecondsPerDay;
     const std::int64_t second = message.time - day * kSecondsPerDay;
     std::string text = message.text;
     std::replace_if(
         text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-    return civil_date_text(date_of_day(day)) + ' ' + two_digits(second / 3600) + ':' +
-           two_digits(second / 60 % 60) + ':' + two_digits(second % 60) + "  " + kind_text(message.kind) + "  " + text;
+    return civil_date_text(date_of_day(day)) + ' ' + two_digits(second / 3600) + ':' + two_digits(second / 60 % 60) +
+           ':' + two_digits(second % 60) + "  " + kind_text(message.kind) + "  " + text;
 }
 
 std::string message_log_text(const MessageLog& log)

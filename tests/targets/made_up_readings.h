@@ -15,7 +15,7 @@ struct MadeUpLines {
     std::vector<double> across = {-6, 0, 6}; // metres, of each line
     int sensors = 1;                         // 1 m apart across the line
     double turned = 0;                       // degrees that the lines run anticlockwise of east
-    GridVector shift = {};                      // of all places
+    GridVector shift = {};                   // of all places
     bool reversed = false;                   // the lines come in the other order
     double reach = 15;                       // metres on each side of the middle
 };

@@ -14,7 +14,8 @@ class MessagePanel : public QWidget {
     Q_OBJECT
 
 public:
-    // The panel hears of new messages as long as the log's owner lets it: `changed` is to be emptied before either goes.
+    // The panel hears of new messages as long as the log's owner lets it: `changed` is to be emptied before either
+    // goes.
     MessagePanel(MessageLog& log, Operator& op, QWidget* parent = nullptr);
 
 private:
