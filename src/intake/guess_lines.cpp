@@ -21,11 +21,6 @@ std::vector<std::string> split(Separator separator, std::string_view line)
     return {fields.begin(), fields.end()};
 }
 
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 // A number, a date, a clock, or what loggers write for nothing.
 bool is_value(std::string_view field)
 {

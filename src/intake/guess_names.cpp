@@ -17,11 +17,6 @@ bool is_lower(char c)
 {
     return c >= 'a' && c <= 'z';
 }
-bool is_digit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 // True where a new word begins although no separator stands before it: "fishDepth", "UTCTime", "mag1", "1x".
 bool begins_word(std::string_view name, std::size_t at)
 {

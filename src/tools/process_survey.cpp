@@ -9,6 +9,7 @@
 #include "session/session.h"
 #include "survey/displayed_quantity.h"
 #include "survey/survey_residual.h"
+#include "text/replace_file.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
 #include "tools/guess_option.h"
