@@ -73,9 +73,8 @@ private:
         if (definition.GetGeomFieldCount() == 0) return; // a table
         const int label = label_field.empty() ? -1 : definition.GetFieldIndex(label_field.c_str());
         const int part = is_drawing_ ? definition.GetFieldIndex(kDrawingLayer) : -1;
-        CPLErrorReset();
         layer.ResetReading();
-        while (const OGRFeatureUniquePtr feature{layer.GetNextFeature()}) {
+        while (const OGRFeatureUniquePtr feature = next_feature(layer)) {
             check_stop(stop);
             const OGRGeometry* const geometry = feature->GetGeometryRef();
             if (geometry == nullptr) continue;
@@ -83,7 +82,17 @@ private:
             const bool has_label = label >= 0 && feature->IsFieldSetAndNotNull(label) != FALSE;
             collector.add(*geometry, has_label ? feature->GetFieldAsString(label) : "");
         }
-        if (CPLGetLastErrorType() >= CE_Failure) throw std::runtime_error(gdal_reason("its shapes cannot be read"));
+    }
+
+    // null: there are no more. A place that cannot be brought into the survey's grid is an error to GDAL, too: those of
+    // reading are told apart from it here.
+    static OGRFeatureUniquePtr next_feature(OGRLayer& layer)
+    {
+        CPLErrorReset();
+        OGRFeatureUniquePtr feature(layer.GetNextFeature());
+        const bool has_failed = feature == nullptr && CPLGetLastErrorType() >= CE_Failure;
+        if (has_failed) throw std::runtime_error(gdal_reason("its shapes cannot be read"));
+        return feature;
     }
 
     Dataset dataset_;

@@ -3,6 +3,7 @@
 #include "window_fixture.h"
 
 #include <QAction>
+#include <QDockWidget>
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
@@ -16,6 +17,8 @@ TEST_F(WindowTest, LayersLieUnderTheTrackAndLeaveNoTrace)
     folder.write("a_area.geojson",
                  R"({"type": "Feature", "properties": {}, "geometry": {"type": "Polygon", "coordinates":
 [[[499900, 5999900], [500100, 5999900], [500100, 6000100], [499900, 6000100], [499900, 5999900]]]}})");
+    window.layers().dock().show(); // the picture keeps its size from here on
+    QApplication::processEvents();
     window.open_file(data);
     click("Command_start_logging_1");
     const Picture& picture = window.survey().track_image.picture;
