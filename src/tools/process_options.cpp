@@ -1,5 +1,6 @@
 #include "tools/process_options.h"
 
+#include "definitions/definitions_file.h"
 #include "display/track_navigation.h"
 #include "session/settings_table.h"
 #include "survey/survey_files.h"
