@@ -13,7 +13,7 @@ TEST(LiveWatch, TellsEachOccurrenceOnce)
     const auto look = [&] {
         std::string told;
         for (const WatchNotice& notice :
-             watch.look(monitor.live.status(), monitor.monitor.survey, limits, monitor.now, "noon")) {
+             watch.look(monitor.live.status(), monitor.session.survey, limits, monitor.now, "noon")) {
             told += (notice.is_alarm ? "! " : "") + notice.text + '|';
         }
         return told;
