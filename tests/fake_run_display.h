@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/run_display.h"
+#include "processing/sample_processing.h"
 
 #include <cstdint>
 #include <functional>

@@ -12,7 +12,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr std::string_view kHeading = "name,remark";
+constexpr std::string_view kRemarkColumns = "name,remark";
 
 // Reads CSV field by field; a field in quotes may hold line ends.
 class CsvReader {
@@ -87,7 +87,7 @@ PickRemarks read_pick_remarks(const std::string& path)
     while (!reader.at_end()) {
         const std::vector<std::string> fields = reader.next_line();
         if (fields.size() == 1 && fields.front().empty()) continue;
-        if (fields.size() != 2 || (is_heading && fields.front() + ',' + fields.back() != kHeading)) {
+        if (fields.size() != 2 || (is_heading && fields.front() + ',' + fields.back() != kRemarkColumns)) {
             throw std::runtime_error(
                 path + ", line " + std::to_string(reader.line()) + ": " +
                 (is_heading ? "the heading name,remark was expected"
@@ -101,7 +101,7 @@ PickRemarks read_pick_remarks(const std::string& path)
 
 std::string pick_remarks_text(const PickRemarks& remarks)
 {
-    std::string text = std::string(kHeading) + "\r\n";
+    std::string text = std::string(kRemarkColumns) + "\r\n";
     for (const auto& [name, remark] : remarks) text += csv_quoted(name) + ',' + csv_quoted(remark) + "\r\n";
     return text;
 }

@@ -22,7 +22,7 @@ void place_record(SampleProcessing& run, std::int32_t before, std::int32_t recor
     const double share = seconds_between(times, before, record) / seconds_between(times, before, after);
     if (!(share >= 0 && share <= 1)) return; // time ran back in between
     for (const FieldSlotIndex slot : {kEast, kNorth}) {
-        RecordValues& values = run.store.channels[slot];
+        RecordValues& values = run.store.channels[static_cast<std::size_t>(slot)];
         values[record] = values[before] + (values[after] - values[before]) * share;
     }
     if (!run.plan.read_sensor_location) store_derived_locations(run, record);

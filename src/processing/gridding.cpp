@@ -243,7 +243,7 @@ Gridding make_grid(std::span<const GridPoints> points, const GridSize& size, con
 
 void write_esri_grid(const FieldGrid& grid, const std::function<void(std::string_view)>& sink)
 {
-    constexpr std::size_t kBlock = 1 << 16;
+    constexpr std::size_t kBytesAtOnce = 1 << 16;
     std::string text = "ncols " + std::to_string(grid.columns) + "\nnrows " + std::to_string(grid.rows) +
                        "\nxllcorner " + format_shortest(grid.x_min) + "\nyllcorner " +
                        format_shortest(grid.y_max - grid.rows * grid.cell) + "\ncellsize " +
@@ -261,7 +261,7 @@ void write_esri_grid(const FieldGrid& grid, const std::function<void(std::string
             }
         }
         text += '\n';
-        if (text.size() < kBlock) continue;
+        if (text.size() < kBytesAtOnce) continue;
         sink(text);
         text.clear();
     }

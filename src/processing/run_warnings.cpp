@@ -93,11 +93,15 @@ Warnings grid_warnings(const Projection& grid, const GridCoordinates& position)
     const bool is_utm = name.find("UTM zone") != std::string::npos;
     const bool other_half = is_utm && ((name.ends_with('S') && place.latitude > kAcrossTheEquator) ||
                                        (name.ends_with('N') && place.latitude < -kAcrossTheEquator));
+    // Beyond a pole the scale is right again, on the other side of the world.
+    constexpr double kPole = 10.1e6; // metres
+    const double from_equator = position.northing - (name.ends_with('S') ? 10e6 : 0);
+    const bool beyond_pole = is_utm && std::abs(from_equator) > kPole;
     const double step = place.latitude > 0 ? -kStep : kStep;
     const GridCoordinates beside = grid.to_grid({place.longitude, place.latitude + step});
     const double scale = std::hypot(beside.easting - position.easting, beside.northing - position.northing) /
                          meridian_step(place.latitude);
-    if (!other_half && !(std::abs(scale - 1) > kMostDistortion)) return {};
+    if (!other_half && !beyond_pole && !(std::abs(scale - 1) > kMostDistortion)) return {};
     return {{WarningAbout::data, name,
              "The positions lie more than 1,000 km off the survey grid " + name + ": its zone may be the wrong one"}};
 }

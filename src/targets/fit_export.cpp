@@ -19,7 +19,7 @@ std::string significant(double value)
     return format_fixed(value, std::clamp(kDigits - before_point, 0, 12));
 }
 
-std::string metres(double value)
+std::string metres_field(double value)
 {
     return is_valid_channel(value) ? format_fixed(value, 4) : "";
 }
@@ -31,7 +31,7 @@ std::string degrees(double value)
 
 std::string vertical_text(const GridVector& place, const FitSurvey& survey)
 {
-    return survey.has_heights() ? metres(survey.vertical(place.up)) : "";
+    return survey.has_heights() ? metres_field(survey.vertical(place.up)) : "";
 }
 
 constexpr const char* kPlaceColumns = "name,type,time,x,y,";
@@ -45,7 +45,7 @@ std::string place_columns_of(const std::string& name, std::int32_t type, double 
 
 std::string place_fields(const GridVector& place, const FitSurvey& survey)
 {
-    return metres(place.east) + ',' + metres(place.north) + ',' + vertical_text(place, survey);
+    return metres_field(place.east) + ',' + metres_field(place.north) + ',' + vertical_text(place, survey);
 }
 
 } // namespace
@@ -77,10 +77,11 @@ std::string fit_fields(const DipoleFit& fit, const FitSurvey& survey, const std:
     const double size = length(moment);
     std::string text = place_fields(fit.dipole.place, survey);
     for (const std::string& field :
-         {metres(fit.below_sensor), metres(fit.below_seabed), significant(size), degrees(moment_inclination(moment)),
-          degrees(moment_declination(moment)), significant(lowest_mass(size)), significant(highest_mass(size)),
-          format_fixed(fit.rms, 4), format_fixed(fit.r2, 6), std::to_string(fit.lines), std::to_string(fit.readings),
-          metres(fit.error.east), metres(fit.error.north), metres(fit.error.up), metres(fit.slant_range), flags}) {
+         {metres_field(fit.below_sensor), metres_field(fit.below_seabed), significant(size),
+          degrees(moment_inclination(moment)), degrees(moment_declination(moment)), significant(lowest_mass(size)),
+          significant(highest_mass(size)), format_fixed(fit.rms, 4), format_fixed(fit.r2, 6), std::to_string(fit.lines),
+          std::to_string(fit.readings), metres_field(fit.error.east), metres_field(fit.error.north),
+          metres_field(fit.error.up), metres_field(fit.slant_range), flags}) {
         text += ',' + field;
     }
     return text + ',' + (fit.other_place ? place_fields(*fit.other_place, survey) : ",,");

@@ -14,7 +14,7 @@ namespace {
 using Matrix = std::array<std::array<double, 3>, 3>;
 using Triple = std::array<double, 3>;
 
-double product(const std::vector<double>& a, const std::vector<double>& b)
+double inner_product_of(const std::vector<double>& a, const std::vector<double>& b)
 {
     double sum = 0;
     for (std::size_t at = 0; at < a.size(); ++at) sum += a[at] * b[at];
@@ -99,16 +99,16 @@ ProjectedFit::ProjectedFit(const FitReadings& readings, const GridVector& earth,
 {
     open_neighbours(neighbours);
     without_baselines(values_);
-    signal_ = product(values_, values_);
+    signal_ = inner_product_of(values_, values_);
 }
 
 void ProjectedFit::open_neighbours(std::span<const OpenNeighbour> neighbours)
 {
     const auto open = [this](ModelColumns& columns) {
         for (std::vector<double>& column : columns) {
-            const double before = product(column, column);
+            const double before = inner_product_of(column, column);
             without_baselines(column);
-            const double square = product(column, column);
+            const double square = inner_product_of(column, column);
             if (!(square > 1e-4 * before)) continue; // nothing but what others before it explain
             const double scale = 1 / std::sqrt(square);
             for (double& value : column) value *= scale;
@@ -128,13 +128,14 @@ void ProjectedFit::open_neighbours(std::span<const OpenNeighbour> neighbours)
 void ProjectedFit::without_baselines(std::vector<double>& column) const
 {
     baselines_.take_out(column);
-    for (const std::vector<double>& neighbour : neighbours_) take_off(column, product(neighbour, column), neighbour);
+    for (const std::vector<double>& neighbour : neighbours_)
+        take_off(column, inner_product_of(neighbour, column), neighbour);
 }
 
 // Modified Gram and Schmidt.
 void ProjectedFit::take_out_earlier(std::vector<double>& column, std::size_t earlier) const
 {
-    for (std::size_t at = 0; at < earlier; ++at) take_off(column, product(basis_[at], column), basis_[at]);
+    for (std::size_t at = 0; at < earlier; ++at) take_off(column, inner_product_of(basis_[at], column), basis_[at]);
 }
 
 FittedPlace ProjectedFit::at(const GridVector& place)
@@ -146,17 +147,17 @@ FittedPlace ProjectedFit::at(const GridVector& place)
     Triple along = {};
     for (std::size_t column = 0; column < 3; ++column) {
         std::vector<double>& values = basis_[column];
-        const double before = product(values, values);
+        const double before = inner_product_of(values, values);
         without_baselines(values);
         for (std::size_t earlier = 0; earlier < column; ++earlier) {
-            upper[earlier][column] = product(basis_[earlier], values);
+            upper[earlier][column] = inner_product_of(basis_[earlier], values);
             take_off(values, upper[earlier][column], basis_[earlier]);
         }
-        const double square = product(values, values);
+        const double square = inner_product_of(values, values);
         const bool counts = square > kExplained * before && square > 0;
         upper[column][column] = counts ? std::sqrt(square) : 0;
         for (double& value : values) value = counts ? value / upper[column][column] : 0;
-        along[column] = product(values, left_);
+        along[column] = inner_product_of(values, left_);
         take_off(left_, along[column], values);
     }
     Triple moment = {};
@@ -166,7 +167,7 @@ FittedPlace ProjectedFit::at(const GridVector& place)
         for (std::size_t column = row + 1; column < 3; ++column) rest -= upper[row][column] * moment[column];
         moment[row] = rest / upper[row][row];
     }
-    return {{place, as_vector(moment)}, product(left_, left_), false};
+    return {{place, as_vector(moment)}, inner_product_of(left_, left_), false};
 }
 
 // What one step of the search sees at the place that at() was asked for last.
@@ -180,9 +181,9 @@ ProjectedFit::Step ProjectedFit::linearised(const Dipole& dipole)
     }
     for (std::size_t row = 0; row < 3; ++row) {
         for (std::size_t column = 0; column <= row; ++column) {
-            step.normal[row][column] = step.normal[column][row] = product(change_[row], change_[column]);
+            step.normal[row][column] = step.normal[column][row] = inner_product_of(change_[row], change_[column]);
         }
-        step.gradient[row] = product(change_[row], left_);
+        step.gradient[row] = inner_product_of(change_[row], left_);
     }
     return step;
 }
@@ -278,22 +279,22 @@ GridVector ProjectedFit::background_shift(const std::array<std::array<double, 3>
             const double first = curve == 2 ? place.north : place.east;
             column[at] = first * (curve == 0 ? place.east : place.north);
         }
-        const double before = product(column, column);
+        const double before = inner_product_of(column, column);
         without_baselines(column);
         take_out_earlier(column, 3);
         for (std::size_t earlier = 0; earlier < curve; ++earlier) {
-            take_off(column, product(curves[earlier], column), curves[earlier]);
+            take_off(column, inner_product_of(curves[earlier], column), curves[earlier]);
         }
         Triple along = {};
-        for (std::size_t axis = 0; axis < 3; ++axis) along[axis] = product(change_[axis], column);
+        for (std::size_t axis = 0; axis < 3; ++axis) along[axis] = inner_product_of(change_[axis], column);
         const Triple moves = solved(lower, along);
         std::vector<double> apart = column; // from what a move of the place does
         for (std::size_t axis = 0; axis < 3; ++axis) take_off(apart, moves[axis], change_[axis]);
-        const double square = product(apart, apart);
+        const double square = inner_product_of(apart, apart);
         const bool counts = square > 1e-12 * before;
-        const double size = counts ? product(apart, left_) / square : 0;
+        const double size = counts ? inner_product_of(apart, left_) / square : 0;
         for (std::size_t axis = 0; axis < 3; ++axis) shift[axis] -= size * moves[axis];
-        const double length_of = std::sqrt(product(column, column));
+        const double length_of = std::sqrt(inner_product_of(column, column));
         for (double& value : column) value = counts ? value / length_of : 0;
     }
     return as_vector(shift);

@@ -145,7 +145,7 @@ private:
         };
         const std::optional<double> number = numeric_value(digits);
         const std::size_t point = magnitude.find('.');
-        const bool is_json = has_digit(0) && !(magnitude[0] == '0' && is_digit(1)) &&
+        const bool is_json = has_digit(0) && !(magnitude[0] == '0' && has_digit(1)) &&
                              (point == std::string_view::npos || has_digit(point + 1));
         if (!number || !is_json) refuse("a value");
         at_ = end;

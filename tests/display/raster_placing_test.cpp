@@ -31,7 +31,6 @@ LayerPlace bent(const LayerPlace& place)
 
 TEST(RasterPlacing, EveryPixelOfTheViewShowsThePixelUnderItsMiddle)
 {
-    const std::atomic<bool> go_on = false;
     for (unsigned seed = 0; seed < 60; ++seed) {
         std::mt19937 random(seed);
         const auto from_to = [&](double low, double high) {

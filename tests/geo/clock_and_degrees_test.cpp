@@ -56,7 +56,7 @@ std::string logged_definitions()
 void expect_same(const SampleProcessing& one, const SampleProcessing& other, const char* label)
 {
     ASSERT_EQ(one.store.RecordCount, other.store.RecordCount) << label;
-    ASSERT_GT(one.store.RecordCount, 300) << label;
+    ASSERT_GT(one.store.RecordCount, 150) << label;
     for (std::int32_t record = 1; record <= one.store.RecordCount; ++record) {
         EXPECT_NEAR((one.store.record_time[record] - other.store.record_time[record]) * 86400, 0, 1e-4) << label;
         for (std::size_t axis = 1; axis <= 2; ++axis) {

@@ -94,7 +94,7 @@ TEST_F(SeveralFiles, AreOneSurveyInTheOrderOfTheirTimes)
          "",
          plain,
          "1 1 20|2 1 20",
-         ""},
+         "None of 1 first lines of c.csv have a time (no time): the definitions may not fit"},
         {"overlap in time",
          {"a.csv:t,m\n1,1\n4,4\n", "b.csv:t,m\n3,3\n"},
          "",
