@@ -28,6 +28,13 @@ public:
     }
 };
 
+// The manager takes the handler for good, so that a second one for the same names would be lost.
+void close_file_system(const std::string& prefix)
+{
+    if (dynamic_cast<NoFiles*>(VSIFileManager::GetHandler((prefix + "x").c_str())) != nullptr) return;
+    VSIFileManager::InstallHandler(prefix, new NoFiles);
+}
+
 CPLHTTPResult* refuse_fetch(const char*, CSLConstList, GDALProgressFunc, void*, CPLHTTPFetchWriteFunc, void*, void*)
 {
     auto* const result = static_cast<CPLHTTPResult*>(CPLCalloc(1, sizeof(CPLHTTPResult)));
@@ -43,10 +50,9 @@ void allow_local_files_only()
     for (const char* const remote :
          {"curl", "s3", "gs", "az", "adls", "oss", "swift", "hdfs", "webhdfs", "curl_streaming", "s3_streaming",
           "gs_streaming", "az_streaming", "oss_streaming", "swift_streaming"}) {
-        // The manager takes the handler for good.
-        VSIFileManager::InstallHandler(std::string("/vsi") + remote + '/', new NoFiles);
+        close_file_system(std::string("/vsi") + remote + '/');
     }
-    VSIFileManager::InstallHandler("/vsicurl?", new NoFiles);
+    close_file_system("/vsicurl?");
     CPLHTTPSetFetchCallback(refuse_fetch, nullptr);
     OSRSetPROJEnableNetwork(FALSE);
 }
