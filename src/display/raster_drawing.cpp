@@ -69,6 +69,7 @@ void draw_raster(Picture& picture, const PixelTransform& transform, const Placed
     const double height = mesh.area.y_max - mesh.area.y_min;
 
     std::vector<MeshStep> steps;
+    steps.reserve(static_cast<std::size_t>(picture.width()));
     for (int x = 0; x < picture.width(); ++x) {
         steps.push_back(mesh_step(transform.x_min + x * metres - mesh.area.x_min, width, mesh.columns));
     }

@@ -28,7 +28,7 @@ bool is_value(std::string_view field)
         if (field == nothing) return true;
     }
     const std::size_t first = field.find_first_not_of("+-.");
-    return first != std::string_view::npos && first <= 2 && is_digit(field[first]);
+    return first <= 2 && is_digit(field[first]);
 }
 
 struct LineShape {

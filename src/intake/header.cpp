@@ -83,13 +83,17 @@ void locate_sensor(const HeaderColumns& header_columns, SurveyDefinitions& defin
 {
     SensorDefinition& sensor = definitions.sensors[number];
     const std::string title = "sensor " + std::to_string(number);
+    const std::string not_located = " was not located for " + title;
+    const auto warn = [&](const char* what, std::string name) {
+        warn_of_column(warnings, title, name.insert(0, what).append(not_located));
+    };
     sensor.column_slots.fill(-1);
     sensor.location_slots.fill(-1);
     for (std::size_t j = 1; j <= static_cast<std::size_t>(definitions.components_per_sensor); ++j) {
         const std::string& name = sensor.component_columns[j];
         sensor.column_slots[3 * j] = locate_sensor_column(header_columns, name, locations);
         if (sensor.column_slots[3 * j] < 0) {
-            warn_of_column(warnings, title, "The sensor component field " + name + " was not located for " + title);
+            warn("The sensor component field ", name);
         }
     }
     if (definitions.read_sensor_location != 1) return;
@@ -97,7 +101,7 @@ void locate_sensor(const HeaderColumns& header_columns, SurveyDefinitions& defin
         const std::string& name = sensor.coordinate_columns[axis];
         sensor.location_slots[axis] = locate_sensor_column(header_columns, name, locations);
         if (sensor.location_slots[axis] < 0) {
-            warn_of_column(warnings, title, "The sensor coordinate field " + name + " was not located for " + title);
+            warn("The sensor coordinate field ", name);
         }
     }
 }

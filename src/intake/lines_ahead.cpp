@@ -74,9 +74,8 @@ void LinesAhead::Block::convert(LineConverter& converter, const std::atomic<bool
 {
     std::size_t begin = 0;
     while (begin < bytes.size() && !stopped.load(std::memory_order_relaxed)) {
-        const void* const found = std::memchr(bytes.data() + begin, '\n', bytes.size() - begin);
         const std::size_t line_end =
-            found == nullptr ? bytes.size() : static_cast<std::size_t>(static_cast<const char*>(found) - bytes.data());
+            std::min(std::string_view(bytes.data(), bytes.size()).find('\n', begin), bytes.size());
         const bool has_return = line_end > begin && bytes[line_end - 1] == '\r';
         const std::size_t end = found == nullptr ? line_end : line_end + 1;
         add_line({.begin = begin, .length = line_end - begin - (has_return ? 1 : 0), .end = end}, converter);

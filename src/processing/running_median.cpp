@@ -52,6 +52,7 @@ double RunningMedian::median()
 void RunningMedian::grow()
 {
     std::vector<double> queue;
+    queue.reserve(static_cast<std::size_t>(size_));
     for (std::int32_t place = 0; place < size_; ++place) queue.push_back(value(place));
     const std::size_t slots = values_.empty() ? kFirstCapacity : 2 * values_.size();
     values_.resize(slots);

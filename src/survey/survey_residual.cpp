@@ -66,7 +66,7 @@ std::string take_base_station(SurveyState& survey, std::optional<BaseStation> ba
 {
     std::swap(survey.base, base);
     if (survey.processing.store.RecordCount == 0) return {};
-    const std::string refusal = calculate(survey, nullptr);
+    std::string refusal = calculate(survey, nullptr);
     if (!refusal.empty()) std::swap(survey.base, base);
     return refusal;
 }

@@ -168,6 +168,7 @@ double settle(std::vector<GroupMember>& members, const std::vector<std::size_t>&
 {
     constexpr int kMostSteps = 30;
     std::vector<GridVector> before;
+    before.reserve(set.size());
     for (const std::size_t at : set) before.push_back(members[at].fitted->dipole.place);
     if (set.size() > 1) {
         fit_jointly(members, set);
@@ -376,6 +377,7 @@ FitTask fit_task(const FitSurvey& survey, const FitPlace& place, const FieldDire
 std::vector<std::vector<std::size_t>> fit_groups(const FitSurvey& survey, const std::vector<FitPlace>& places)
 {
     std::vector<double> reach;
+    reach.reserve(places.size());
     for (const FitPlace& place : places) reach.push_back(kAltitudesOfNeighbours * altitude_near(survey, place.record));
     std::vector<bool> is_taken(places.size(), false);
     std::vector<std::vector<std::size_t>> groups;
@@ -428,6 +430,7 @@ std::vector<DipoleFit> fit_places(const FitSurvey& survey, const std::vector<Fit
     std::size_t done = 0;
     for (const std::vector<std::size_t>& group : fit_groups(survey, places)) {
         std::vector<FitTask> tasks;
+        tasks.reserve(group.size());
         for (const std::size_t place : group) tasks.push_back(fit_task(survey, places[place], field));
         std::vector<DipoleFit> fitted = fit_together(tasks, watch);
         if (fitted.empty()) return {};

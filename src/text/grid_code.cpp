@@ -29,7 +29,7 @@ std::string utm_code(std::string_view text)
 
 std::string grid_code(std::string_view survey_grid)
 {
-    const std::string utm = utm_code(survey_grid);
+    std::string utm = utm_code(survey_grid);
     if (!utm.empty()) return utm;
     std::string text(survey_grid);
     if (text.starts_with("+") && text.find("+type=crs") == std::string::npos) text += " +type=crs";
