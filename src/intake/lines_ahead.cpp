@@ -74,10 +74,9 @@ void LinesAhead::Block::convert(LineConverter& converter, const std::atomic<bool
 {
     std::size_t begin = 0;
     while (begin < bytes.size() && !stopped.load(std::memory_order_relaxed)) {
-        const std::size_t line_end =
-            std::min(std::string_view(bytes.data(), bytes.size()).find('\n', begin), bytes.size());
+        const std::size_t line_end = std::min(std::string_view(bytes).find('\n', begin), bytes.size());
         const bool has_return = line_end > begin && bytes[line_end - 1] == '\r';
-        const std::size_t end = found == nullptr ? line_end : line_end + 1;
+        const std::size_t end = std::min(line_end + 1, bytes.size());
         add_line({.begin = begin, .length = line_end - begin - (has_return ? 1 : 0), .end = end}, converter);
         begin = end;
     }

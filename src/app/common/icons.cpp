@@ -64,7 +64,7 @@ void IconSet::set(QAbstractButton& button, const QString& name)
     show_on(button, name, [&button](const QIcon& icon) { button.setIcon(icon); });
 }
 
-void IconSet::show_on(QObject& on, const QString& name, std::function<void(const QIcon&)> show)
+void IconSet::show_on(QObject& on, const QString& name, const std::function<void(const QIcon&)>& show)
 {
     const auto shown = std::find_if(shown_.begin(), shown_.end(), [&on](const Shown& s) { return s.on == &on; });
     if (shown != shown_.end()) {

@@ -37,7 +37,7 @@ private:
         QString name;
         std::function<void(const QIcon&)> show;
     };
-    void show_on(QObject& on, const QString& name, std::function<void(const QIcon&)> show);
+    void show_on(QObject& on, const QString& name, const std::function<void(const QIcon&)>& show);
 
     QWidget& window_;
     std::vector<Shown> shown_;
