@@ -36,7 +36,7 @@ QToolButton* make_button(const QString& name, const QString& text, const QString
 QString range_text(const SurveyState& survey)
 {
     const ValueRange range = shown_range(survey);
-    const QString high = to_qt(format_significant(range.high));
+    QString high = to_qt(format_significant(range.high));
     if (displayed_quantity(survey.display_settings).id == QuantityId::gradient) return high;
     return to_qt(format_significant(range.low)) + QLatin1Char(' ') + high;
 }
