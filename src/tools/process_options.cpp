@@ -170,6 +170,7 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
              options.targets.list = name;
          }},
         {"--base", text_into(options.base_file)},
+        {"--layer", [&](const std::string& name) { options.layer_files.push_back(name); }},
         {"--size", [&](const std::string& text) { take_size(options, text); }},
         {"--zoom", [&](const std::string& text) { take_zoom(options, text); }},
         {"--at", number_into<std::int32_t>(options.at_record, 1, INT32_MAX)}};

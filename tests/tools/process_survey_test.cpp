@@ -124,6 +124,20 @@ TEST(ProcessSurvey, SaysWhatItRefuses)
     EXPECT_EQ(folder.read("p.out"), "name,type,time,x,y,distance,sample\n"); // written all the same
 }
 
+TEST(ProcessSurvey, TakesEveryOptionOfItsUsage)
+{
+    const std::string usage = kProcessUsage;
+    for (std::size_t at = usage.find("\n  --"); at != std::string::npos; at = usage.find("\n  --", at + 1)) {
+        const std::string option = usage.substr(at + 3, usage.find_first_of(" ,\n", at + 3) - at - 3);
+        try {
+            const char* const arguments[] = {option.c_str(), "absent"};
+            read_process_options(arguments);
+        } catch (const UsageError& fault) {
+            EXPECT_EQ(std::string(fault.what()).find("there is no option"), std::string::npos) << fault.what();
+        }
+    }
+}
+
 TEST(ProcessSurvey, SurvivesDataFilesOfAnyBytes)
 {
     const TestFolder folder;
