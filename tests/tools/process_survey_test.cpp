@@ -126,7 +126,7 @@ TEST(ProcessSurvey, SaysWhatItRefuses)
 
 TEST(ProcessSurvey, TakesEveryOptionOfItsUsage)
 {
-    const std::string usage = kProcessUsage;
+    const std::string usage = process_usage();
     for (std::size_t at = usage.find("\n  --"); at != std::string::npos; at = usage.find("\n  --", at + 1)) {
         const std::string option = usage.substr(at + 3, usage.find_first_of(" ,\n", at + 3) - at - 3);
         try {
