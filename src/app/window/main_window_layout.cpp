@@ -8,6 +8,7 @@
 #include "app/panels/dial_panel.h"
 #include "app/panels/header_box.h"
 #include "app/panels/hint_bar.h"
+#include "app/panels/layer_panel.h"
 #include "app/panels/line_table_panel.h"
 #include "app/panels/live_panel.h"
 #include "app/panels/message_panel.h"
@@ -36,7 +37,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kLayoutVersion = 1; // of what is kept: a layout of other docks is not taken
+constexpr int kLayoutVersion = 2; // of what is kept: a layout of other docks is not taken
 
 } // namespace
 
@@ -67,9 +68,12 @@ void MainWindow::make_panels()
     panels_.run_strip = new RunStrip;
     panels_.live = new LivePanel(survey(), session_.driver, settings_, this);
     panels_.live->op().take_warnings = [this](const Warnings& warnings) { op_.show_warnings(warnings); };
-    panels_.live->op().take_message = [this](const std::string& text) {
+    panels_.live->op().keep_message = [this](const std::string& text) {
         log_message(log_, MessageKind::message, text, QDateTime::currentSecsSinceEpoch());
-        return take_message_in_live_run(text);
+    };
+    panels_.live->op().show_hint = [this](const QString& messages) {
+        panels_.hints->show_hint(QStringLiteral("message"), messages,
+                                 {tr("All messages"), [this] { docks_.show("DisplayMessages"); }});
     };
     panels_.track = new TrackPanel(view_, icons_);
     panels_.hints = new HintBar(panels_.track);
@@ -91,6 +95,7 @@ void MainWindow::make_docks()
     bars->setWidget(panels_.bars);
     bars->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
+    constexpr auto kLeft = DockPlace::Area::left;
     constexpr auto kRight = DockPlace::Area::right;
     constexpr auto kBottom = DockPlace::Area::bottom;
     docks_.add({"DisplayDials", tr("&Dials"), panels_.dials, {kRight, 150, true}, {kRight, 150, false}});
@@ -109,6 +114,9 @@ void MainWindow::make_docks()
                 new MessagePanel(log_, op_, this),
                 {kBottom, 400, false},
                 {kBottom, 400, false}});
+    // Comes up with the first layer.
+    layers_.set_dock(
+        docks_.add({"DisplayLayers", tr("Lay&ers"), layers_.make_panel(), {kLeft, 400, false}, {kLeft, 400, false}}));
     setDockNestingEnabled(true);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
 }
