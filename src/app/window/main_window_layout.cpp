@@ -27,6 +27,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStatusBar>
@@ -149,8 +150,9 @@ void MainWindow::make_toolbar()
     bar->addWidget(panels_.track->zoom_tools());
     bar->addSeparator();
     add("menu_mark_anomaly", tr("Mark"), "Command_mark_anomaly_location", "mark");
-    bar->addSeparator();
-    bar->addWidget(new QuantityBar(view_));
+    // Beside the menus, where a small screen has room for it; a desktop's own menu bar would have none.
+    menuBar()->setNativeMenuBar(false);
+    menuBar()->setCornerWidget(new QuantityBar(view_));
     icons_.set(*panels_.live->listen_button(), QStringLiteral("listen"));
     // The same picture for the same thing in the menus.
     constexpr std::pair<const char*, const char*> kMenuIcons[] = {{"menu_definitions", "definitions"},
