@@ -61,6 +61,7 @@ LoggingOperator::LoggingOperator(Operator& op, MessageLog& log, std::function<st
 // In the log before it is shown: a box may stay open for long.
 void LoggingOperator::show_message(const std::string& text)
 {
+    if (is_told && is_told(text)) return;
     log_message(log_, MessageKind::message, text, clock_());
     op_.show_message(text);
 }

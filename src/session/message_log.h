@@ -39,6 +39,9 @@ public:
     // clock: seconds since 1970-01-01 00:00:00. Everything must outlive the object.
     LoggingOperator(Operator& op, MessageLog& log, std::function<std::int64_t()> clock);
 
+    // Asked before a message; true: it has been told and is neither kept nor told again. None: all are told.
+    std::function<bool(const std::string&)> is_told;
+
     void show_message(const std::string& text) override;
     void show_warnings(const Warnings& warnings) override;
     bool ask_yes_no(const std::string& question) override { return op_.ask_yes_no(question); }
@@ -46,6 +49,10 @@ public:
     std::optional<std::string> choose_file_to_open(const FileQuestion& question) override
     {
         return op_.choose_file_to_open(question);
+    }
+    std::vector<std::string> choose_files_to_open(const FileQuestion& question) override
+    {
+        return op_.choose_files_to_open(question);
     }
     std::optional<std::string> choose_file_to_create(const FileQuestion& question) override
     {

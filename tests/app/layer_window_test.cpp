@@ -46,7 +46,9 @@ TEST_F(WindowTest, LayersLieUnderTheTrackAndLeaveNoTrace)
 
     QMimeData files; // one of a survey would be opened as such
     files.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path("a_area.geojson")))});
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(QPoint(300, 300), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &enter); // without it no drop gets anywhere
+    QDropEvent drop(QPointF(300, 300), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&window, &drop);
     EXPECT_TRUE(eventually([&] { return picture == with_layer; }));
     click("Command_remove_layer");

@@ -1,3 +1,4 @@
+#include "app/common/texts.h"
 #include "app/panels/dial_panel.h"
 #include "app/panels/live_panel.h"
 #include "tools/forward_survey.h"
@@ -204,7 +205,20 @@ TEST_F(LiveWindow, FaultsOfALiveRunAreHintsToldOnceAndWidenNothing)
     for (int time = 0; time < 50; ++time) attended.op().show_message("The picture <b>cannot</b> be drawn");
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
     EXPECT_EQ(attended.findChildren<QMessageBox*>().size(), 0);
-    EXPECT_NE(attended.findChild<QWidget*>(QStringLiteral("Hint_live")), nullptr);
+    attended.findChild<LivePanel*>()->op().show_message("A line cannot be decoded");
+    attended.findChild<LivePanel*>()->op().show_message("The picture <b>cannot</b> be drawn");
+    std::vector<std::string> logged;
+    for (const LoggedMessage& message : attended.log().messages) logged.push_back(message.text);
+    const std::vector<std::string> told = {"The picture <b>cannot</b> be drawn", "A line cannot be decoded"};
+    EXPECT_EQ(logged, told);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // of the hint before
+    QStringList hints;
+    for (const auto* label : attended.findChild<QWidget*>(QStringLiteral("Hint_message"))->findChildren<QLabel*>()) {
+        if (!label->text().isEmpty()) hints += label->text();
+    }
+    EXPECT_EQ(hints, QStringList(to_qt(told[1] + '\n' + told[0])));
+    attended.findChild<QAbstractButton*>(QStringLiteral("Command_hint_message"))->click();
+    EXPECT_TRUE(attended.findChild<QWidget*>(QStringLiteral("Dock_DisplayMessages"))->isVisible());
     attended.findChild<DialPanel*>()->show_readings({1e308, -1e308, 1e308, 1e308, 1e308, 1e308, {kNull, 1e29}});
     EXPECT_EQ(attended.findChild<QLabel*>(QStringLiteral("Dial_depth"))->text(), QStringLiteral("1.0e+308 m"));
     EXPECT_LE(attended.minimumSizeHint().width(), std::max(width, 1024));

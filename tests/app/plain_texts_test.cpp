@@ -47,12 +47,14 @@ TEST_F(PlainTexts, NoLabelAndNoTooltipTakesANameForMarkup)
     std::string file = write_survey(folder, "s", 40);
     SurveyDefinitions definitions;
     definitions.fields[kTime].name = "time";
-    definitions.fields[kEast].name = kName;
+    definitions.fields[kEast].name = "east";
+    definitions.fields[kNorth].name = "north"; // a pick needs a position
+    definitions.fields[kDepth].name = kName;
     definitions.fields[kHeading].name = "<b>gone";
     definitions.sensors[1].component_columns[1] = "<i>mag";
     folder.write("s.def", exact_definitions_text(definitions, 1));
     settings.values["RecentFiles"] = "/tmp/" + kName;
-    folder.write("s.csv", "time," + kName + ",<i>mag\n1,2,3\n5,6,7\n9,8,7\n");
+    folder.write("s.csv", "time,east,north," + kName + ",<i>mag\n1,2,3,4,5\n5,6,7,8,9\n9,8,7,6,5\n");
     window.open_file(file);
     window.press_start(StartButton::load_or_pause);
     append_pick(window.survey().picks, {kName + " 1"});

@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QToolButton>
 #include <QWheelEvent>
 
 namespace tarvo {
@@ -228,6 +229,10 @@ TEST_F(LoadedWindowTest, EveryControlHasATooltipAndFits)
     for (const QAbstractButton* const button : window.findChildren<QAbstractButton*>()) {
         if (button->isVisible() && button->text().size() > 0) {
             EXPECT_FALSE(button->toolTip().isEmpty()) << button->objectName().toStdString();
+            const auto* const tool = qobject_cast<const QToolButton*>(button);
+            if (tool != nullptr && tool->toolButtonStyle() == Qt::ToolButtonIconOnly && !tool->icon().isNull()) {
+                continue; // its text is not drawn
+            }
             EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text()))
                 << button->objectName().toStdString();
         }

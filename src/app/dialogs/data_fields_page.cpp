@@ -88,7 +88,7 @@ QLayout* DataFieldsPage::factor_rows()
 
     auto* const rows = new QFormLayout;
     add_plain_row(*rows, tr("&Coordinate scale"), coordinate_scale_);
-    add_plain_row(*rows, tr("Elevation sca&le"), elevation_scale_);
+    add_plain_row(*rows, tr("Elevation scale"), elevation_scale_);
     rows->addRow(depth_sign_);
     return rows;
 }

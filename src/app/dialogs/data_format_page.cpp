@@ -31,7 +31,7 @@ QString object_name_of(std::string_view key)
 } // namespace
 
 DataFormatPage::DataFormatPage(QWidget* parent)
-    : QWidget(parent), in_use_(new QCheckBox(tr("The file is written in a &form of its own"))), keys_(new QWidget),
+    : QWidget(parent), in_use_(new QCheckBox(tr("The file is &written in a form of its own"))), keys_(new QWidget),
       grids_(new QStringListModel(this))
 {
     setObjectName(QStringLiteral("Tab_data_format"));

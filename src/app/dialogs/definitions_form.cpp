@@ -49,7 +49,7 @@ DefinitionsForm::DefinitionsForm(SurveyState& survey, Operator& op, QWidget* par
     tabs_->addTab(data_fields_, tr("&Data fields"));
     tabs_->addTab(sensors_, tr("S&ensors"));
     data_format_ = new DataFormatPage;
-    tabs_->addTab(data_format_, tr("Data f&ormat"));
+    tabs_->addTab(data_format_, tr("Data fo&rmat"));
     auto* const halves = new QSplitter;
     halves->addWidget(tabs_);
     halves->addWidget(preview_box());

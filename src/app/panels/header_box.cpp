@@ -77,7 +77,8 @@ void HeaderBox::show_columns(const SurveyState& survey)
     columns_->setText(missing > 0 ? tr("%1 columns, %2 missing").arg(found).arg(missing) : tr("%1 columns").arg(found));
     for (const DefinedColumn& column : report) {
         const QString text = tr(column.is_found ? "%1: %2" : "Missing: %1: %2");
-        column_list_->addAction(text.arg(to_qt(column.quantity), to_qt(column.name).replace('&', QLatin1String("&&"))));
+        const QString line = text.arg(to_qt(column.quantity), to_qt(column.name));
+        column_list_->addAction(QString(line).replace('&', QLatin1String("&&")))->setToolTip(plain_tip(line));
     }
     QStringList names;
     for (const std::string& name : survey.header_columns.names()) names += to_qt(name);

@@ -201,7 +201,7 @@ void LayerPanel::fill_item(QTreeWidgetItem& item, std::size_t layer)
     const bool has_failed = entry.status == LayerStatus::failed;
     item.setFlags(Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsEnabled | Qt::ItemIsDragEnabled);
     item.setText(0, has_failed ? tr("%1: %2").arg(name, to_qt(entry.reason)) : name);
-    item.setToolTip(0, to_qt(entry.record.path) + QLatin1Char('\n') + layers_.note(layer));
+    item.setToolTip(0, plain_tip(to_qt(entry.record.path) + QLatin1Char('\n') + layers_.note(layer)));
     item.setCheckState(0, entry.record.visible ? Qt::Checked : Qt::Unchecked);
     item.setForeground(0, palette().brush(has_failed ? QPalette::Disabled : QPalette::Active, QPalette::Text));
     fill_parts(item, entry);

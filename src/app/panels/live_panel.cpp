@@ -54,12 +54,22 @@ void show_alarm(QLabel& label, bool alarmed)
 
 void LiveOperator::show_message(const std::string& text)
 {
-    if (take_message && take_message(text)) return;
-    const QString message = to_qt(text).left(kMostMessageText);
-    if (told_.contains(message)) return;
-    told_.prepend(message);
+    if (has_told(text)) return;
+    if (keep_message) keep_message(text);
+    tell(text);
+}
+
+void LiveOperator::tell(const std::string& text)
+{
+    if (has_told(text)) return;
+    told_.prepend(to_qt(text).left(kMostMessageText));
     if (told_.size() > kMostMessages) told_.removeLast();
     if (show_hint) show_hint(told_.join(QLatin1Char('\n')).left(kMostMessageText));
+}
+
+bool LiveOperator::has_told(const std::string& text) const
+{
+    return told_.contains(to_qt(text).left(kMostMessageText));
 }
 
 LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& settings, QWidget* parent)

@@ -21,15 +21,18 @@ class QPushButton;
 namespace tarvo {
 
 // The operator of a live survey: a message is a hint that waits for nobody, for a sender hangs on the reply, and is
-// shown once a run. Questions are not asked.
+// told once a run. Questions are not asked.
 class LiveOperator : public QtOperator {
 public:
     using QtOperator::QtOperator;
 
     void show_message(const std::string& text) override;
+    void tell(const std::string& text); // in the hint alone
+    bool has_told(const std::string& text) const;
     void forget_messages() { told_.clear(); } // a run begins
 
-    std::function<void(const QString&)> show_hint; // all messages of the run, the newest first
+    std::function<void(const QString&)> show_hint;        // all messages of the run, the newest first
+    std::function<void(const std::string&)> keep_message; // in a log, as it is told
 
     bool ask_yes_no(const std::string&) override { return false; }
     bool ask_before_loss(const std::string&) override { return false; }

@@ -9,7 +9,6 @@
 
 #include <QAction>
 #include <QDockWidget>
-#include <QMainWindow>
 #include <QMenu>
 #include <QShortcut>
 
@@ -17,22 +16,22 @@
 
 namespace tarvo {
 
-LayerShow::LayerShow(Session& session, SurveyView& view, Operator& op, QMainWindow& window)
+LayerShow::LayerShow(Session& session, SurveyView& view, Operator& op, QWidget& window)
     : session_(session), op_(op), window_(window), layers_(session.layers, view)
 {
     connect(&layers_, &LayerView::layer_is_elsewhere, this, &LayerShow::tell_where);
 }
 
+LayerPanel* LayerShow::make_panel()
+{
+    panel_ = new LayerPanel(layers_);
+    connect(panel_, &LayerPanel::add_wanted, this, &LayerShow::choose_file);
+    return panel_;
+}
+
 void LayerShow::make(QMenu& menu, HintBar& hints)
 {
     hints_ = &hints;
-    panel_ = new LayerPanel(layers_);
-    connect(panel_, &LayerPanel::add_wanted, this, &LayerShow::choose_file);
-    dock_ = new QDockWidget(tr("Layers"), &window_);
-    dock_->setObjectName(QStringLiteral("Dock_layers"));
-    dock_->setWidget(panel_);
-    window_.addDockWidget(Qt::LeftDockWidgetArea, dock_);
-    dock_->hide(); // until there is a first one, or it is asked for
 
     stop_key_ = new QShortcut(Qt::Key_Escape, &window_);
     connect(stop_key_, &QShortcut::activated, &layers_, &LayerView::stop_reading);
@@ -81,7 +80,7 @@ void LayerShow::add_file_entries(QMenu& menu)
         const auto& entries = layers_.entries();
         const auto shown = std::find_if(entries.begin(), entries.end(), is_its);
         QAction* const action = menu.addAction(to_qt(std::string(last_part(file))));
-        action->setToolTip(to_qt(file));
+        action->setToolTip(plain_tip(to_qt(file)));
         action->setCheckable(true);
         action->setChecked(shown != entries.end());
         const auto layer = static_cast<std::size_t>(shown - entries.begin());

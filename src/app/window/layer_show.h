@@ -4,21 +4,25 @@
 #include "session/session.h"
 
 class QDockWidget;
-class QMainWindow;
 class QMenu;
 class QShortcut;
+class QWidget;
 
 namespace tarvo {
 
 class HintBar;
 class LayerPanel;
 
-// Shows the background layers: their list in a dock of the window, their menu, and what is told of them.
+// Shows the background layers: their list, their menu, and what is told of them.
 class LayerShow : public QObject {
     Q_OBJECT
 
 public:
-    LayerShow(Session& session, SurveyView& view, Operator& op, QMainWindow& window);
+    LayerShow(Session& session, SurveyView& view, Operator& op, QWidget& window);
+
+    // The list, for a dock of the window, which is set before make().
+    LayerPanel* make_panel();
+    void set_dock(QDockWidget& dock) { dock_ = &dock; }
 
     // Once the window has its panels. menu: where the menu of layers is added.
     void make(QMenu& menu, HintBar& hints);
@@ -37,7 +41,7 @@ private:
 
     Session& session_;
     Operator& op_;
-    QMainWindow& window_;
+    QWidget& window_;
     LayerView layers_;
     HintBar* hints_ = nullptr;
     LayerPanel* panel_ = nullptr;

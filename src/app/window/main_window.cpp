@@ -41,6 +41,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     boxes_.before_box = [this] { panels_.picks->stop_moving(); };
     boxes_.take_message = [this](const std::string& text) { return take_message_in_live_run(text); };
     boxes_.take_warnings = [this](const Warnings& warnings) { take_warnings(warnings); };
+    op_.is_told = [this](const std::string& text) { return is_in_live_run() && panels_.live->op().has_told(text); };
     read_settings(survey(), settings_);
 
     make_panels();
@@ -145,10 +146,14 @@ void MainWindow::keep_settings()
 // No box opens by itself in a live run, and none while a sender waits for a reply: it would hold up what comes in.
 bool MainWindow::take_message_in_live_run(const std::string& text)
 {
-    if (!session_.driver.is_pipe_open() && !panels_.live->requests().is_handling()) return false;
-    panels_.hints->show_hint(QStringLiteral("message"), to_qt(text),
-                             {tr("All messages"), [this] { docks_.show("DisplayMessages"); }});
+    if (!is_in_live_run()) return false;
+    panels_.live->op().tell(text);
     return true;
+}
+
+bool MainWindow::is_in_live_run()
+{
+    return session_.driver.is_pipe_open() || panels_.live->requests().is_handling();
 }
 
 // Those about columns are shown together, as a run tells them.

@@ -101,6 +101,7 @@ private:
     void choose_file();
     void edit_processing_parameters();
     bool take_message_in_live_run(const std::string& text);
+    bool is_in_live_run();
     void take_warnings(const Warnings& warnings);
     void show_finished_run_hints();
     void show_range_hint();

@@ -8,6 +8,7 @@
 #include "app/panels/dial_panel.h"
 #include "app/panels/header_box.h"
 #include "app/panels/hint_bar.h"
+#include "app/panels/layer_panel.h"
 #include "app/panels/line_table_panel.h"
 #include "app/panels/live_panel.h"
 #include "app/panels/message_panel.h"
@@ -26,6 +27,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStatusBar>
@@ -36,7 +38,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kLayoutVersion = 1; // of what is kept: a layout of other docks is not taken
+constexpr int kLayoutVersion = 2; // of what is kept: a layout of other docks is not taken
 
 } // namespace
 
@@ -67,9 +69,12 @@ void MainWindow::make_panels()
     panels_.run_strip = new RunStrip;
     panels_.live = new LivePanel(survey(), session_.driver, settings_, this);
     panels_.live->op().take_warnings = [this](const Warnings& warnings) { op_.show_warnings(warnings); };
-    panels_.live->op().take_message = [this](const std::string& text) {
+    panels_.live->op().keep_message = [this](const std::string& text) {
         log_message(log_, MessageKind::message, text, QDateTime::currentSecsSinceEpoch());
-        return take_message_in_live_run(text);
+    };
+    panels_.live->op().show_hint = [this](const QString& messages) {
+        panels_.hints->show_hint(QStringLiteral("message"), messages,
+                                 {tr("All messages"), [this] { docks_.show("DisplayMessages"); }});
     };
     panels_.track = new TrackPanel(view_, icons_);
     panels_.hints = new HintBar(panels_.track);
@@ -91,6 +96,7 @@ void MainWindow::make_docks()
     bars->setWidget(panels_.bars);
     bars->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
+    constexpr auto kLeft = DockPlace::Area::left;
     constexpr auto kRight = DockPlace::Area::right;
     constexpr auto kBottom = DockPlace::Area::bottom;
     docks_.add({"DisplayDials", tr("&Dials"), panels_.dials, {kRight, 150, true}, {kRight, 150, false}});
@@ -109,6 +115,9 @@ void MainWindow::make_docks()
                 new MessagePanel(log_, op_, this),
                 {kBottom, 400, false},
                 {kBottom, 400, false}});
+    // Comes up with the first layer.
+    layers_.set_dock(
+        docks_.add({"DisplayLayers", tr("Lay&ers"), layers_.make_panel(), {kLeft, 400, false}, {kLeft, 400, false}}));
     setDockNestingEnabled(true);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
 }
@@ -141,8 +150,9 @@ void MainWindow::make_toolbar()
     bar->addWidget(panels_.track->zoom_tools());
     bar->addSeparator();
     add("menu_mark_anomaly", tr("Mark"), "Command_mark_anomaly_location", "mark");
-    bar->addSeparator();
-    bar->addWidget(new QuantityBar(view_));
+    // Beside the menus, where a small screen has room for it; a desktop's own menu bar would have none.
+    menuBar()->setNativeMenuBar(false);
+    menuBar()->setCornerWidget(new QuantityBar(view_));
     icons_.set(*panels_.live->listen_button(), QStringLiteral("listen"));
     // The same picture for the same thing in the menus.
     constexpr std::pair<const char*, const char*> kMenuIcons[] = {{"menu_definitions", "definitions"},

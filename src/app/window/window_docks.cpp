@@ -17,7 +17,12 @@ constexpr int kBottomHeight = 260;
 
 Qt::DockWidgetArea area_of(const DockPlace& place)
 {
-    return place.area == DockPlace::Area::right ? Qt::RightDockWidgetArea : Qt::BottomDockWidgetArea;
+    switch (place.area) {
+    case DockPlace::Area::left: return Qt::LeftDockWidgetArea;
+    case DockPlace::Area::bottom: return Qt::BottomDockWidgetArea;
+    case DockPlace::Area::right: break;
+    }
+    return Qt::RightDockWidgetArea;
 }
 
 } // namespace
@@ -46,11 +51,14 @@ void WindowDocks::add_actions(WindowActions& actions, QMenu& menu)
 void WindowDocks::arrange(ReadyLayout layout)
 {
     for (const Added& added : added_) window_.removeDockWidget(added.dock);
+    DockRow left;
     DockRow right;
     DockRow bottom;
     for (const Added& added : added_) {
         const DockPlace& place = layout == ReadyLayout::survey_watch ? added.entry.watch : added.entry.interpretation;
-        DockRow& row = place.area == DockPlace::Area::right ? right : bottom;
+        DockRow& row = place.area == DockPlace::Area::left    ? left
+                       : place.area == DockPlace::Area::right ? right
+                                                              : bottom;
         added.dock->setFloating(false);
         window_.addDockWidget(area_of(place), added.dock);
         added.dock->setVisible(place.is_shown);
@@ -62,6 +70,7 @@ void WindowDocks::arrange(ReadyLayout layout)
             row.lengths.append(place.length);
         }
     }
+    resize(left, Qt::Vertical, kSideWidth);
     resize(right, Qt::Vertical, kSideWidth);
     resize(bottom, Qt::Horizontal, kBottomHeight);
 }

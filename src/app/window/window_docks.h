@@ -22,7 +22,7 @@ enum class ReadyLayout {
 
 // Where a dock stands in a ready layout.
 struct DockPlace {
-    enum class Area { right, bottom };
+    enum class Area { left, right, bottom };
 
     Area area = Area::right;
     int length = 100;      // pixels of the area's height (of its width, at the bottom)
