@@ -64,17 +64,23 @@ TEST(DipoleFit, TooFewReadingsGiveASentence)
 {
     struct Case {
         const char* label;
-        MadeUpLines lines;
-        std::string refusal;
+        int lines;
+        double reach;
+        const char* refusal;
     };
     const Case cases[] = {
-        {"none", {.across = {}}, "There is no valid reading near the pick."},
-        {"29 readings", {.across = {0}, .reach = 3.5}, "Only 29 readings lie near the pick: a fit needs 30."},
-        {"a track of 7 m at an altitude of 5 m",
-         {.across = {-6, 6}, .reach = 3.5},
-         "Only 7.0 m of track lie near the pick: a fit needs 7.5 m."},
-        {"8 m", {.across = {-6, 6}, .reach = 4}, ""}};
-    for (const Case& c : cases) EXPECT_EQ(fit_of(task_over({kSource}, c.lines)).refusal, c.refusal) << c.label;
+        {"none", 0, 15, "There is no valid reading near the pick."},
+        {"29 readings", 1, 3.5, "Only 29 readings lie near the pick: a fit needs 30."},
+        {"a track of 7 m at an altitude of 5 m", 2, 3.5, "Only 7.0 m of track lie near the pick: a fit needs 7.5 m."},
+        {"8 m", 2, 4, ""}};
+    for (const Case& c : cases) {
+        MadeUpLines lines;
+        lines.reach = c.reach;
+        lines.across.clear();
+        if (c.lines == 1) lines.across = {0};
+        if (c.lines == 2) lines.across = {-6, 6};
+        EXPECT_EQ(fit_of(task_over({kSource}, lines)).refusal, c.refusal) << c.label;
+    }
 }
 
 TEST(DipoleFit, SaysWhatIsDoubtful)
