@@ -175,7 +175,7 @@ TEST_F(LiveWindow, HintsOfAFileDoNotOutliveIt)
     EXPECT_TRUE(run().pipe_logging_active);
 }
 
-TEST_F(LiveWindow, AnswersWhileTheDiskHasNotTakenTheRecordingAndWaitsWithAWayOut)
+TEST_F(LiveWindow, AnswersWhileTheDiskStandsStill)
 {
     make_runtime_folder();
     press();
