@@ -3,21 +3,11 @@
 #include "picks/pick_times.h"
 #include "processing/fixed_time.h"
 #include "text/numbers.h"
+#include "text/quoted.h"
 
 namespace tarvo {
 
 namespace {
-
-std::string csv_quoted(const std::string& text)
-{
-    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-    std::string quoted = "\"";
-    for (const char c : text) {
-        if (c == '"') quoted += '"';
-        quoted += c;
-    }
-    return quoted + '"';
-}
 
 std::string number_or(double value, const char* when_null)
 {

@@ -61,7 +61,7 @@ std::string markup_character(std::string_view character)
     case '\'': return "&#39;";
     case '\t':
     case '\n':
-    case '\r': return std::string(1, c);
+    case '\r': return "&#" + std::to_string(static_cast<int>(c)) + ';'; // else an attribute reads a blank
     default: return static_cast<unsigned char>(c) < 0x20 ? std::string(kReplacement) : std::string(character);
     }
 }
