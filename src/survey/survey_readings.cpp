@@ -1,5 +1,6 @@
 #include "survey/survey_readings.h"
 
+#include "picks/pick_placing.h"
 #include "processing/fixed_time.h"
 #include "survey/line_table.h"
 #include "text/civil_date.h"
@@ -208,6 +209,16 @@ std::string out_of_world_hint(const SampleStore& store)
     if (text.empty()) return text;
     return "Values out of this world take no part in what is shown: " + text + " of " +
            grouped_digits(std::to_string(store.RecordCount)) + " samples";
+}
+
+std::string far_picks_hint(const SurveyState& survey)
+{
+    const double tolerance = survey.pick_settings.PickTolerance;
+    const std::int32_t far = picks_beyond(survey.picks, track_table(survey.processing.store), tolerance);
+    if (far == 0) return {};
+    return std::to_string(far) + " of " + std::to_string(survey.picks.number_of_picks) + " picks lie more than " +
+           format_significant(tolerance) +
+           " m from the track: a dashed ring stands where each was marked. Was the survey loaded to its end?";
 }
 
 std::string averaging_hint(const SampleProcessing& run)

@@ -46,6 +46,9 @@ std::string out_of_world_hint(const SampleStore& store);
 // How many lines went into no average, said to the operator with the remedy in mind; empty when none was left out.
 std::string averaging_hint(const SampleProcessing& run);
 
+// How many picks lie beside the track, and how they are shown; empty when none does.
+std::string far_picks_hint(const SurveyState& survey);
+
 // Which survey lines have too large gradients for want of positions at their ends; empty when none has, or when the
 // spacing is counted over the positions.
 std::string spacing_hint(const SurveyState& survey);

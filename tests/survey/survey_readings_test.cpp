@@ -99,6 +99,27 @@ TEST(SurveyReadings, WithoutATimeColumnThereIsNeitherTimeNorSpeed)
     }
 }
 
+TEST(SurveyReadings, PicksBesideTheTrackAreCounted)
+{
+    const TestFolder folder;
+    std::string data = "time,east,north,mag\n";
+    for (int line = 1; line <= 40; ++line) data += std::to_string(2 * line) + ",100,200,50000\n";
+    SurveyDefinitions definitions;
+    for (const int slot : {kTime, kEast, kNorth}) {
+        definitions.fields[static_cast<std::size_t>(slot)].name = field_slot(slot).name;
+    }
+    definitions.sensors[1].component_columns[1] = "mag";
+    FakeOperator op;
+    write_definitions(folder.path("bay.def"), definitions, 1, op);
+    CoreLoad load(folder.write("bay.csv", data));
+    SurveyState& survey = load.session.survey;
+    append_pick(survey.picks, {.name = "near", .sample_index = 5, .location = {0, 110, 200, 0}});
+    EXPECT_EQ(far_picks_hint(survey), "");
+    append_pick(survey.picks, {.name = "far", .sample_index = 5, .location = {0, 110.1, 200, 0}});
+    EXPECT_EQ(far_picks_hint(survey), "1 of 2 picks lie more than 10 m from the track: a dashed ring stands where each "
+                                      "was marked. Was the survey loaded to its end?");
+}
+
 TEST(SurveyReadings, DigitsAreGroupedForPeople)
 {
     const std::pair<const char*, const char*> cases[] = {{"0", "0"},           {"999", "999"},

@@ -183,6 +183,7 @@ void MainWindow::show_finished_run_hints()
                              correction(tr("Average every line"), &ProcessingParameters::CarryClosingSample));
     panels_.hints->show_hint(QStringLiteral("spacing"), to_qt(spacing_hint(survey())),
                              correction(tr("Count over positions"), &ProcessingParameters::SpacingOverFixes));
+    panels_.hints->show_hint(QStringLiteral("far_picks"), to_qt(far_picks_hint(survey())));
     panels_.hints->show_hint(QStringLiteral("world"), to_qt(out_of_world_hint(survey().processing.store)));
     show_range_hint();
 }
