@@ -40,7 +40,18 @@ Vector earth_field(double strength)
 }
 
 // Slow oscillations of the fish and the seabed; each has its phase in phases_.
-enum Oscillation { kWander, kFastWander, kYaw, kPitch, kFastPitch, kRoll, kHeave, kBottomAlong, kBottomAcross, kCount };
+enum Oscillation {
+    kWander,
+    kFastWander,
+    kYawing,
+    kPitching,
+    kFastPitching,
+    kRolling,
+    kHeave,
+    kBottomAlong,
+    kBottomAcross,
+    kCount
+};
 
 double turn_length()
 {
@@ -204,9 +215,9 @@ Fish Survey::fish_at(double seconds) const
 
     fish.survey_line = place.survey_line;
     fish.position = grid_position(place.along, place.across, -(kFishDepth + 0.25 * swing(kHeave, 41)));
-    fish.attitude.heading = kLineDirection + 180 * place.turned + 2.5 * swing(kYaw, 17);
-    fish.attitude.pitch = 1.5 + 1.2 * swing(kPitch, 23) + 0.4 * swing(kFastPitch, 6.5);
-    fish.attitude.roll = 3.0 * swing(kRoll, 9);
+    fish.attitude.heading = kLineDirection + 180 * place.turned + 2.5 * swing(kYawing, 17);
+    fish.attitude.pitch = 1.5 + 1.2 * swing(kPitching, 23) + 0.4 * swing(kFastPitching, 6.5);
+    fish.attitude.roll = 3.0 * swing(kRolling, 9);
     fish.bottom = bottom_depth(place.along, place.across);
     return fish;
 }
