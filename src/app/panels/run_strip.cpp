@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QProgressBar>
 
+#include <cmath>
+
 namespace tarvo {
 
 namespace {
@@ -44,6 +46,9 @@ RunStrip::RunStrip(QWidget* parent) : QWidget(parent), progress_(new QProgressBa
         add_counter(*row, QStringLiteral("Text_num_not_averaged"), tr("not averaged"),
                     tr("Lines not averaged: valid ones that closed a bin and went into none, see Corrections "
                        "in the processing parameters"));
+    short_lines_ = add_counter(*row, QStringLiteral("Text_num_short_lines"), {},
+                               tr("Survey lines that were dropped, for they have too few samples: see Minimum line "
+                                  "records in the processing parameters"));
     line_ = add_counter(*row, QStringLiteral("Text_current_line"), {}, tr("The current survey line"));
     show_counters({});
 }
@@ -76,6 +81,8 @@ void RunStrip::show_numbers(const RunCounters& counters)
     samples_->setText(count_text(counters.samples_stored));
     rejected_->setText(count_text(counters.lines_rejected));
     not_averaged_->setText(count_text(counters.lines_not_averaged));
+    short_lines_->setVisible(counters.short_lines_dropped > 0);
+    short_lines_->setText(tr("%1 short lines dropped").arg(count_text(counters.short_lines_dropped)));
     const bool has_line = is_valid_channel(counters.current_line_number);
     line_->setText(
         tr("line %1").arg(has_line ? to_qt(format_fixed(counters.current_line_number, 0)) : QStringLiteral("\u2013")));
@@ -84,6 +91,11 @@ void RunStrip::show_numbers(const RunCounters& counters)
 void RunStrip::show_counters(const RunCounters& counters)
 {
     show_numbers(counters);
+    if (!counters.finishing.empty()) {
+        progress_->setValue(static_cast<int>(counters.finished * kProgressSteps));
+        progress_->setFormat(to_qt(counters.finishing) + QStringLiteral("..."));
+        return;
+    }
     const double share = counters.file_length > 0 ? static_cast<double>(counters.characters_consumed) /
                                                         static_cast<double>(counters.file_length)
                                                   : 0.0;
@@ -97,7 +109,14 @@ void RunStrip::show_counters(const RunCounters& counters)
 void RunStrip::show_totals(const RunCounters& totals)
 {
     show_numbers(totals);
-    progress_->setFormat(tr("finished"));
+    if (totals.stopped_at && *totals.stopped_at >= 1) {
+        progress_->setFormat(tr("stopped while computing"));
+    } else if (totals.stopped_at) {
+        progress_->setValue(static_cast<int>(*totals.stopped_at * kProgressSteps));
+        progress_->setFormat(tr("stopped at %1%").arg(std::floor(*totals.stopped_at * 100)));
+    } else {
+        progress_->setFormat(tr("finished"));
+    }
 }
 
 } // namespace tarvo
