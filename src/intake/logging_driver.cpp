@@ -474,7 +474,8 @@ int LoggingDriver::terminate_data_logging()
         survey_.ground = {};
         stopped_at_ = stopped_at_.value_or(1);
         op_.show_warnings({{WarningAbout::data, std::string(finishing_step_),
-                            "Stopped before they were all computed: load the file again for them"}});
+                            "Gradients, residual and grid are incomplete, for the run was stopped while they were "
+                            "computed: load the file again for them"}});
         status = 0;
     }
     begin_step("Building the index", 0.8);

@@ -186,7 +186,7 @@ void MainWindow::make_strip()
     auto* const state = new QHBoxLayout;
     state->setSpacing(8);
     state->addWidget(panels_.header, 1);
-    state->addWidget(panels_.run_strip, 1);
+    state->addWidget(panels_.run_strip, 3);
     state->addWidget(panels_.live->status_label());
     state->addWidget(panels_.live->recording_label());
     auto* const strip = new QWidget;
