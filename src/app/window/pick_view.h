@@ -47,6 +47,7 @@ private:
     void connect_track();
     void show_marking();
     void show_moving();
+    void show_leftover_file();
 
     Session& session_;
     SurveyView& view_;
