@@ -76,7 +76,9 @@ void MainWindow::make_menus()
     make_pick_menu();
     make_view_menu();
     actions_.add_menu("menu_help", tr("&Help"),
-                      {{"menu_shortcuts", tr("&Keyboard and mouse"), "F1", Needs::nothing,
+                      {{"menu_guide", tr("&Guide"), "F1", Needs::nothing, [this] { guide_.show(); },
+                        tr("The guide's page about what has the keyboard")},
+                       {"menu_shortcuts", tr("&Keyboard and mouse"), "Shift+F1", Needs::nothing,
                         [this] { show_shortcuts_page(actions_.shortcuts(), this); }, tr("This page")},
                        {"menu_about", tr("&About Tarvo"), "", Needs::nothing, [this] { show_about_box(this); }}});
 }
