@@ -74,6 +74,7 @@ void MainWindow::make_menus()
                        {"menu_stop", tr("&Stop"), "Esc", Needs::file_run,
                         [this] { press_start(StartButton::replay_or_stop); }, tr("Stop the run, halt the play")}});
     make_pick_menu();
+    targets_.add_actions(actions_);
     make_view_menu();
     actions_.add_menu("menu_help", tr("&Help"),
                       {{"menu_shortcuts", tr("&Keyboard and mouse"), "F1", Needs::nothing,
@@ -239,6 +240,7 @@ void MainWindow::add_recent_files(QMenu& menu)
 
 void MainWindow::note_opened_files(const std::vector<std::string>& chosen)
 {
+    targets_.forget_survey();
     QStringList paths;
     for (const std::string& name : chosen) paths.append(QFileInfo(to_qt(name)).absoluteFilePath());
     const QString path = paths.join(kBetweenFiles);
