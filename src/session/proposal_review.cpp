@@ -25,7 +25,7 @@ std::string judgement_text(const ReviewedProposal& reviewed)
 
 std::vector<std::string> review_captions()
 {
-    return {"", "Peak, nT", "R2", "Fit", "Judged"};
+    return {"", "Judged", "Peak, nT", "R2", "Fit"};
 }
 
 std::vector<std::string> review_row(const ReviewedProposal& reviewed)
@@ -34,8 +34,8 @@ std::vector<std::string> review_row(const ReviewedProposal& reviewed)
     const DipoleFit& fit = proposal.fit;
     std::string kind = proposal.is_dipole ? fit_summary(fit) : "no dipole";
     if (proposal.is_line_end) kind += ", line end";
-    return {std::to_string(reviewed.number), format_fixed(proposal.peak, 1),
-            fit.is_fitted() ? format_fixed(fit.r2, 3) : "", kind, judgement_text(reviewed)};
+    return {std::to_string(reviewed.number), judgement_text(reviewed), format_fixed(proposal.peak, 1),
+            fit.is_fitted() ? format_fixed(fit.r2, 3) : "", kind};
 }
 
 ProposalReview::ProposalReview(const SurveyState& survey, PickWorkflow& picks) : survey_(survey), picks_(picks) {}
