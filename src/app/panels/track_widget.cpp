@@ -71,12 +71,19 @@ void TrackWidget::paintEvent(QPaintEvent*)
     QImage picture = image_over(image.picture);
     picture.setDevicePixelRatio(devicePixelRatioF());
     painter.drawImage(0, 0, picture);
+    if (fit_) draw_fit_mark(painter, *fit_, active_transform(image), devicePixelRatioF());
     draw_track_lettering(painter, rect(), devicePixelRatioF(), view_.survey());
     draw_outlined(painter, rect().adjusted(0, 0, 0, -kNoteMargin), Qt::AlignHCenter | Qt::AlignBottom,
                   view_.planned_line_text(), Qt::white);
     if (!shows_focus_ || !hasFocus()) return;
     painter.setPen(palette().color(QPalette::Highlight));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+void TrackWidget::show_fit(const std::optional<FitMark>& mark)
+{
+    fit_ = mark;
+    update();
 }
 
 // A click shows where it went; who comes by the Tab key is to see that the keys are the track's now.

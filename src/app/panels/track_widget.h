@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/panels/fit_mark.h"
 #include "app/panels/survey_view.h"
 
 #include <QPoint>
@@ -23,6 +24,8 @@ public:
         std::int32_t record = 0;
     };
     Pointed pointed_at(const QPoint& position) const;
+
+    void show_fit(const std::optional<FitMark>& mark); // over the track; nullopt: none
 
     QSize sizeHint() const override { return {900, 560}; }
     QSize minimumSizeHint() const override { return {240, 160}; }
@@ -50,6 +53,7 @@ private:
     QPoint device_pixel(const QPointF& position) const;
 
     SurveyView& view_;
+    std::optional<FitMark> fit_;
     std::optional<QPoint> pressed_at_; // device pixels; while the left button is down
     QPoint dragged_to_;
     bool dragging_ = false;

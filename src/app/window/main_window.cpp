@@ -32,7 +32,8 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
       op_(op != nullptr ? *op : boxes_, log_, [] { return QDateTime::currentSecsSinceEpoch(); }),
       run_view_(session_, view_, panels_), pick_view_(session_, view_, op_, panels_, *this),
       session_(op_, run_view_, pick_view_, *this), view_(session_.survey, op_), actions_(*this), docks_(*this),
-      icons_(*this), survey_tools_(*this, session_, view_, op_), layers_(session_, view_, op_, *this), guide_(op_)
+      icons_(*this), survey_tools_(*this, session_, view_, op_), layers_(session_, view_, op_, *this), guide_(op_),
+      targets_(*this, session_, view_, op_, panels_)
 {
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));

@@ -9,6 +9,7 @@
 #include "app/window/pick_view.h"
 #include "app/window/run_view.h"
 #include "app/window/survey_tools.h"
+#include "app/window/target_show.h"
 #include "app/window/window_actions.h"
 #include "app/window/window_docks.h"
 #include "app/window/window_panels.h"
@@ -129,6 +130,7 @@ private:
     SurveyTools survey_tools_;
     LayerShow layers_;
     Guide guide_;
+    TargetShow targets_;
     ColourSchemes colours_;
     ColourScheme day_colours_ = ColourScheme::system; // those that the night's give way to
 

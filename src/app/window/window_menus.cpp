@@ -74,6 +74,7 @@ void MainWindow::make_menus()
                        {"menu_stop", tr("&Stop"), "Esc", Needs::file_run,
                         [this] { press_start(StartButton::replay_or_stop); }, tr("Stop the run, halt the play")}});
     make_pick_menu();
+    targets_.add_actions(actions_);
     make_view_menu();
     actions_.add_menu("menu_help", tr("&Help"),
                       {{"menu_guide", tr("&Guide"), "F1", Needs::nothing, [this] { guide_.show(); },
@@ -241,6 +242,7 @@ void MainWindow::add_recent_files(QMenu& menu)
 
 void MainWindow::note_opened_files(const std::vector<std::string>& chosen)
 {
+    targets_.forget_survey();
     QStringList paths;
     for (const std::string& name : chosen) paths.append(QFileInfo(to_qt(name)).absoluteFilePath());
     const QString path = paths.join(kBetweenFiles);
