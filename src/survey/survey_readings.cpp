@@ -168,7 +168,7 @@ std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, dou
 std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel, double reach)
 {
     const TrackImage& image = survey.track_image;
-    if (image.followed.is_shown) return followed_record_at(image.followed, pixel, reach);
+    if (image.mode == TrackMode::scroll) return scrolled_record_at(image.scrolled, pixel, reach);
     const PixelTransform transform = active_transform(image);
     const GridPlace place = place_of_pixel(image, pixel.x, pixel.y);
     const double metres = reach / (transform.scale * transform.zoom);

@@ -21,14 +21,15 @@ public:
     const SurveyState& survey() const { return survey_; }
     Operator& op() { return op_; }
 
-    // The track image.
-    void resize_track(int width, int height);
+    // The track image. symbol_scale: the screen's pixels for each of a common screen's.
+    void resize_track(int width, int height, int symbol_scale);
     void change_zoom(const QString& text);
     void choose_zoom(const QString& text, int zoom_option);
     void zoom_about(int x, int y, double factor);
     void drag(int right, int down);
     void show_whole();
     void follow();
+    void scroll();
     void show_records(std::int32_t first, std::int32_t last); // filling the picture
 
     // A place of the survey grid, enlarged, wherever the track is.

@@ -18,9 +18,9 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kPointingReach = 20; // device pixels around the pointer
+constexpr int kPointingReach = 20; // around the pointer, in pixels of a common screen
 constexpr int kNoteMargin = 10;
-constexpr int kPickReach = 7; // a ring and a little
+constexpr int kPickReach = 7; // a ring and a little, in pixels of a common screen
 
 // The core's pixels where they are.
 QImage image_over(const Picture& picture)
@@ -92,7 +92,8 @@ void TrackWidget::focusInEvent(QFocusEvent* event)
 void TrackWidget::resizeEvent(QResizeEvent*)
 {
     const QSizeF pixels = QSizeF(size()) * devicePixelRatioF();
-    view_.resize_track(static_cast<int>(std::ceil(pixels.width())), static_cast<int>(std::ceil(pixels.height())));
+    view_.resize_track(static_cast<int>(std::ceil(pixels.width())), static_cast<int>(std::ceil(pixels.height())),
+                       std::max(1, qRound(devicePixelRatioF())));
 }
 
 void TrackWidget::wheelEvent(QWheelEvent* event)
@@ -132,7 +133,8 @@ void TrackWidget::mouseReleaseEvent(QMouseEvent* event)
     pressed_at_.reset();
     if (dragging_) return;
     const QPoint pixel = device_pixel(event->position());
-    const std::int32_t pick = pick_at_pixel(view_.survey().track_image.pick_labels, pixel.x(), pixel.y(), kPickReach);
+    const TrackImage& image = view_.survey().track_image;
+    const std::int32_t pick = pick_at_pixel(image.pick_labels, pixel.x(), pixel.y(), kPickReach * image.symbol_scale);
     clicked_a_pick_ = pick > 0;
     if (clicked_a_pick_) {
         emit pick_clicked(pick);

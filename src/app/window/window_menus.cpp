@@ -134,7 +134,11 @@ void MainWindow::make_view_menu()
     QMenu& menu =
         actions_.add_menu("menu_view", tr("&View"),
                           {{"menu_whole_track", tr("&Whole track"), "Ctrl+0", Needs::nothing,
-                            [this] { view_.choose_zoom(QStringLiteral("100%"), 0); }, tr("Show the whole track")},
+                            [this] { panels_.track->show_whole(); }, tr("Show the whole track")},
+                           {"menu_follow_track", tr("F&ollow the newest sample"), "Ctrl+1", Needs::samples,
+                            [this] { view_.follow(); }, tr("Follow the newest sample, true to scale")},
+                           {"menu_scroll_track", tr("S&croll under the newest sample"), "Ctrl+2", Needs::samples,
+                            [this] { view_.scroll(); }, tr("Scroll under the newest sample, a pixel to the metre")},
                            {"menu_play", tr("&Play along the track"), "Ctrl+P", Needs::nothing,
                             [this] { panels_.track->toggle_playing(); }, tr("Play along the track, halt")},
                            {"menu_fit_range", tr("&Fit the colour range"), "Ctrl+F", Needs::nothing,
