@@ -29,6 +29,9 @@ struct DisplaySettings {
     std::string signed_colour_map = "blue-white-red"; // of quantities with two signs
     std::array<QuantityRange, kQuantityCount> ranges; // by quantity; the gradient's is above
 
+    bool lettered_pictures =
+        true; // names, scale bar, legend and the like in pictures of the track that leave the window
+
     bool show_grid = false;      // the displayed quantity lies on square cells under the track
     double grid_cell = 0;        // metres; 0: one that suits the survey
     double grid_fill_radius = 0; // metres; 0: five cells

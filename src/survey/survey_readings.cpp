@@ -2,8 +2,10 @@
 
 #include "picks/pick_placing.h"
 #include "processing/fixed_time.h"
+#include "survey/displayed_quantity.h"
 #include "survey/line_table.h"
 #include "text/civil_date.h"
+#include "text/file_names.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -142,6 +144,16 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
         text += sensor_text(store, sensor, record);
     }
     return text;
+}
+
+std::string track_caption(const SurveyState& survey)
+{
+    const TrackTable track = track_table(survey.processing.store);
+    std::string text(survey.data_file_name.empty() ? "Live survey" : last_part(survey.data_file_name));
+    if (track.count > 0 && survey.processing.plan.has_time) {
+        text += "   " + date_time_text(track.time[1]) + " to " + date_time_text(track.time[track.count]);
+    }
+    return text + "   " + displayed_quantity(survey.display_settings).caption;
 }
 
 std::string line_name(double number)

@@ -13,6 +13,15 @@
 namespace tarvo {
 namespace {
 
+TEST(PointMarks, GrowWithTheScreen)
+{
+    // Squares of 3, 5 and 7 pixels at 1, 2 and 3 pixels for one; an even side is not to be had.
+    const int half_sizes[][3] = {{1, 2, 3}, {3, 5, 7}, {4, 7, 10}};
+    for (int scale = 1; scale <= 3; ++scale) {
+        for (int size = 1; size <= 3; ++size) EXPECT_EQ(mark_half_size(size, scale), half_sizes[scale - 1][size - 1]);
+    }
+}
+
 TEST(TickStep, IsTruncatedToWholeSamples)
 {
     struct Case {

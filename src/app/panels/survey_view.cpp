@@ -5,6 +5,7 @@
 #include "session/settings_table.h"
 #include "survey/displayed_quantity.h"
 #include "survey/ground_grid.h"
+#include "survey/survey_readings.h"
 
 namespace tarvo {
 
@@ -158,6 +159,20 @@ SectionLimits SurveyView::current_section()
 {
     const DisplaySettings& settings = survey_.display_settings;
     return calculate_section_limits(scene().track, survey_.track_image.current_record, settings.track_axis_length, op_);
+}
+
+QString SurveyView::record_readout(std::int32_t record)
+{
+    const TrackTable track = scene().track;
+    if (record < 1 || record > track.count) return {};
+    const std::string degrees = position_texts({track.easting[record], track.northing[record]}).decimal_degrees;
+    return to_qt(record_text(survey_, record) + (degrees.empty() ? "" : "   " + degrees));
+}
+
+QString SurveyView::place_readout(const GridPlace& place)
+{
+    const std::string degrees = position_texts(place).decimal_degrees;
+    return to_qt(place_text(place) + (degrees.empty() ? "" : "   " + degrees));
 }
 
 void SurveyView::set_running(bool running)

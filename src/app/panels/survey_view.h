@@ -2,6 +2,7 @@
 
 #include "display/profile_window.h"
 #include "display/track_navigation.h"
+#include "survey/position_readout.h"
 #include "survey/survey_state.h"
 
 #include <QObject>
@@ -57,6 +58,11 @@ public:
     // One of the display settings by its key, as the operator typed it. A refused text changes nothing.
     void change_display_setting(const std::string& key, const QString& text);
 
+    // What the status bar says of a record or another place, with longitude and latitude where they are known.
+    QString record_readout(std::int32_t record);
+    QString place_readout(const GridPlace& place);
+    PositionTexts position_texts(const GridPlace& place) { return readout_.texts(survey_, place); }
+
     // While a run goes on, bars and graphs end at the newest record; else they are about the current one.
     void set_running(bool running);
     bool is_running() const { return running_; }
@@ -92,6 +98,7 @@ private:
     Operator& op_;
     bool running_ = false;
     QString planned_line_text_;
+    PositionReadout readout_;
 };
 
 } // namespace tarvo

@@ -71,12 +71,33 @@ void TrackWidget::paintEvent(QPaintEvent*)
     QImage picture = image_over(image.picture);
     picture.setDevicePixelRatio(devicePixelRatioF());
     painter.drawImage(0, 0, picture);
-    draw_track_lettering(painter, rect(), devicePixelRatioF(), view_.survey());
-    draw_outlined(painter, rect().adjusted(0, 0, 0, -kNoteMargin), Qt::AlignHCenter | Qt::AlignBottom,
-                  view_.planned_line_text(), Qt::white);
+    draw_lettering(painter);
     if (!shows_focus_ || !hasFocus()) return;
     painter.setPen(palette().color(QPalette::Highlight));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+void TrackWidget::draw_lettering(QPainter& painter) const
+{
+    const QColor ink = lettering_colour(palette());
+    draw_track_lettering(painter, rect(), devicePixelRatioF(), view_.survey(), ink);
+    draw_outlined(painter, rect().adjusted(0, 0, 0, -kNoteMargin), Qt::AlignHCenter | Qt::AlignBottom,
+                  view_.planned_line_text(), ink);
+}
+
+QImage TrackWidget::picture() const
+{
+    const SurveyState& survey = view_.survey();
+    QImage picture = image_over(survey.track_image.picture).copy();
+    if (!survey.display_settings.lettered_pictures) return picture;
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    QPainter painter(&picture);
+    painter.setFont(font());
+    draw_lettering(painter);
+    draw_track_caption(painter, rect(), survey, lettering_colour(palette()));
+    painter.end();
+    picture.setDevicePixelRatio(1);
+    return picture;
 }
 
 // A click shows where it went; who comes by the Tab key is to see that the keys are the track's now.
@@ -124,7 +145,7 @@ void TrackWidget::mouseMoveEvent(QMouseEvent* event)
         return;
     }
     const Pointed at = pointed_at(event->pos());
-    emit pointed(to_qt(at.record > 0 ? record_text(view_.survey(), at.record) : place_text(at.place)));
+    emit pointed(at.record > 0 ? view_.record_readout(at.record) : view_.place_readout(at.place));
 }
 
 void TrackWidget::mouseReleaseEvent(QMouseEvent* event)
@@ -152,7 +173,7 @@ void TrackWidget::mouseDoubleClickEvent(QMouseEvent* event)
 
 void TrackWidget::contextMenuEvent(QContextMenuEvent* event)
 {
-    emit menu_wanted(pointed_at(event->pos()).record, event->globalPos());
+    emit menu_wanted(pointed_at(event->pos()), event->globalPos());
 }
 
 void TrackWidget::leaveEvent(QEvent*)

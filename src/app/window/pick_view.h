@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/panels/survey_view.h"
+#include "app/panels/track_widget.h"
 #include "app/window/window_actions.h"
 #include "app/window/window_panels.h"
 #include "picks/pick_display.h"
@@ -45,6 +46,7 @@ public:
 private:
     IndexedTrack ground() const { return indexed_track(session_.survey); }
     void connect_track();
+    void fill_position_menu(QMenu& menu, const TrackWidget::Pointed& at);
     void show_marking();
     void show_moving();
 
