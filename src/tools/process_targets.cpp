@@ -1,12 +1,12 @@
 #include "tools/process_targets.h"
 
-#include "geo/proj_projections.h"
 #include "survey/survey_targets.h"
 #include "targets/fit_export.h"
 #include "targets/group_fit.h"
 #include "targets/proposals.h"
 #include "targets/target_list.h"
 #include "text/replace_file.h"
+#include "tools/common/projections_module.h"
 
 #include <algorithm>
 #include <exception>
@@ -59,7 +59,7 @@ bool write_targets(const SurveyState& survey, const TargetFiles& files, Operator
 {
     if (!wants_targets(files)) return true;
     std::string fault;
-    const std::unique_ptr<Projection> grid = survey_grid(survey.survey_definitions, ProjProjections(), fault);
+    const std::unique_ptr<Projection> grid = survey_grid(survey.survey_definitions, LoadedProjections(), fault);
     if (!fault.empty()) op.show_message(fault);
     const FitSurvey fitted = fit_survey(survey);
     const EarthField field = earth_field_of(survey, fitted, grid.get());

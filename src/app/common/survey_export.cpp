@@ -1,9 +1,9 @@
 #include "app/common/survey_export.h"
 
-#include "geo/proj_projections.h"
 #include "ports/guarded_operation.h"
 #include "survey/survey_files.h"
 #include "tools/common/png_file.h"
+#include "tools/common/projections_module.h"
 
 #include <QCoreApplication>
 #include <QImage>
@@ -37,7 +37,7 @@ void export_file(const ExportFormat& format, const SurveyState& survey, Operator
 {
     const std::optional<std::string> file_name = op.choose_file_to_create(export_question(format, survey));
     if (!file_name) return;
-    const ProjProjections projections;
+    const LoadedProjections projections;
     ExportRequest request = {survey, &projections};
     if (format.subject != ExportSubject::samples) {
         write_export(format, request, *file_name, op);

@@ -201,7 +201,7 @@ void MainWindow::show_range_hint()
 void MainWindow::show_run_controls(const RunControls& controls)
 {
     actions_.show_state({controls.file_controls_enabled, survey().processing.store.RecordCount > 0,
-                         session_.driver.state().file_run_active()});
+                         session_.driver.state().file_run_active() || session_.driver.is_finishing()});
     pick_view_.show_run_controls(controls);
     layers_.show_state();
 }

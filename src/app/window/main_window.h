@@ -11,10 +11,10 @@
 #include "app/window/window_actions.h"
 #include "app/window/window_docks.h"
 #include "app/window/window_panels.h"
-#include "geo/proj_projections.h"
 #include "ports/settings_store.h"
 #include "session/message_log.h"
 #include "session/session.h"
+#include "tools/common/projections_module.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -113,7 +113,7 @@ private:
     void store_bytes(const char* key, const QByteArray& bytes);
 
     SettingsStore& settings_;
-    ProjProjections projections_;
+    LoadedProjections projections_;
     QtOperator boxes_;
     MessageLog log_;
     LoggingOperator op_; // who is asked and told

@@ -9,10 +9,12 @@
 #include "app/panels/profile_graphs.h"
 #include "app/panels/track_panel.h"
 #include "app/panels/track_widget.h"
+#include "picks/pick_file.h"
 
 #include <QAction>
 #include <QClipboard>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMainWindow>
 #include <QMenu>
@@ -172,6 +174,7 @@ void PickView::show_pick_controls(const PickControls& controls)
     panels_.hints->show_hint(QStringLiteral("unsaved_picks"),
                              picks.is_unsaved ? tr("The last changes of the picks are on no disk yet") : QString(),
                              {tr("Write them"), [this] { session_.pick_work.menu_write_list(); }});
+    show_leftover_file();
     QAction& undo = actions_->action("menu_undo_pick");
     undo.setText(to_qt(controls.undo_caption));
     undo.setEnabled(controls.undo_enabled);
@@ -181,6 +184,21 @@ void PickView::show_pick_controls(const PickControls& controls)
     can_move_ = controls.moving_enabled;
     show_moving();
     if (list_ != nullptr) list_->show_current_pick();
+}
+
+// An empty list writes no file, and so the one on the disk keeps the picks that were deleted.
+void PickView::show_leftover_file()
+{
+    const std::string path = leftover_pick_file(session_.survey.picks);
+    panels_.hints->show_hint(QStringLiteral("leftover_picks"),
+                             path.empty() ? QString()
+                                          : tr("The last picks are deleted here, but %1 still holds them: they would "
+                                               "come back with the next run")
+                                                .arg(QFileInfo(to_qt(path)).fileName()),
+                             {tr("Delete the file"), [this] {
+                                  session_.pick_work.delete_leftover_file();
+                                  show_leftover_file();
+                              }});
 }
 
 void PickView::redraw_picks()

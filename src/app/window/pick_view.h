@@ -49,6 +49,7 @@ private:
     void fill_position_menu(QMenu& menu, const TrackWidget::Pointed& at);
     void show_marking();
     void show_moving();
+    void show_leftover_file();
 
     Session& session_;
     SurveyView& view_;

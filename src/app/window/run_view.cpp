@@ -58,6 +58,7 @@ void RunView::show_controls(const RunControls& controls)
     panels_.picks->set_moving_locked(!controls.moving_anomalies_enabled);
     view_.set_running(state.any_run_active());
     emit controls_changed(controls);
+    if (session_.driver.is_finishing()) return; // the timer shows how far it has come
     if (!state.any_run_active()) {
         frame_timer_.stop();
         if (session_.has_waiting_actions()) QTimer::singleShot(0, this, [this] { session_.perform_waiting_actions(); });
@@ -132,9 +133,11 @@ void RunView::wait(int milliseconds)
 
 void RunView::refresh_frame()
 {
-    if (!session_.driver.state().any_run_active()) return;
+    const bool is_finishing = session_.driver.is_finishing();
+    if (!is_finishing && !session_.driver.state().any_run_active()) return;
     frame_shown_ = true;
     panels_.run_strip->show_counters(session_.driver.counters());
+    if (is_finishing) return;
     if (has_new_samples_) {
         has_new_samples_ = false;
         view_.show_newest();
