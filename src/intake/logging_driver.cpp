@@ -142,7 +142,7 @@ int LoggingDriver::start_run(StartButton index)
     controls_.pause_caption = load ? "Pause Load" : "Pause Replay";
     survey_.track_image.is_held = load;
     show_controls();
-    if (!load) follow_track(survey_.track_image);
+    if (!load) follow_track(survey_.track_image, track_scene(survey_), op_);
     if (load) read_ahead();
     return process_input_data();
 }
@@ -540,7 +540,7 @@ void LoggingDriver::start_pipe_data_logging()
     begin_processing({});
     phase_ = RunPhase::live;
     live_fault_shown_ = false;
-    follow_track(survey_.track_image);
+    follow_track(survey_.track_image, track_scene(survey_), op_);
     show_controls();
 }
 

@@ -51,7 +51,7 @@ TEST_F(DriverTest, ALoadStoresEverythingAndDrawsAtTheEnd)
     EXPECT_EQ(records(), 100);
     EXPECT_EQ(survey.processing.store.gradient_records, 100);
     EXPECT_EQ(survey.track_index.point_count(), 100);
-    EXPECT_EQ(survey.track_image.map_extent, MapExtent::fixed);
+    EXPECT_EQ(survey.track_image.mode, TrackMode::whole);
     EXPECT_EQ(display.finished_runs, 1);
     EXPECT_TRUE(display.replayed.empty());
     EXPECT_TRUE(op.messages.empty());

@@ -89,6 +89,7 @@ private:
     void connect_panels();
     void make_menus();
     void add_export(QMenu& menu, const ExportFormat& format, Needs needs);
+    void add_picture_exports(QMenu& menu);
     void make_pick_menu();
     void make_view_menu();
     void add_layout_menu(QMenu& menu);

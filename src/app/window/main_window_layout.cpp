@@ -166,6 +166,8 @@ void MainWindow::make_toolbar()
                                                                   {"menu_undo_pick", "undo"},
                                                                   {"menu_delete_pick", "delete"},
                                                                   {"menu_whole_track", "whole"},
+                                                                  {"menu_follow_track", "follow"},
+                                                                  {"menu_scroll_track", "scroll"},
                                                                   {"menu_play", "play"},
                                                                   {"menu_fit_range", "fit"},
                                                                   {"menu_show_DisplayMessages", "messages"}};

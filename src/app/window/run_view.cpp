@@ -45,7 +45,7 @@ void RunView::show_point_readings()
     if (view_.is_running() && !session_.driver.state().run_paused) return;
     const std::int32_t record = session_.survey.track_image.current_record;
     panels_.dials->show_readings(dial_readings_of_record(session_.survey, record));
-    emit point_text_changed(to_qt(record_text(session_.survey, record)));
+    emit point_text_changed(view_.record_readout(record));
 }
 
 void RunView::show_controls(const RunControls& controls)
@@ -141,8 +141,7 @@ void RunView::refresh_frame()
     if (has_new_samples_) {
         has_new_samples_ = false;
         view_.show_newest();
-        if (!is_load_)
-            emit point_text_changed(to_qt(record_text(session_.survey, session_.survey.processing.store.RecordCount)));
+        if (!is_load_) emit point_text_changed(view_.record_readout(session_.survey.processing.store.RecordCount));
     }
     if (has_new_readings_) {
         has_new_readings_ = false;
