@@ -1,9 +1,11 @@
 // What a load costs beside reading its numbers: tarvo-process's whole load, gradients included, against a bare loop
-// that reads the file in blocks and converts every field with std::from_chars. Prints the ratios and the peak memory.
+// that reads the file in blocks and converts every field with std::from_chars; with and without threads that read
+// ahead, in the plain form and as loggers write. Prints the ratios and the peak memory.
 //
 //   load_bench [LINES [FOLDER]]   LINES of the large files (2000000), a small one has a quarter;
 //                                 FOLDER keeps the files for the next time, else they go to a temporary one
 
+#include "logger_forms.h"
 #include "survey_files.h"
 #include "unattended.h"
 
@@ -141,12 +143,13 @@ struct Case {
     double bad_share = 0;
     Stored stored = Stored::averages;
 
-    std::string file_name = {};
+    std::vector<std::string> files = {};
     double bare_seconds = 1e30;
+    Load alone = {}; // by the run itself, without threads that read ahead
     Load load = {};
     double store_bytes = 0;
 
-    double nanoseconds_per_line() const { return load.seconds / static_cast<double>(lines) * 1e9; }
+    const std::string& file_name() const { return files.front(); }
     double memory_limit() const { return 1.5 * store_bytes + 8 * kMebibyte; }
 };
 
@@ -162,16 +165,29 @@ std::string survey_file(const fs::path& folder, std::int64_t lines, double bad_s
     return files.data_file;
 }
 
+void write_as_logged(Case& c, survey::LoggerForm form, const fs::path& file)
+{
+    survey::write_logger_form(c.file_name(), form, file.string());
+    c.files = {file.string()};
+}
+
+void keep_best(Load& best, const Load& load)
+{
+    best.seconds = std::min(best.seconds, load.seconds);
+    best.peak_bytes = std::max(best.peak_bytes, load.peak_bytes);
+}
+
 void measure(Case& c, const std::string& program)
 {
-    c.bare_seconds = std::min(c.bare_seconds, bare_loop_seconds(c.file_name));
-    std::vector<std::string> command = {program, "--quiet", c.file_name};
+    c.bare_seconds = std::min(c.bare_seconds, bare_loop_seconds(c.file_name()));
+    std::vector<std::string> command = {program, "--quiet"};
+    command.insert(command.end(), c.files.begin(), c.files.end());
     if (c.stored == Stored::every_line)
         command.insert(command.end(),
                        {"--set", "CarryClosingSample=1", "--set", "LoggingSampleRate=" + std::to_string(kRate)});
-    const Load load = run_program(command);
-    c.load.seconds = std::min(c.load.seconds, load.seconds);
-    c.load.peak_bytes = std::max(c.load.peak_bytes, load.peak_bytes);
+    keep_best(c.load, run_program(command));
+    command.insert(command.end(), {"--workers", "0"});
+    keep_best(c.alone, run_program(command));
 }
 
 void measure_store(Case& c)
@@ -181,7 +197,7 @@ void measure_store(Case& c)
         parameters.CarryClosingSample = true;
         parameters.LoggingSampleRate = static_cast<float>(kRate);
     }
-    c.store_bytes = stored_bytes(c.file_name, parameters);
+    c.store_bytes = stored_bytes(c.file_name(), parameters);
 }
 
 void print_goal(const char* what, double measured, double goal)
@@ -189,23 +205,44 @@ void print_goal(const char* what, double measured, double goal)
     std::printf("%-46s %6.3f   goal %5.2f   %s\n", what, measured, goal, measured <= goal ? "reached" : "MISSED");
 }
 
-void report(const std::vector<Case>& cases)
+double per_line(const Case& c, const Load& load)
 {
-    std::printf("%-30s %9s %7s %7s %8s %9s %10s\n", "file", "lines", "bare s", "load s", "ns/line", "peak MiB",
-                "store MiB");
-    for (const Case& c : cases)
-        std::printf("%-30s %9lld %7.3f %7.3f %8.1f %9.1f %10.1f\n", c.label, static_cast<long long>(c.lines),
-                    c.bare_seconds, c.load.seconds, c.nanoseconds_per_line(), c.load.peak_bytes / kMebibyte,
-                    c.store_bytes / kMebibyte);
-    const Case &small = cases[0], &large = cases[1], &bad = cases[2], &small_stored = cases[3], &stored = cases[4];
-    std::printf("\n");
-    print_goal("load / bare loop", large.load.seconds / large.bare_seconds, 1.0);
-    print_goal("load, 1 % bad fields / none", bad.load.seconds / large.load.seconds, 1.15);
-    print_goal("time per line, large / small file", large.nanoseconds_per_line() / small.nanoseconds_per_line(), 1.15);
-    print_goal("the same, every line stored", stored.nanoseconds_per_line() / small_stored.nanoseconds_per_line(),
-               1.15);
-    print_goal("peak / (1.5 x store + 8 MiB)", large.load.peak_bytes / large.memory_limit(), 1.0);
-    print_goal("the same, every line stored", stored.load.peak_bytes / stored.memory_limit(), 1.0);
+    return load.seconds / static_cast<double>(c.lines) * 1e9;
+}
+
+struct Cases {
+    Case small, large, bad, small_stored, stored, clock, degrees, parts;
+
+    std::vector<Case*> all() { return {&small, &large, &bad, &small_stored, &stored, &clock, &degrees, &parts}; }
+};
+
+void report(Cases& cases)
+{
+    std::printf("%-30s %9s %7s %8s %7s %8s %9s %10s\n", "file", "lines", "bare s", "alone s", "load s", "ns/line",
+                "peak MiB", "store MiB");
+    for (const Case* c : cases.all())
+        std::printf("%-30s %9lld %7.3f %8.3f %7.3f %8.1f %9.1f %10.1f\n", c->label, static_cast<long long>(c->lines),
+                    c->bare_seconds, c->alone.seconds, c->load.seconds, per_line(*c, c->load),
+                    c->load.peak_bytes / kMebibyte, c->store_bytes / kMebibyte);
+    const auto& [small, large, bad, small_stored, stored, clock, degrees, parts] = cases;
+    std::printf("\nwithout threads that read ahead\n");
+    print_goal("load / bare loop", large.alone.seconds / large.bare_seconds, 1.0);
+    print_goal("1 % bad fields / none", bad.alone.seconds / large.alone.seconds, 1.15);
+    print_goal("time per line, large / small file", per_line(large, large.alone) / per_line(small, small.alone), 1.15);
+    print_goal("the same, every line stored",
+               per_line(stored, stored.alone) / per_line(small_stored, small_stored.alone), 1.15);
+    print_goal("peak / (1.5 x store + 8 MiB)", large.alone.peak_bytes / large.memory_limit(), 1.0);
+    print_goal("the same, every line stored", stored.alone.peak_bytes / stored.memory_limit(), 1.0);
+    print_goal("clock and separator / plain", clock.alone.seconds / small.alone.seconds, 1.4);
+    print_goal("clock, separator and degrees / plain", degrees.alone.seconds / small.alone.seconds, 3.0);
+    print_goal("ten files / one", parts.alone.seconds / small.alone.seconds, 1.2);
+    std::printf("\nwith them\n");
+    print_goal("load / bare loop, small", small.load.seconds / small.bare_seconds, 0.6);
+    print_goal("load / bare loop, large", large.load.seconds / large.bare_seconds, 0.6);
+    print_goal("the same, 1 % bad fields", bad.load.seconds / bad.bare_seconds, 0.6);
+    print_goal("clock, separator and degrees / plain", degrees.load.seconds / small.load.seconds, 1.8);
+    print_goal("more memory than without, of 16 MiB",
+               (large.load.peak_bytes - large.alone.peak_bytes) / (16 * kMebibyte), 1.0);
 }
 
 // Removes the files at the end, unless they are to be kept.
@@ -244,17 +281,26 @@ int main(int argument_count, char* argument_values[])
     try {
         const std::string program = (fs::read_symlink("/proc/self/exe").parent_path() / "tarvo-process").string();
         const SurveyFolder folder(argument_count > 2 ? argument_values[2] : nullptr);
-        std::vector<Case> cases = {{"small", lines / 4},
-                                   {"large", lines},
-                                   {"large, 1 % bad fields", lines, 0.01},
-                                   {"small, every line stored", lines / 4, 0, Stored::every_line},
-                                   {"large, every line stored", lines, 0, Stored::every_line}};
-        for (Case& c : cases) c.file_name = survey_file(folder.path(), c.lines, c.bad_share);
+        Cases cases = {{"small", lines / 4},
+                       {"large", lines},
+                       {"large, 1 % bad fields", lines, 0.01},
+                       {"small, every line stored", lines / 4, 0, Stored::every_line},
+                       {"large, every line stored", lines, 0, Stored::every_line},
+                       {"small, clock, \";\"", lines / 4},
+                       {"small, clock, \";\", degrees", lines / 4},
+                       {"small in ten files", lines / 4}};
+        for (Case* c : cases.all()) c->files = {survey_file(folder.path(), c->lines, c->bad_share)};
+        cases.parts.files =
+            survey::write_in_parts(cases.small.file_name(), lines / 40, (folder.path() / "ten-files").string());
+        write_as_logged(cases.clock, survey::LoggerForm::clock, folder.path() / "clock.csv");
+        write_as_logged(cases.degrees, survey::LoggerForm::clock_and_degrees, folder.path() / "degrees.csv");
         for (int round = 0; round < kRounds; ++round) {
-            for (Case& c : cases) measure(c, program);
+            for (Case* c : cases.all()) measure(*c, program);
         }
         // last: what this process has used itself would count as its children's peak
-        for (Case& c : cases) measure_store(c);
+        for (Case* c : cases.all()) {
+            if (c != &cases.degrees) measure_store(*c); // the loop there knows no grid
+        }
         report(cases);
         return 0;
     } catch (const std::exception& error) {

@@ -18,7 +18,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr std::size_t kBlockBytes = std::size_t{1} << 19;
+constexpr std::size_t kBlockBytes = std::size_t{1} << 18;
 constexpr std::int64_t kWorthWorkers = std::int64_t{4} << 20; // bytes of a file
 constexpr int kMostWorkers = 8;
 constexpr auto kLongestWait = std::chrono::milliseconds(5); // for a block, between two looks at the user interface
@@ -39,13 +39,16 @@ struct LinesAhead::Block {
         WrittenTime time = {};
     };
 
-    bool is_ready = false;
+    enum class State : unsigned char { free, read, ready };
+
+    State state = State::free;
     bool is_last = false; // nothing follows
     std::string bytes;
     std::int64_t consumed = 0; // of the file before it
     std::vector<Line> lines;
     std::size_t width = 0;      // values of a line
-    std::vector<double> values; // of accepted lines
+    std::vector<double> values; // of accepted lines, and room for more
+    std::size_t values_kept = 0;
     std::vector<OddField> odd_fields;
     std::exception_ptr fault; // behind its lines
 
@@ -58,7 +61,7 @@ struct LinesAhead::Block {
 void LinesAhead::Block::read_from(LineReader& reader)
 {
     lines.clear();
-    values.clear();
+    values_kept = 0;
     odd_fields.clear();
     fault = nullptr;
     consumed = reader.characters_consumed();
@@ -90,16 +93,17 @@ void LinesAhead::Block::add_line(Line line, LineConverter& converter)
         lines.push_back(line);
         return;
     }
-    const LineReading read = converter.read(std::string_view(bytes).substr(line.begin, line.length));
+    const std::string_view text(bytes.data() + line.begin, line.length);
+    const LineReading read = converter.read(text, values, values_kept);
     line.fault = read.fault;
     if (read.fault == LineFault::none) {
-        line.values_begin = values.size();
+        line.values_begin = values_kept;
         line.odd_fields_begin = odd_fields.size();
         line.odd_field_count = read.odd_fields.size();
         line.sensor_values_count = read.sensor_values_count;
         line.time = read.time;
         width = read.values.size();
-        values.insert(values.end(), read.values.begin(), read.values.end());
+        values_kept += width;
         odd_fields.insert(odd_fields.end(), read.odd_fields.begin(), read.odd_fields.end());
     }
     lines.push_back(line);
@@ -119,11 +123,13 @@ LineReading LinesAhead::Block::reading(std::size_t number) const
     return reading;
 }
 
-// A ring of blocks: the threads fill them in the order of the file, the run takes them in the same.
+// A ring of blocks: the threads fill them in the order of the file, the run takes them in the same. Where the run would
+// wait for them, it converts a block itself; the file is read by the threads alone.
 class LinesAhead::Queue {
 public:
     Queue(LineReader& reader, int workers, std::function<LineConverter()> make_converter)
-        : reader_(reader), make_converter_(std::move(make_converter)), blocks_(static_cast<std::size_t>(workers) + 2)
+        : reader_(reader), make_converter_(std::move(make_converter)),
+          blocks_(static_cast<std::size_t>(workers) + kUnconverted + 1)
     {
         try {
             for (int worker = 0; worker < workers; ++worker) threads_.emplace_back([this] { work(); });
@@ -142,9 +148,12 @@ public:
     Block* take()
     {
         std::unique_lock lock(mutex_);
-        Block& block = blocks_[taken_ % blocks_.size()];
-        const bool is_ready = ready_.wait_for(lock, kLongestWait, [&block] { return block.is_ready; });
-        return is_ready ? &block : nullptr;
+        Block& next = place(taken_);
+        const auto has_work = [&] { return next.state == Block::State::ready || begun_ < read_; };
+        if (ready_.wait_for(lock, kLongestWait, has_work) && next.state != Block::State::ready) {
+            convert(*begin_converting(), own_converter_, lock);
+        }
+        return next.state == Block::State::ready ? &next : nullptr;
     }
 
     // The block taken last can be filled anew.
@@ -152,71 +161,97 @@ public:
     {
         {
             const std::lock_guard lock(mutex_);
-            blocks_[taken_ % blocks_.size()].is_ready = false;
+            place(taken_).state = Block::State::free;
             ++taken_;
         }
-        free_.notify_one();
+        work_.notify_one();
     }
 
 private:
+    Block& place(std::uint64_t number) { return blocks_[number % blocks_.size()]; }
+
     void stop()
     {
         {
             const std::lock_guard lock(mutex_);
             stopped_ = true;
         }
-        free_.notify_all();
+        work_.notify_all();
         for (std::thread& thread : threads_) thread.join();
     }
 
     void work()
     {
         std::optional<LineConverter> converter;
-        while (Block* const block = read_next_block()) {
-            try {
-                if (!converter) converter.emplace(make_converter_());
-                if (!block->fault) block->convert(*converter, stopped_);
-            } catch (...) {
-                block->fault = std::current_exception();
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            work_.wait(lock,
+                       [this] { return stopped_ || may_read() || begun_ < read_ || (ended_ && begun_ == read_); });
+            if (stopped_) return;
+            if (may_read() && read_ - begun_ < kUnconverted) {
+                read(lock);
+            } else if (Block* const block = begin_converting()) {
+                convert(*block, converter, lock);
+            } else if (ended_) {
+                return;
             }
-            {
-                const std::lock_guard lock(mutex_);
-                block->is_ready = true;
-            }
-            ready_.notify_one();
         }
     }
 
-    // null: there is nothing more to do.
-    Block* read_next_block()
+    // The steps below are called with the lock, and open it while they work.
+
+    bool may_read() const { return !reading_ && !ended_ && read_ - taken_ < blocks_.size(); }
+
+    void read(std::unique_lock<std::mutex>& lock)
     {
-        const std::lock_guard in_order(reading_);
-        Block* block = nullptr;
-        {
-            std::unique_lock lock(mutex_);
-            free_.wait(lock, [this] { return stopped_ || ended_ || read_ - taken_ < blocks_.size(); });
-            if (stopped_ || ended_) return nullptr;
-            block = &blocks_[read_++ % blocks_.size()];
-        }
+        Block& block = place(read_);
+        reading_ = true;
+        lock.unlock();
         try {
-            block->read_from(reader_);
+            block.read_from(reader_);
         } catch (...) {
-            block->fault = std::current_exception();
+            block.fault = std::current_exception();
         }
-        ended_ = block->is_last || block->fault;
-        return block;
+        lock.lock();
+        block.state = Block::State::read;
+        reading_ = false;
+        ended_ = block.is_last || block.fault;
+        ++read_;
+        work_.notify_one();
+        ready_.notify_one();
     }
 
-    LineReader& reader_;
+    // The first block that is read and no more; null: there is none.
+    Block* begin_converting() { return begun_ < read_ ? &place(begun_++) : nullptr; }
+
+    void convert(Block& block, std::optional<LineConverter>& converter, std::unique_lock<std::mutex>& lock)
+    {
+        lock.unlock();
+        try {
+            if (!converter) converter.emplace(make_converter_());
+            if (!block.fault) block.convert(*converter, stopped_);
+        } catch (...) {
+            block.fault = std::current_exception();
+        }
+        lock.lock();
+        block.state = Block::State::ready;
+        ready_.notify_one();
+    }
+
+    static constexpr std::size_t kUnconverted = 2; // blocks that are read ahead of their conversion
+
+    LineReader& reader_; // used by the thread that has set reading_
     std::function<LineConverter()> make_converter_;
-    std::mutex reading_; // held by the one that reads the file
-    bool ended_ = false; // nothing more is to be read; under reading_
-    std::mutex mutex_;
+    std::optional<LineConverter> own_converter_; // of the run
+    std::mutex mutex_;                           // of all below
     std::condition_variable ready_;
-    std::condition_variable free_;
-    std::vector<Block> blocks_; // the places of those that are read and not taken: under mutex_
-    std::uint64_t read_ = 0;    // blocks begun; under mutex_
-    std::uint64_t taken_ = 0;   // blocks given back; under mutex_
+    std::condition_variable work_;
+    std::vector<Block> blocks_; // the contents are its own who works on it
+    bool reading_ = false;
+    bool ended_ = false;      // nothing more is to be read
+    std::uint64_t read_ = 0;  // blocks that were read
+    std::uint64_t begun_ = 0; // of them, whose conversion was begun
+    std::uint64_t taken_ = 0; // of them, given back
     std::atomic<bool> stopped_ = false;
     std::vector<std::thread> threads_; // last: everything else is there when they start
 };

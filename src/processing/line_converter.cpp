@@ -2,6 +2,7 @@
 
 #include "processing/formatted_lines.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -29,6 +30,28 @@ LineReading LineConverter::read(std::string_view line)
         reading.fault = LineFault::no_memory;
     }
     reading.text = line;
+    return reading;
+}
+
+LineReading LineConverter::read(std::string_view line, std::vector<double>& room, std::size_t kept)
+{
+    if (!formatted_) {
+        const std::size_t width = fields_.width();
+        if (room.size() < kept + width) room.resize(2 * (kept + width));
+        LineReading reading;
+        reading.text = line;
+        if (!fields_.read(line, room.data() + kept)) {
+            reading.fault = LineFault::empty_line;
+        } else {
+            reading.values = SampleRecord(room).subspan(kept, width);
+        }
+        return reading;
+    }
+    LineReading reading = read(line);
+    const std::size_t width = reading.values.size();
+    if (room.size() < kept + width) room.resize(2 * (kept + width));
+    std::copy(reading.values.begin(), reading.values.end(), room.begin() + static_cast<std::ptrdiff_t>(kept));
+    reading.values = SampleRecord(room).subspan(kept, width);
     return reading;
 }
 

@@ -25,6 +25,9 @@ public:
     // What the line says; the views in it hold until the next call.
     LineReading read(std::string_view line);
 
+    // The same with its values behind the first `kept` of the room, which grows where it must.
+    LineReading read(std::string_view line, std::vector<double>& room, std::size_t kept);
+
 private:
     FieldReader fields_;
     std::unique_ptr<FormattedLineReader> formatted_; // null: the plain form

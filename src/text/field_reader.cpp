@@ -61,11 +61,16 @@ FieldReader::FieldReader(std::vector<bool> wanted) : wanted_(wanted.begin(), wan
 
 std::span<const double> FieldReader::read(std::string_view line)
 {
-    const std::size_t fields = read_fields(trimmed(line));
-    if (fields == 0) return {};
-    for (std::size_t field = 0; field < fields; ++field) values_[field] /= divisors_[field];
-    std::fill(values_.begin() + static_cast<std::ptrdiff_t>(fields), values_.end(), kNull);
+    if (!read(line, values_.data())) return {};
     return values_;
+}
+
+bool FieldReader::read(std::string_view line, double* room)
+{
+    const std::size_t fields = read_fields(trimmed(line));
+    for (std::size_t field = 0; field < fields; ++field) room[field] = values_[field] / divisors_[field];
+    if (fields > 0) std::fill(room + fields, room + values_.size(), kNull);
+    return fields > 0;
 }
 
 std::size_t FieldReader::read_fields(std::string_view text)

@@ -19,6 +19,10 @@ public:
     // Holds until the next call.
     std::span<const double> read(std::string_view line);
 
+    // The same into room for width() values; false, and nothing there, for an empty line.
+    bool read(std::string_view line, double* room);
+    std::size_t width() const { return values_.size(); }
+
 private:
     std::size_t read_fields(std::string_view text);
     std::size_t read_quoted(std::string_view text);

@@ -121,7 +121,6 @@ void LineReader::take_lines(std::string& lines, std::string_view taken)
     lines += taken;
     begin_ += taken.size();
     consumed_ += static_cast<std::int64_t>(taken.size());
-    line_number_ += std::count(taken.begin(), taken.end(), '\n') + (taken.back() == '\n' ? 0 : 1);
 }
 
 // Moves what is unread to the front and reads one block behind it. False at the end of the file.
@@ -135,8 +134,8 @@ bool LineReader::fill_buffer()
     }
     const std::size_t read = std::fread(buffer_.get() + end_, 1, kBlock, file_.get());
     if (read == 0 && std::ferror(file_.get())) {
-        throw std::runtime_error(file_name_ + ": reading failed after line " + std::to_string(line_number_) + ": " +
-                                 reason(errno));
+        throw std::runtime_error(file_name_ + ": reading failed after " + std::to_string(consumed_) +
+                                 " bytes of lines: " + reason(errno));
     }
     end_ += read;
     at_end_ = read == 0;

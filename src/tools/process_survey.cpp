@@ -1,7 +1,6 @@
 #include "tools/process_survey.h"
 
 #include "display/survey_pictures.h"
-#include "geo/proj_projections.h"
 #include "intake/base_station_file.h"
 #include "picks/pick_file.h"
 #include "picks/pick_placing.h"
@@ -12,6 +11,7 @@
 #include "text/replace_file.h"
 #include "tools/common/console.h"
 #include "tools/common/png_file.h"
+#include "tools/common/projections_module.h"
 #include "tools/guess_option.h"
 #include "tools/process_layers.h"
 #include "tools/process_targets.h"
@@ -162,7 +162,7 @@ int process_survey(const ProcessOptions& options)
     survey.data_file_name = options.data_file;
     survey.further_data_files = options.further_data_files;
     survey.load_workers = options.load_workers;
-    const ProjProjections projections;
+    const LoadedProjections projections;
     survey.projections = &projections;
     survey.definitions_file_name = options.definitions_file;
     survey.header_line_text = options.header_line;

@@ -1,6 +1,5 @@
 #include "tools/process_targets.h"
 
-#include "geo/proj_projections.h"
 #include "session/target_files.h"
 #include "survey/survey_residual.h"
 #include "survey/survey_targets.h"
@@ -8,6 +7,7 @@
 #include "targets/group_fit.h"
 #include "targets/proposals.h"
 #include "text/replace_file.h"
+#include "tools/common/projections_module.h"
 
 #include <exception>
 #include <functional>
@@ -43,7 +43,7 @@ bool write_targets(SurveyState& survey, const TargetFiles& files, Operator& op)
 {
     if (!wants_targets(files)) return true;
     std::string fault;
-    const std::unique_ptr<Projection> grid = survey_grid(survey.survey_definitions, ProjProjections(), fault);
+    const std::unique_ptr<Projection> grid = survey_grid(survey.survey_definitions, LoadedProjections(), fault);
     if (!fault.empty()) op.show_message(fault);
     const FitSurvey fitted = fit_survey(survey);
     const EarthField field = earth_field_of(survey, fitted, grid.get());

@@ -2,6 +2,7 @@
 
 #include "display/profile_window.h"
 #include "display/track_navigation.h"
+#include "survey/position_readout.h"
 #include "survey/survey_state.h"
 
 #include <QObject>
@@ -21,14 +22,15 @@ public:
     const SurveyState& survey() const { return survey_; }
     Operator& op() { return op_; }
 
-    // The track image.
-    void resize_track(int width, int height);
+    // The track image. symbol_scale: the screen's pixels for each of a common screen's.
+    void resize_track(int width, int height, int symbol_scale);
     void change_zoom(const QString& text);
     void choose_zoom(const QString& text, int zoom_option);
     void zoom_about(int x, int y, double factor);
     void drag(int right, int down);
     void show_whole();
     void follow();
+    void scroll();
     void show_records(std::int32_t first, std::int32_t last); // filling the picture
 
     // A place of the survey grid, enlarged, wherever the track is.
@@ -55,6 +57,11 @@ public:
 
     // One of the display settings by its key, as the operator typed it. A refused text changes nothing.
     void change_display_setting(const std::string& key, const QString& text);
+
+    // What the status bar says of a record or another place, with longitude and latitude where they are known.
+    QString record_readout(std::int32_t record);
+    QString place_readout(const GridPlace& place);
+    PositionTexts position_texts(const GridPlace& place) { return readout_.texts(survey_, place); }
 
     // While a run goes on, bars and graphs end at the newest record; else they are about the current one.
     void set_running(bool running);
@@ -91,6 +98,7 @@ private:
     Operator& op_;
     bool running_ = false;
     QString planned_line_text_;
+    PositionReadout readout_;
 };
 
 } // namespace tarvo

@@ -4,6 +4,7 @@
 #include "app/common/icons.h"
 #include "app/common/qt_operator.h"
 #include "app/panels/survey_view.h"
+#include "app/window/guide.h"
 #include "app/window/layer_show.h"
 #include "app/window/pick_view.h"
 #include "app/window/run_view.h"
@@ -12,10 +13,10 @@
 #include "app/window/window_actions.h"
 #include "app/window/window_docks.h"
 #include "app/window/window_panels.h"
-#include "geo/proj_projections.h"
 #include "ports/settings_store.h"
 #include "session/message_log.h"
 #include "session/session.h"
+#include "tools/common/projections_module.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -46,6 +47,7 @@ public:
     LayerShow& layers() { return layers_; }
     WindowDocks& docks() { return docks_; }
     IconSet& icons() { return icons_; }
+    Guide& guide() { return guide_; }
     const WindowPanels& panels() const { return panels_; }
 
     void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt)
@@ -87,6 +89,7 @@ private:
     void connect_panels();
     void make_menus();
     void add_export(QMenu& menu, const ExportFormat& format, Needs needs);
+    void add_picture_exports(QMenu& menu);
     void make_pick_menu();
     void make_view_menu();
     void add_layout_menu(QMenu& menu);
@@ -113,7 +116,7 @@ private:
     void store_bytes(const char* key, const QByteArray& bytes);
 
     SettingsStore& settings_;
-    ProjProjections projections_;
+    LoadedProjections projections_;
     QtOperator boxes_;
     MessageLog log_;
     LoggingOperator op_; // who is asked and told
@@ -127,6 +130,7 @@ private:
     IconSet icons_;
     SurveyTools survey_tools_;
     LayerShow layers_;
+    Guide guide_;
     TargetShow targets_;
     ColourSchemes colours_;
     ColourScheme day_colours_ = ColourScheme::system; // those that the night's give way to

@@ -166,6 +166,8 @@ void MainWindow::make_toolbar()
                                                                   {"menu_undo_pick", "undo"},
                                                                   {"menu_delete_pick", "delete"},
                                                                   {"menu_whole_track", "whole"},
+                                                                  {"menu_follow_track", "follow"},
+                                                                  {"menu_scroll_track", "scroll"},
                                                                   {"menu_play", "play"},
                                                                   {"menu_fit_range", "fit"},
                                                                   {"menu_show_DisplayMessages", "messages"}};
@@ -187,7 +189,7 @@ void MainWindow::make_strip()
     auto* const state = new QHBoxLayout;
     state->setSpacing(8);
     state->addWidget(panels_.header, 1);
-    state->addWidget(panels_.run_strip, 1);
+    state->addWidget(panels_.run_strip, 3);
     state->addWidget(panels_.live->status_label());
     state->addWidget(panels_.live->recording_label());
     auto* const strip = new QWidget;
@@ -269,6 +271,9 @@ void MainWindow::add_layout_menu(QMenu& menu)
 
 void MainWindow::read_layout()
 {
+    // What definitions without a number of their own leave as it is.
+    const QString header_line = stored("HeaderField");
+    survey().header_line_number = header_line_number_of(to_utf8(header_line)).value_or(survey().header_line_number);
     resize(1280, 720);
     restoreGeometry(stored_bytes("FormSize"));
     docks_.arrange(ReadyLayout::survey_watch); // shows and hides; the sizes count once the window is on the screen

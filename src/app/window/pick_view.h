@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/panels/survey_view.h"
+#include "app/panels/track_widget.h"
 #include "app/window/window_actions.h"
 #include "app/window/window_panels.h"
 #include "picks/pick_display.h"
@@ -55,8 +56,10 @@ signals:
 private:
     IndexedTrack ground() const { return indexed_track(session_.survey); }
     void connect_track();
+    void fill_position_menu(QMenu& menu, const TrackWidget::Pointed& at);
     void show_marking();
     void show_moving();
+    void show_leftover_file();
 
     Session& session_;
     SurveyView& view_;
