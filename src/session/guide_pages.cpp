@@ -12,7 +12,7 @@ struct PageOfPlace {
     std::string_view page;
 };
 
-constexpr std::array<PageOfPlace, 16> kPages = {{{"Dock_DisplayDials", "window"},
+constexpr std::array<PageOfPlace, 18> kPages = {{{"Dock_DisplayDials", "window"},
                                                  {"Dock_DisplayGraphs", "window"},
                                                  {"Dock_DisplayColourBars", "window"},
                                                  {"Dock_DisplayMessages", "troubleshooting"},
@@ -20,6 +20,8 @@ constexpr std::array<PageOfPlace, 16> kPages = {{{"Dock_DisplayDials", "window"}
                                                  {"Dock_DisplayPicks", "picks"},
                                                  {"Dock_DisplayLines", "residual"},
                                                  {"Dock_DisplayLayers", "layers"},
+                                                 {"Dock_DisplayFit", "targets"},
+                                                 {"Dock_DisplayProposals", "targets"},
                                                  {"Form_define_colum_names", "logger-data"},
                                                  {"Form_rejected_lines", "logger-data"},
                                                  {"Form_processing_parameters", "settings"},
