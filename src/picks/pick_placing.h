@@ -1,5 +1,6 @@
 #pragma once
 
+#include "picks/pick_display.h"
 #include "picks/pick_list.h"
 #include "picks/quadtree.h"
 #include "ports/operator.h"
@@ -32,5 +33,8 @@ std::int32_t picks_beyond(const PickList& picks, const TrackTable& track, double
 
 // The names of the picks on a sample, a comma between them, the first few of many; empty: none.
 std::string names_on_sample(const PickList& picks, std::int32_t sample_index);
+
+// Time, place and sample of a pick become those of the location.
+void place_pick(PickList& picks, std::int32_t pick, const PickLocation& location);
 
 } // namespace tarvo

@@ -106,9 +106,11 @@ std::size_t nearest_reading(const FitReadings& readings, const GridVector& place
 }
 
 // Where the readings leave the most that the fit does not explain, when that stands out of the noise: the mean of five
-// neighbours on a segment, beside the median of all such means.
-std::optional<Misfit> largest_misfit(const FitReadings& readings, const std::vector<double>& residuals)
+// neighbours on a segment, beside the median of all such means. Beside a strong source errors of the sensors' places
+// leave nanoteslas, too. signal: rms of the readings' anomalies, nT.
+std::optional<Misfit> largest_misfit(const FitReadings& readings, const std::vector<double>& residuals, double signal)
 {
+    constexpr double kOfSignal = 0.06;
     constexpr std::size_t kNeighbours = 5;
     constexpr double kLeastSize = 2; // nT
     constexpr double kOutOfNoise = 6 * 1.4826;
@@ -130,7 +132,7 @@ std::optional<Misfit> largest_misfit(const FitReadings& readings, const std::vec
     if (sizes.empty()) return std::nullopt;
     const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
     std::nth_element(sizes.begin(), middle, sizes.end());
-    if (largest < std::max(kLeastSize, kOutOfNoise * *middle)) return std::nullopt;
+    if (largest < std::max({kLeastSize, kOutOfNoise * *middle, kOfSignal * signal})) return std::nullopt;
     return Misfit{readings.origin + readings.place[where], largest};
 }
 
@@ -215,13 +217,27 @@ std::string flag_text(const DipoleFit& fit)
     return text;
 }
 
+namespace {
+
+// How far readings are looked for rests on the altitude.
+std::string altitude_advice(const FitGround& ground)
+{
+    if (ground.has_altitude) return {};
+    return " The data have no altitude (Elevation), so that " + format_fixed(kAltitudeWhenUnknown, 0) +
+           " m is taken: a larger radius may do.";
+}
+
+} // namespace
+
 std::string too_few_readings(const FitReadings& readings, const FitGround& ground)
 {
     constexpr std::size_t kFewest = 30;
     constexpr double kLeastTrack = 1.5; // altitudes
-    if (readings.count() == 0) return "There is no valid reading near the pick.";
+    if (readings.count() == 0) return "There is no valid reading near the pick." + altitude_advice(ground);
     if (readings.count() < kFewest) {
-        return "Only " + std::to_string(readings.count()) + " readings lie near the pick: a fit needs 30.";
+        return "Only " + std::to_string(readings.count()) +
+               (readings.count() == 1 ? " reading lies" : " readings lie") + " near the pick: a fit needs 30." +
+               altitude_advice(ground);
     }
     double longest = 0;
     for (const FitSegment& segment : readings.segments) {
@@ -230,7 +246,7 @@ std::string too_few_readings(const FitReadings& readings, const FitGround& groun
     }
     if (longest < kLeastTrack * ground.altitude) {
         return "Only " + format_fixed(longest, 1) + " m of track lie near the pick: a fit needs " +
-               format_fixed(kLeastTrack * ground.altitude, 1) + " m.";
+               format_fixed(kLeastTrack * ground.altitude, 1) + " m." + altitude_advice(ground);
     }
     return {};
 }
@@ -332,7 +348,7 @@ DipoleFit described_fit(ProjectedFit& fit, const FitReadings& readings, const Fi
         described.doubts.push_back(FitDoubt::loose_place);
     }
     if (is_one_pass) take_circle(described, fit, readings, ground, best);
-    described.misfit = largest_misfit(readings, quality.residuals);
+    described.misfit = largest_misfit(readings, quality.residuals, std::sqrt(fit.signal() / count));
     return described;
 }
 

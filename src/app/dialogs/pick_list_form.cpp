@@ -20,7 +20,8 @@ namespace tarvo {
 
 PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidget* parent)
     : QDialog(parent), session_(session), op_(op), model_(session.survey.picks, session.survey.current_pick, op),
-      grid_(new QTableView), file_(plain_label()), name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit)
+      grid_(new QTableView), file_(plain_label()), name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit),
+      remark_(new QLineEdit)
 {
     setObjectName(QStringLiteral("Form_pick_list"));
     setWindowTitle(tr("Pick list"));
@@ -32,7 +33,7 @@ PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidge
     layout->addWidget(grid_, 1);
     layout->addWidget(make_fields());
     layout->addWidget(file_);
-    resize(640, 420);
+    resize(860, 420);
     session_.pick_work.select_pick_row(session_.survey.current_pick); // opens on it
     display_pick_list();
 }
@@ -80,6 +81,7 @@ void PickListForm::make_grid()
     grid_->setAlternatingRowColors(true);
     grid_->horizontalHeader()->setSortIndicatorClearable(true); // a third click: the order of the list
     grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    grid_->horizontalHeader()->setSectionResizeMode(PickListModel::kFitColumn, QHeaderView::ResizeToContents);
     grid_->verticalHeader()->setDefaultSectionSize(grid_->fontMetrics().height() + 6);
     grid_->sortByColumn(-1, Qt::AscendingOrder);
     grid_->setSortingEnabled(true);
@@ -118,6 +120,8 @@ QWidget* PickListForm::make_fields()
     add_field(*name_, "Text_anomaly_name", tr("&Name"), tr("Name of the series of the selected pick"), 4);
     add_field(*id_, "Text_anomaly_ID", tr("&ID"), tr("Number in the series, 0 or more"), 1);
     add_field(*type_, "Text_anomaly_type", tr("&Type"), tr("Type number, 0 or more"), 1);
+    add_field(*remark_, "Text_anomaly_remark", tr("Re&mark"), tr("Anything about the pick; kept beside the pick file"),
+              4);
     QPushButton* const save = make_button("Command_save_edit", tr("Save"),
                                           tr("Save the edited name, ID and type (Enter)"), &PickListForm::save_edit);
     save->setDefault(true);
@@ -131,8 +135,13 @@ QWidget* PickListForm::make_fields()
     close_button->setAutoDefault(false);
     connect(close_button, &QPushButton::clicked, this, &QDialog::close);
     for (QPushButton* const button : {save, cancel, remove, close_button}) row->addWidget(button);
-    editing_ = {name_, id_, type_, save, cancel, remove};
+    editing_ = {name_, id_, type_, remark_, save, cancel, remove};
     return fields;
+}
+
+void PickListForm::set_fit_summary(std::function<std::string(std::int32_t)> summary)
+{
+    model_.set_fit_summary(std::move(summary));
 }
 
 void PickListForm::display_pick_list()
@@ -172,6 +181,7 @@ void PickListForm::show_texts(const PickTexts& texts)
     name_->setText(to_qt(texts.name));
     id_->setText(to_qt(texts.id));
     type_->setText(to_qt(texts.type));
+    remark_->setText(to_qt(session_.pick_work.remark_of(session_.pick_work.edited_pick())));
     const PickListControls controls = session_.pick_work.list_controls();
     for (QWidget* const control : editing_) control->setEnabled(controls.editing_enabled);
     write_list_->setEnabled(controls.writing_enabled);
@@ -179,9 +189,13 @@ void PickListForm::show_texts(const PickTexts& texts)
 
 void PickListForm::save_edit()
 {
-    const PickTexts shown = session_.pick_work.Command_cancel_edit();
-    show_texts(session_.pick_work.Command_save_edit(
-        {edited_text(*name_, shown.name), edited_text(*id_, shown.id), edited_text(*type_, shown.type)}));
+    PickWorkflow& work = session_.pick_work;
+    const PickTexts shown = work.Command_cancel_edit();
+    const PickTexts wanted = {edited_text(*name_, shown.name), edited_text(*id_, shown.id),
+                              edited_text(*type_, shown.type)};
+    work.set_remark(work.edited_pick(), edited_text(*remark_, work.remark_of(work.edited_pick())));
+    show_texts(work.Command_save_edit(wanted));
+    grid_->viewport()->update(); // a remark is no edit of the list
 }
 
 void PickListForm::cancel_edit()

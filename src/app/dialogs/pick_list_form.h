@@ -21,6 +21,7 @@ public:
     // undo: the main window's, which this form offers too.
     PickListForm(Session& session, Operator& op, QAction* undo, QWidget* parent = nullptr);
 
+    void set_fit_summary(std::function<std::string(std::int32_t)> summary);
     void display_pick_list();
     void show_current_pick(); // marked in the grid
 
@@ -44,6 +45,7 @@ private:
     QLineEdit* name_;
     QLineEdit* id_;
     QLineEdit* type_;
+    QLineEdit* remark_;
     std::vector<QWidget*> editing_; // can be used while a row is selected
     QAction* write_list_ = nullptr;
 };

@@ -19,7 +19,7 @@ void PickListModel::show_list()
 {
     beginResetModel();
     grid_ = pick_grid(picks_, op_);
-    if (sorted_column_ >= 0) {
+    if (sorted_column_ >= 0 && sorted_column_ < kFitColumn) {
         order_ = sorted_picks(picks_, static_cast<PickColumn>(sorted_column_),
                               sort_order_ == Qt::AscendingOrder ? SortOrder::rising : SortOrder::falling);
     } else {
@@ -47,7 +47,7 @@ int PickListModel::rowCount(const QModelIndex& parent) const
 
 int PickListModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(kPickColumns);
+    return parent.isValid() ? 0 : kRemarkColumn + 1;
 }
 
 QVariant PickListModel::data(const QModelIndex& index, int role) const
@@ -55,6 +55,14 @@ QVariant PickListModel::data(const QModelIndex& index, int role) const
     const auto pick = static_cast<std::size_t>(pick_of_row(index.row()));
     if (pick == 0 || pick >= grid_.size()) return {};
     const auto column = static_cast<std::size_t>(index.column());
+    if (index.column() == kFitColumn && role == Qt::DisplayRole) {
+        return fit_summary_ ? to_qt(fit_summary_(static_cast<std::int32_t>(pick))) : QString();
+    }
+    if (index.column() == kRemarkColumn && role == Qt::DisplayRole) {
+        const auto remark = picks_.remarks.find(picks_.pick_names[pick]);
+        return remark == picks_.remarks.end() ? QString() : to_qt(remark->second);
+    }
+    if (index.column() >= kFitColumn && role == Qt::TextAlignmentRole) return {};
     if (role == Qt::DisplayRole) return to_qt(grid_[pick][column]);
     if (role == Qt::TextAlignmentRole && static_cast<PickColumn>(column) != PickColumn::name) {
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
@@ -71,6 +79,8 @@ QVariant PickListModel::headerData(int section, Qt::Orientation orientation, int
 {
     if (role != Qt::DisplayRole) return {};
     if (orientation == Qt::Vertical) return pick_of_row(section); // its number in the list
+    if (section == kFitColumn) return tr("Fit");
+    if (section == kRemarkColumn) return tr("Remark");
     return to_qt(grid_[0][static_cast<std::size_t>(section)]);
 }
 

@@ -4,6 +4,8 @@
 
 #include <QAbstractTableModel>
 
+#include <functional>
+#include <string>
 #include <vector>
 
 namespace tarvo {
@@ -14,6 +16,12 @@ public:
     PickListModel(const PickList& picks, const std::int32_t& current_pick, Operator& op, QObject* parent = nullptr);
 
     void show_list(); // the whole grid anew
+
+    // The column behind those of the list, asked for when it is shown.
+    void set_fit_summary(std::function<std::string(std::int32_t)> summary) { fit_summary_ = std::move(summary); }
+
+    static constexpr int kFitColumn = static_cast<int>(kPickColumns);
+    static constexpr int kRemarkColumn = kFitColumn + 1;
 
     std::int32_t pick_of_row(int row) const;  // 0: no such row
     int row_of_pick(std::int32_t pick) const; // -1: not shown
@@ -30,6 +38,7 @@ private:
     Operator& op_;
     std::vector<PickRow> grid_;       // element 0: the header; then by pick
     std::vector<std::int32_t> order_; // pick of every row
+    std::function<std::string(std::int32_t)> fit_summary_;
     int sorted_column_ = -1;
     Qt::SortOrder sort_order_ = Qt::AscendingOrder;
 };

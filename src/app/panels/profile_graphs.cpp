@@ -210,6 +210,7 @@ void ProfileGraphs::refresh()
     fill_field_plot(plots_[kField]);
     fill_vertical_plot(plots_[kVertical]);
     cover_line_ends();
+    draw_thresholds();
     place_cursors();
     fit_->setChecked(std::any_of(plots_.begin(), plots_.end(), [](const Plot& plot) { return plot.values.is_fitted; }));
     plot_->replot(QCustomPlot::rpQueuedReplot);
@@ -307,6 +308,31 @@ void ProfileGraphs::cover_line_ends()
         veil->topLeft->setCoords(part.from, 0);
         veil->bottomRight->setCoords(part.to, 1);
         line_ends_.push_back(veil);
+    }
+}
+
+// Above and below 0.
+void ProfileGraphs::draw_thresholds()
+{
+    for (QCPItemStraightLine* const line : thresholds_) plot_->removeItem(line);
+    thresholds_.clear();
+    const bool is_residual = displayed_quantity(view_.survey().display_settings).id == QuantityId::residual;
+    const std::optional<double> threshold = is_residual && threshold_ ? threshold_() : std::nullopt;
+    if (!threshold) return;
+    Plot& plot = plots_[kQuantity];
+    for (const double height : {*threshold, -*threshold}) {
+        auto* const line = new QCPItemStraightLine(plot_);
+        line->setClipAxisRect(plot.rect);
+        line->setPen(QPen(QColor(192, 128, 0), 0, Qt::DashLine));
+        for (QCPItemPosition* const end : {line->point1, line->point2}) {
+            end->setAxisRect(plot.rect);
+            end->setAxes(plot.rect->axis(QCPAxis::atBottom), plot.rect->axis(QCPAxis::atLeft));
+            end->setTypeX(QCPItemPosition::ptAxisRectRatio);
+            end->setTypeY(QCPItemPosition::ptPlotCoords);
+        }
+        line->point1->setCoords(0, height);
+        line->point2->setCoords(1, height);
+        thresholds_.push_back(line);
     }
 }
 

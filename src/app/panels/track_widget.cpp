@@ -78,9 +78,16 @@ void TrackWidget::paintEvent(QPaintEvent*)
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
+void TrackWidget::show_fit(const std::optional<FitMark>& mark)
+{
+    fit_ = mark;
+    update();
+}
+
 void TrackWidget::draw_lettering(QPainter& painter) const
 {
     const QColor ink = lettering_colour(palette());
+    if (fit_) draw_fit_mark(painter, *fit_, active_transform(view_.survey().track_image), devicePixelRatioF());
     draw_track_lettering(painter, rect(), devicePixelRatioF(), view_.survey(), ink);
     draw_outlined(painter, rect().adjusted(0, 0, 0, -kNoteMargin), Qt::AlignHCenter | Qt::AlignBottom,
                   view_.planned_line_text(), ink);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/panels/fit_mark.h"
 #include "app/panels/survey_view.h"
 
 #include <QImage>
@@ -26,6 +27,8 @@ public:
         std::int32_t record = 0;
     };
     Pointed pointed_at(const QPoint& position) const;
+
+    void show_fit(const std::optional<FitMark>& mark); // over the track; nullopt: none
 
     // The track as it is shown, in the screen's pixels: as `lettered_pictures` says with all that is written over it,
     // or bare.
@@ -58,6 +61,7 @@ private:
     void draw_lettering(QPainter& painter) const;
 
     SurveyView& view_;
+    std::optional<FitMark> fit_;
     std::optional<QPoint> pressed_at_; // device pixels; while the left button is down
     QPoint dragged_to_;
     bool dragging_ = false;

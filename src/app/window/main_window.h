@@ -4,10 +4,12 @@
 #include "app/common/icons.h"
 #include "app/common/qt_operator.h"
 #include "app/panels/survey_view.h"
+#include "app/window/guide.h"
 #include "app/window/layer_show.h"
 #include "app/window/pick_view.h"
 #include "app/window/run_view.h"
 #include "app/window/survey_tools.h"
+#include "app/window/target_show.h"
 #include "app/window/window_actions.h"
 #include "app/window/window_docks.h"
 #include "app/window/window_panels.h"
@@ -45,6 +47,7 @@ public:
     LayerShow& layers() { return layers_; }
     WindowDocks& docks() { return docks_; }
     IconSet& icons() { return icons_; }
+    Guide& guide() { return guide_; }
     const WindowPanels& panels() const { return panels_; }
 
     void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt)
@@ -127,6 +130,8 @@ private:
     IconSet icons_;
     SurveyTools survey_tools_;
     LayerShow layers_;
+    Guide guide_;
+    TargetShow targets_;
     ColourSchemes colours_;
     ColourScheme day_colours_ = ColourScheme::system; // those that the night's give way to
 

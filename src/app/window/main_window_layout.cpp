@@ -38,7 +38,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kLayoutVersion = 2; // of what is kept: a layout of other docks is not taken
+constexpr int kLayoutVersion = 3; // of what is kept: a layout of other docks is not taken
 
 } // namespace
 
@@ -104,6 +104,7 @@ void MainWindow::make_docks()
     docks_.add({"DisplayColourBars", tr("&Colour bars"), bars, {kRight, 90, true}, {kBottom, 500, true}});
     docks_.add({"DisplayLive", tr("&Live data"), panels_.live, {kRight, 100, true}, {kRight, 100, false}});
     docks_.add({"DisplayPicks", tr("&Picks"), panels_.picks, {kRight, 100, true, true}, {kRight, 110, true}});
+    targets_.add_docks(docks_);
     const QDockWidget& lines = docks_.add({"DisplayLines",
                                            tr("Survey &lines"),
                                            &survey_tools_.line_table(),
@@ -249,6 +250,11 @@ void MainWindow::connect_panels()
         }
     });
     pick_view_.connect_panels(actions_);
+    pick_view_.set_fit_summary([this](std::int32_t pick) { return targets_.fit_summary_of(pick); });
+    connect(&pick_view_, &PickView::picks_shown, &targets_, &TargetShow::show_picks);
+    connect(&targets_, &TargetShow::fits_changed, &pick_view_, &PickView::show_fits);
+    connect(&run_view_, &RunView::cleared, &targets_, &TargetShow::forget);
+    connect(&run_view_, &RunView::finished, &targets_, &TargetShow::show_picks);
 }
 
 void MainWindow::add_layout_menu(QMenu& menu)

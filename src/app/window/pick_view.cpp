@@ -136,6 +136,7 @@ void PickView::show_list()
 {
     if (list_ == nullptr) {
         list_ = new PickListForm(session_, op_, &actions_->action("menu_undo_pick"), &window_);
+        list_->set_fit_summary(fit_summary_);
         list_->setAttribute(Qt::WA_DeleteOnClose);
         connect(list_, &QObject::destroyed, this, [this] { list_ = nullptr; });
     }
@@ -184,6 +185,12 @@ void PickView::show_pick_controls(const PickControls& controls)
     can_move_ = controls.moving_enabled;
     show_moving();
     if (list_ != nullptr) list_->show_current_pick();
+    emit picks_shown();
+}
+
+void PickView::show_fits()
+{
+    if (list_ != nullptr) list_->show_current_pick();
 }
 
 // An empty list writes no file, and so the one on the disk keeps the picks that were deleted.
@@ -204,6 +211,7 @@ void PickView::show_leftover_file()
 void PickView::redraw_picks()
 {
     view_.redraw_picks();
+    emit picks_shown();
 }
 
 void PickView::show_sample(std::int32_t sample_index)

@@ -9,6 +9,9 @@
 
 #include <QObject>
 
+#include <functional>
+#include <string>
+
 class QMainWindow;
 
 namespace tarvo {
@@ -27,6 +30,10 @@ public:
     // To be called once, when panels and actions are there.
     void connect_panels(WindowActions& actions);
 
+    // What the list says of a pick's fit, and that it may say another thing now.
+    void set_fit_summary(std::function<std::string(std::int32_t)> summary) { fit_summary_ = std::move(summary); }
+    void show_fits();
+
     void mark();
     void move(int samples);
     void delete_current();
@@ -43,6 +50,9 @@ public:
     void display_pick_list() override;
     void display_pick_item(std::int32_t pick) override;
 
+signals:
+    void picks_shown(); // anything of them is shown anew
+
 private:
     IndexedTrack ground() const { return indexed_track(session_.survey); }
     void connect_track();
@@ -58,6 +68,7 @@ private:
     QMainWindow& window_;
     WindowActions* actions_ = nullptr;
     PickListForm* list_ = nullptr; // while it is open
+    std::function<std::string(std::int32_t)> fit_summary_;
     bool can_move_ = false;
     bool moving_locked_ = false; // by a run
 };

@@ -76,9 +76,12 @@ void MainWindow::make_menus()
                        {"menu_stop", tr("&Stop"), "Esc", Needs::file_run,
                         [this] { press_start(StartButton::replay_or_stop); }, tr("Stop the run, halt the play")}});
     make_pick_menu();
+    targets_.add_actions(actions_);
     make_view_menu();
     actions_.add_menu("menu_help", tr("&Help"),
-                      {{"menu_shortcuts", tr("&Keyboard and mouse"), "F1", Needs::nothing,
+                      {{"menu_guide", tr("&Guide"), "F1", Needs::nothing, [this] { guide_.show(); },
+                        tr("The guide's page about what has the keyboard")},
+                       {"menu_shortcuts", tr("&Keyboard and mouse"), "Shift+F1", Needs::nothing,
                         [this] { show_shortcuts_page(actions_.shortcuts(), this); }, tr("This page")},
                        {"menu_about", tr("&About Tarvo"), "", Needs::nothing, [this] { show_about_box(this); }}});
 }
@@ -263,6 +266,7 @@ void MainWindow::add_recent_files(QMenu& menu)
 
 void MainWindow::note_opened_files(const std::vector<std::string>& chosen)
 {
+    targets_.forget_survey();
     QStringList paths;
     for (const std::string& name : chosen) paths.append(QFileInfo(to_qt(name)).absoluteFilePath());
     const QString path = paths.join(kBetweenFiles);
