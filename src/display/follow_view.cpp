@@ -132,9 +132,10 @@ void paint_part(FollowView& view, const TrackScene& scene, const PixelRectangle&
 
 void paint_anew(FollowView& view, const TrackScene& scene, int width, int height)
 {
+    const PixelPlace middle = {width / 2, height / 2};
     view.scale = width / scene.settings.follow_width;
-    view.anchor.easting = scene.track.easting[view.middle_record] - width / 2 / view.scale;
-    view.anchor.northing = scene.track.northing[view.middle_record] + height / 2 / view.scale;
+    view.anchor.easting = scene.track.easting[view.middle_record] - middle.x / view.scale;
+    view.anchor.northing = scene.track.northing[view.middle_record] + middle.y / view.scale;
     view.origin = {0, 0}; // the buffer is the view, without a seam
     if (view.buffer.width() == width && view.buffer.height() == height) {
         clear(view.buffer);

@@ -98,7 +98,7 @@ TEST(FollowView, ShowsWhatARepaintWould)
             }
             if (one_in(60)) scene.settings.follow_width = kWidthAcross / (1 + static_cast<int>(random() % 9));
             if (one_in(60)) resize_track_image(image, scene, 50 + static_cast<int>(random() % 40), 45, op);
-            if (random() % 4 < newest / 300U % 4) continue; // fewer and fewer frames
+            if (random() % 4 < static_cast<unsigned>(newest) / 300 % 4) continue; // fewer and fewer frames
             update_image_display(image, scene, Redraw::as_needed, op);
             ASSERT_EQ(image.picture, repainted(image, scene)) << "seed " << seed << ", record " << newest;
             if (image.follow_view.middle_record > 0) expect_true_to_scale(image, scene, seed);

@@ -164,6 +164,8 @@ void LayerView::show_what_is_wanted()
                           survey.processing.store.RecordCount > 0;
     std::optional<MapView> wanted;
     if (is_shown) wanted = MapView{active_transform(image), image.picture.width(), image.picture.height()};
+    // What follows the track is asked for before the track gets there.
+    if (wanted && image.mode == TrackMode::follow) wanted = with_room(*wanted);
     layers_.show(wanted, std::max(1, qRound(qGuiApp->devicePixelRatio())));
 }
 

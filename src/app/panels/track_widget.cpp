@@ -38,8 +38,9 @@ TrackWidget::TrackWidget(SurveyView& view, QWidget* parent) : QWidget(parent), v
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    setToolTip(tr("The track in plan view, coloured by gradient. Wheel: zoom, drag: move the enlarged view, "
-                  "click: make the nearest point or pick current, double click: mark a pick."));
+    setToolTip(
+        plain_tip(tr("The track in plan view. Wheel: zoom, drag: move the enlarged view, click: make the nearest "
+                     "point or pick current, double click: mark a pick.")));
     setToolTipDuration(4000);
     setAccessibleName(tr("Track"));
     connect(&view_, &SurveyView::track_changed, this, qOverload<>(&QWidget::update));
