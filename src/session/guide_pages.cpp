@@ -12,12 +12,14 @@ struct PageOfPlace {
     std::string_view page;
 };
 
-constexpr std::array<PageOfPlace, 16> kPages = {{{"Dock_DisplayDials", "window"},
+constexpr std::array<PageOfPlace, 18> kPages = {{{"Dock_DisplayDials", "window"},
                                                  {"Dock_DisplayGraphs", "window"},
                                                  {"Dock_DisplayColourBars", "window"},
                                                  {"Dock_DisplayMessages", "troubleshooting"},
                                                  {"Dock_DisplayLive", "live"},
                                                  {"Dock_DisplayPicks", "picks"},
+                                                 {"Dock_DisplayFit", "targets"},
+                                                 {"Dock_DisplayProposals", "targets"},
                                                  {"Dock_DisplayLines", "residual"},
                                                  {"Dock_DisplayLayers", "layers"},
                                                  {"Form_define_colum_names", "logger-data"},
