@@ -67,40 +67,42 @@ void TargetShow::add_docks(WindowDocks& docks)
 
 void TargetShow::add_actions(WindowActions& actions)
 {
-    QMenu& menu =
-        actions.add_menu("menu_targets", tr("&Targets"),
-                         {{"menu_show_fit", tr("&Fit of the current pick"), "Ctrl+I", Needs::nothing,
-                           [this] { docks_->show("DisplayFit"); }},
-                          {"menu_take_fit", tr("Take the fitted &place"), "Ctrl+Return", Needs::nothing,
-                           [this] { take_fitted_place(); }, tr("Give the current pick the place that was fitted")},
-                          {},
-                          {"menu_search_targets", tr("&Search for targets"), "F7", Needs::idle_and_samples,
-                           [this] { search(); }, tr("Propose places of the residual that look like targets")},
-                          {"menu_take_proposal", tr("&Take"), "Return", Needs::nothing,
-                           [this] {
-                               session_.proposals.take(indexed_track(session_.survey));
-                               show_proposals();
-                           },
-                           tr("Make a pick of the chosen proposal")},
-                          {"menu_refuse_proposal", tr("&Drop"), "Del", Needs::nothing,
-                           [this] {
-                               session_.proposals.refuse();
-                               show_proposals();
-                           },
-                           tr("Refuse the chosen proposal")},
-                          {"menu_next_proposal", tr("&Next"), "N", Needs::nothing,
-                           [this] {
-                               session_.proposals.go(1);
-                               show_proposals();
-                           },
-                           tr("Go on to the next proposal to judge")},
-                          {"menu_previous_proposal", tr("Pre&vious"), "Shift+N", Needs::nothing,
-                           [this] {
-                               session_.proposals.go(-1);
-                               show_proposals();
-                           },
-                           tr("Go back to the proposal before")},
-                          {}});
+    QMenu& menu = actions.add_menu(
+        "menu_targets", tr("&Targets"),
+        {{"menu_show_fit", tr("&Fit of the current pick"), "Ctrl+I", Needs::nothing,
+          [this] { docks_->show("DisplayFit"); }},
+         {"menu_take_fit", tr("Take the fitted &place"), "Ctrl+Return", Needs::nothing, [this] { take_fitted_place(); },
+          tr("Give the current pick the place that was fitted")},
+         {"menu_next_pick", tr("Ne&xt pick"), "Ctrl+J", Needs::nothing, [this] { step_pick(1); }},
+         {"menu_previous_pick", tr("Previous pic&k"), "Ctrl+Shift+J", Needs::nothing, [this] { step_pick(-1); }},
+         {},
+         {"menu_search_targets", tr("&Search for targets"), "F7", Needs::idle_and_samples, [this] { search(); },
+          tr("Propose places of the residual that look like targets")},
+         {"menu_take_proposal", tr("&Take"), "Return", Needs::nothing,
+          [this] {
+              session_.proposals.take(indexed_track(session_.survey));
+              show_proposals();
+          },
+          tr("Make a pick of the chosen proposal")},
+         {"menu_refuse_proposal", tr("&Drop"), "Del", Needs::nothing,
+          [this] {
+              session_.proposals.refuse();
+              show_proposals();
+          },
+          tr("Refuse the chosen proposal")},
+         {"menu_next_proposal", tr("&Next"), "N", Needs::nothing,
+          [this] {
+              session_.proposals.go(1);
+              show_proposals();
+          },
+          tr("Go on to the next proposal to judge")},
+         {"menu_previous_proposal", tr("Pre&vious"), "Shift+N", Needs::nothing,
+          [this] {
+              session_.proposals.go(-1);
+              show_proposals();
+          },
+          tr("Go back to the proposal before")},
+         {}});
     actions.add(menu, {"menu_report", tr("&Report as HTML..."), "", Needs::idle_and_samples, [this] {
                            write_file({"Write the report of the targets", "HTML files|*.html|All files (*.*)|*.*",
                                        "_report.html", "html"},
@@ -192,6 +194,14 @@ std::string TargetShow::fit_summary_of(std::int32_t pick)
         QTimer::singleShot(0, this, &TargetShow::show_picks);
     }
     return session_.targets.summary_of(pick);
+}
+
+void TargetShow::step_pick(int picks)
+{
+    const PickList& list = session_.survey.picks;
+    const std::int32_t current = session_.survey.current_pick;
+    const std::int32_t next = is_pick(list, current) ? current + picks : 1;
+    if (is_pick(list, next)) session_.pick_work.choose_pick(next);
 }
 
 void TargetShow::take_fitted_place()

@@ -38,6 +38,7 @@ private:
     void look();
     void take_results();
     void show_fit();
+    void step_pick(int picks);
     void take_fitted_place();
     void search();
     void choose_proposal(int row);
