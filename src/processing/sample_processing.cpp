@@ -229,6 +229,10 @@ void note_line_of_file(SampleProcessing& run)
     }
     run.file_has_time = true;
     if (run.newest_time && time <= *run.newest_time) return;
+    if (run.newest_time) {
+        const std::int64_t step = time - *run.newest_time;
+        run.shortest_step = run.shortest_step == 0 ? step : std::min(run.shortest_step, step);
+    }
     run.newest_time = time;
     run.newest_time_file = run.file;
 }

@@ -240,6 +240,23 @@ std::string averaging_hint(const SampleProcessing& run)
            grouped_digits(std::to_string(run.lines_read)) + " lines closed a bin and were not averaged";
 }
 
+std::string few_samples_hint(const SampleProcessing& run)
+{
+    constexpr std::int64_t kFewSamples = 60;
+    constexpr std::int64_t kManyLines = 4; // of a sample
+    const std::int64_t samples = run.store.RecordCount;
+    if (samples >= kFewSamples || run.lines_processed < kManyLines * std::max<std::int64_t>(samples, 1)) return "";
+    if (run.shortest_step == 0 || !run.plan.has_time) return "";
+    return "Only " + std::to_string(samples) + (samples == 1 ? " sample" : " samples") + " of " +
+           std::to_string(run.lines_processed) + " lines, at " + format_shortest(1 / run.plan.SampleInterval) +
+           " per second";
+}
+
+float rate_of_lines(const SampleProcessing& run)
+{
+    return static_cast<float>(kFixedTimeUnits / static_cast<double>(std::max<std::int64_t>(run.shortest_step, 1)));
+}
+
 std::string spacing_hint(const SurveyState& survey)
 {
     if (survey.parameters.SpacingOverFixes) return "";

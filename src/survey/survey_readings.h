@@ -49,6 +49,11 @@ std::string out_of_world_hint(const SampleStore& store);
 // How many lines went into no average, said to the operator with the remedy in mind; empty when none was left out.
 std::string averaging_hint(const SampleProcessing& run);
 
+// A short file whose lines come so fast that few samples are made of them; empty for any other. Its rate: that at which
+// every line is a sample, per second.
+std::string few_samples_hint(const SampleProcessing& run);
+float rate_of_lines(const SampleProcessing& run);
+
 // How many picks lie beside the track, and how they are shown; empty when none does.
 std::string far_picks_hint(const SurveyState& survey);
 

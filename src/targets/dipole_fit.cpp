@@ -217,13 +217,27 @@ std::string flag_text(const DipoleFit& fit)
     return text;
 }
 
+namespace {
+
+// How far readings are looked for rests on the altitude.
+std::string altitude_advice(const FitGround& ground)
+{
+    if (ground.has_altitude) return {};
+    return " The data have no altitude (Elevation), so that " + format_fixed(kAltitudeWhenUnknown, 0) +
+           " m is taken: a larger radius may do.";
+}
+
+} // namespace
+
 std::string too_few_readings(const FitReadings& readings, const FitGround& ground)
 {
     constexpr std::size_t kFewest = 30;
     constexpr double kLeastTrack = 1.5; // altitudes
-    if (readings.count() == 0) return "There is no valid reading near the pick.";
+    if (readings.count() == 0) return "There is no valid reading near the pick." + altitude_advice(ground);
     if (readings.count() < kFewest) {
-        return "Only " + std::to_string(readings.count()) + " readings lie near the pick: a fit needs 30.";
+        return "Only " + std::to_string(readings.count()) +
+               (readings.count() == 1 ? " reading lies" : " readings lie") + " near the pick: a fit needs 30." +
+               altitude_advice(ground);
     }
     double longest = 0;
     for (const FitSegment& segment : readings.segments) {
@@ -232,7 +246,7 @@ std::string too_few_readings(const FitReadings& readings, const FitGround& groun
     }
     if (longest < kLeastTrack * ground.altitude) {
         return "Only " + format_fixed(longest, 1) + " m of track lie near the pick: a fit needs " +
-               format_fixed(kLeastTrack * ground.altitude, 1) + " m.";
+               format_fixed(kLeastTrack * ground.altitude, 1) + " m." + altitude_advice(ground);
     }
     return {};
 }

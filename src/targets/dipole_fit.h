@@ -16,9 +16,10 @@ namespace tarvo {
 
 // What is known about the ground before a fit.
 struct FitGround {
-    GridVector earth;      // unit vector of the Earth's field
-    double strength = 0;   // nT, of the Earth's field
-    double altitude = 5;   // metres of the sensors above the ground; kAltitudeWhenUnknown without one
+    GridVector earth;    // unit vector of the Earth's field
+    double strength = 0; // nT, of the Earth's field
+    double altitude = 5; // metres of the sensors above the ground; kAltitudeWhenUnknown without one
+    bool has_altitude = true;
     double seabed = kNull; // height; kNull: not known
     double sensors = 0;    // their height, where the seabed is not known
     double pick_east = 0;  // metres, survey grid

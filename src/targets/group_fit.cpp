@@ -335,7 +335,9 @@ void take_model(std::vector<GroupMember>& members, std::size_t changed, const Fi
     source.fitted = fitted;
 }
 
-double altitude_near(const FitSurvey& survey, std::int32_t record)
+namespace {
+
+std::vector<double> altitudes_near(const FitSurvey& survey, std::int32_t record)
 {
     constexpr std::int32_t kAround = 5; // records on each side
     std::vector<double> altitudes;
@@ -344,6 +346,19 @@ double altitude_near(const FitSurvey& survey, std::int32_t record)
         const double here = altitude(survey.store(), near);
         if (is_valid_channel(here) && here > 0) altitudes.push_back(here);
     }
+    return altitudes;
+}
+
+bool has_altitude_near(const FitSurvey& survey, std::int32_t record)
+{
+    return !altitudes_near(survey, record).empty();
+}
+
+} // namespace
+
+double altitude_near(const FitSurvey& survey, std::int32_t record)
+{
+    std::vector<double> altitudes = altitudes_near(survey, record);
     return altitudes.empty() ? kAltitudeWhenUnknown : median_or_null(std::move(altitudes));
 }
 
@@ -361,6 +376,7 @@ FitTask fit_task(const FitSurvey& survey, const FitPlace& place, const FieldDire
     ground.earth = field.unit;
     ground.strength = field.strength;
     ground.altitude = altitude_near(survey, place.record);
+    ground.has_altitude = has_altitude_near(survey, place.record);
     ground.pick_east = place.east;
     ground.pick_north = place.north;
     task.radius = fit_radius(survey, place);

@@ -47,7 +47,7 @@ struct FitWatch {
 };
 
 double altitude_near(const FitSurvey& survey, std::int32_t record); // metres; kAltitudeWhenUnknown without one
-double fit_radius(const FitSurvey& survey, const FitPlace& place); // metres: what is wanted, or by the altitude
+double fit_radius(const FitSurvey& survey, const FitPlace& place);  // metres: what is wanted, or by the altitude
 FitTask fit_task(const FitSurvey& survey, const FitPlace& place, const FieldDirection& field);
 
 // The numbers of places that hang together, as neighbours of neighbours.

@@ -237,7 +237,7 @@ FittedPlace ProjectedFit::refined(const GridVector& start, const FitBounds& boun
 // that of residuals which do not hang together. What the sensors of a record have in common, as an error of the fish's
 // position, counts once and not once a sensor (White 1980, Econometrica 48, 817-838; Liang and Zeger 1986, Biometrika
 // 73, 13-22).
-std::array<std::array<double, 3>, 3> ProjectedFit::record_spread() const
+std::array<std::array<double, 3>, 3> ProjectedFit::record_spread(double lag_correlation) const
 {
     std::vector<std::size_t> order(left_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
@@ -258,8 +258,11 @@ std::array<std::array<double, 3>, 3> ProjectedFit::record_spread() const
         pull = {};
         ++records;
     }
-    const double unknowns = 6 + 2 * static_cast<double>(readings_.segments.size());
-    const double scale = records / std::max(records - unknowns, 1.0);
+    // Residuals that hang together are worth fewer independent ones, of which the unknowns take their share.
+    const double lag = std::clamp(lag_correlation, 0.0, 0.99);
+    const double independent = records * (1 - lag) / (1 + lag);
+    const auto unknowns = static_cast<double>(6 + 2 * readings_.segments.size() + neighbours_.size());
+    const double scale = independent / std::max(independent - unknowns, independent / 4);
     for (auto& row : spread) {
         for (double& value : row) value *= scale;
     }
@@ -323,7 +326,7 @@ FitQuality ProjectedFit::quality(const FittedPlace& fitted)
     for (std::size_t axis = 0; axis < 3; ++axis) normal[axis][axis] += 1e-12 * curvature;
     const std::optional<Matrix> lower = lower_triangle(normal);
     if (!lower) return quality;
-    const Matrix spread = record_spread();
+    const Matrix spread = record_spread(quality.lag_correlation);
     Matrix half = {};
     for (std::size_t column = 0; column < 3; ++column) {
         const Triple solution = solved(*lower, column_of(spread, column));

@@ -72,7 +72,7 @@ private:
     void without_baselines(std::vector<double>& column) const;
     void take_out_earlier(std::vector<double>& column, std::size_t earlier) const;
     Step linearised(const Dipole& dipole);
-    std::array<std::array<double, 3>, 3> record_spread() const;
+    std::array<std::array<double, 3>, 3> record_spread(double lag_correlation) const;
     GridVector background_shift(const std::array<std::array<double, 3>, 3>& lower) const;
 
     const FitReadings& readings_;

@@ -14,7 +14,8 @@ namespace {
 
 constexpr double kLeastThreshold = 2; // nT
 constexpr double kNoiseToThreshold = 6;
-constexpr double kMatch = 0.8; // R2 of a fit that is taken
+constexpr double kSameSource = 0.5; // altitudes: places nearer to each other are one
+constexpr double kMatch = 0.8;      // R2 of a fit that is taken
 constexpr int kMostAnomalies = 2000;
 
 bool is_good(const DipoleFit& fit)
@@ -70,7 +71,9 @@ public:
             look_at_anomalies(fits);
             if (is_stopped() || list_.dipoles.size() == known) break;
             fits = fit_all();
+            while (!is_stopped() && drop_bad_ones()) fits = fit_all();
         }
+        for (const Proposal& one : dropped_) note_dropped(one);
         list_.stopped = is_stopped();
         sort_lists();
         return std::move(list_);
@@ -110,7 +113,6 @@ private:
 
     void look_at(const AnomalyField::Peak& peak, AnomalyField& anomalies, std::vector<GridVector>& taken)
     {
-        constexpr double kSameSource = 0.5; // altitudes
         Proposal proposal = proposal_at(peak);
         FitTask task = fit_task(survey_, proposal.place, task_.field);
         task.readings = cleaned_readings(task.readings, anomalies);
@@ -159,6 +161,58 @@ private:
         return fits;
     }
 
+    // A dipole that was good alone may be none beside its neighbours: of those that lie together the one that explains
+    // the least goes, and of two at one place the weaker. False: none went.
+    bool drop_bad_ones()
+    {
+        std::vector<Proposal> kept;
+        std::vector<Proposal> dropped;
+        for (const Proposal& one : list_.dipoles) {
+            const bool goes = is_worst_here(one) || has_stronger_twin(one);
+            (goes ? dropped : kept).push_back(one);
+        }
+        if (dropped.empty()) return false;
+        list_.dipoles = std::move(kept);
+        for (Proposal& one : dropped) {
+            one.is_dipole = false;
+            dropped_.push_back(std::move(one));
+        }
+        return true;
+    }
+
+    // Where nothing else was listed in the end.
+    void note_dropped(const Proposal& one)
+    {
+        const auto is_near = [&](const Proposal& other) {
+            return std::hypot(other.place.east - one.place.east, other.place.north - one.place.north) < altitude_;
+        };
+        const auto is_listed = [&](const std::vector<Proposal>& list) {
+            return std::any_of(list.begin(), list.end(), is_near);
+        };
+        if (!is_listed(list_.dipoles) && !is_listed(list_.no_dipoles)) list_.no_dipoles.push_back(one);
+    }
+
+    bool is_worst_here(const Proposal& one) const
+    {
+        constexpr double kTogether = 3; // altitudes
+        if (is_good(one.fit)) return false;
+        return std::none_of(list_.dipoles.begin(), list_.dipoles.end(), [&](const Proposal& other) {
+            const bool is_near = std::hypot(other.place.east - one.place.east, other.place.north - one.place.north) <
+                                 kTogether * altitude_;
+            return &other != &one && is_near && !is_good(other.fit) && other.fit.r2 < one.fit.r2;
+        });
+    }
+
+    bool has_stronger_twin(const Proposal& one) const
+    {
+        const Dipole& here = one.fit.dipole;
+        return std::any_of(list_.dipoles.begin(), list_.dipoles.end(), [&](const Proposal& other) {
+            const Dipole& there = other.fit.dipole;
+            return &other != &one && is_good(other.fit) && length(there.moment) > length(here.moment) &&
+                   plan_length(there.place - here.place) < kSameSource * altitude_;
+        });
+    }
+
     void sort_lists()
     {
         const auto moment = [](const Proposal& proposal) { return length(proposal.fit.dipole.moment); };
@@ -174,7 +228,8 @@ private:
     const FitWatch& watch_;
     double altitude_; // metres
     ProposalList list_;
-    int looked_at_ = 0; // anomalies
+    std::vector<Proposal> dropped_; // good alone, and no dipole beside their neighbours
+    int looked_at_ = 0;             // anomalies
     bool stopped_ = false;
 };
 

@@ -203,6 +203,11 @@ void draw_targets(SvgDrawing& drawing, const MapScene& scene, const MapFrame& fr
     }
 }
 
+std::string length_text(double metres)
+{
+    return metres >= 1000 ? format_shortest(metres / 1000) + " km" : format_shortest(metres) + " m";
+}
+
 void draw_legend(SvgDrawing& drawing, const MapScene& scene, const MapFrame& frame, double range)
 {
     constexpr double kMargin = 10;
@@ -211,7 +216,7 @@ void draw_legend(SvgDrawing& drawing, const MapScene& scene, const MapFrame& fra
     const double right = frame.width - kMargin;
     drawing.box(right - 190, 4, 196, 42, "#ffffff", {kFaint, 1});
     drawing.line({right - metres * frame.pixels_a_metre, 14}, {right, 14}, {kInk, 3});
-    drawing.text({right - metres * frame.pixels_a_metre - 4, 18}, format_shortest(metres) + " m, N \xE2\x86\x91",
+    drawing.text({right - metres * frame.pixels_a_metre - 4, 18}, length_text(metres) + ", N \xE2\x86\x91",
                  SvgAnchor::end, kInk, 10);
     if (scene.residual.size() < 2) return;
     const double left = right - kSwatch * static_cast<double>(kFieldColours.size());

@@ -43,6 +43,22 @@ TEST(SurveyReadings, LinesThatWereNotAveragedAreToldWithTheirNumber)
     EXPECT_EQ(averaging_hint(run), "2,675 of 5,381 lines closed a bin and were not averaged");
 }
 
+TEST(SurveyReadings, FewSamplesOfManyLinesAreTold)
+{
+    SampleProcessing run;
+    run.plan.has_time = true;
+    run.lines_processed = 14;
+    run.shortest_step = 10; // of a logger at 1000 Hz
+    run.store.RecordCount = 1;
+    EXPECT_EQ(few_samples_hint(run), "Only 1 sample of 14 lines, at 1 per second");
+    EXPECT_EQ(rate_of_lines(run), 1000);
+    run.store.RecordCount = 4;
+    EXPECT_EQ(few_samples_hint(run), "");
+    run.lines_processed = 10'000;
+    run.store.RecordCount = 918;
+    EXPECT_EQ(few_samples_hint(run), "");
+}
+
 TEST(SurveyReadings, ValuesOutOfThisWorldAreCountedAndNamed)
 {
     SurveyDefinitions definitions;
