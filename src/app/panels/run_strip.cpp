@@ -2,6 +2,7 @@
 
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "survey/survey_readings.h"
 #include "text/numbers.h"
 
 #include <QHBoxLayout>
@@ -44,7 +45,8 @@ RunStrip::RunStrip(QWidget* parent) : QWidget(parent), progress_(new QProgressBa
         add_counter(*row, QStringLiteral("Text_num_not_averaged"), tr("not averaged"),
                     tr("Lines not averaged: valid ones that closed a bin and went into none, see Corrections "
                        "in the processing parameters"));
-    line_ = add_counter(*row, QStringLiteral("Text_current_line"), {}, tr("The current survey line"));
+    line_ = add_counter(*row, QStringLiteral("Text_current_line"), {},
+                        tr("The survey line of the newest sample in a run, else of the current point"));
     show_counters({});
 }
 
@@ -76,9 +78,13 @@ void RunStrip::show_numbers(const RunCounters& counters)
     samples_->setText(count_text(counters.samples_stored));
     rejected_->setText(count_text(counters.lines_rejected));
     not_averaged_->setText(count_text(counters.lines_not_averaged));
-    const bool has_line = is_valid_channel(counters.current_line_number);
-    line_->setText(
-        tr("line %1").arg(has_line ? to_qt(format_fixed(counters.current_line_number, 0)) : QStringLiteral("\u2013")));
+    show_line(counters.current_line_number);
+}
+
+void RunStrip::show_line(double number)
+{
+    const bool has_line = is_valid_channel(number);
+    line_->setText(tr("line %1").arg(has_line ? to_qt(line_name(number)) : QStringLiteral("\u2013")));
 }
 
 void RunStrip::show_counters(const RunCounters& counters)

@@ -114,6 +114,7 @@ void PickView::show_list()
         list_ = new PickListForm(session_, op_, &actions_->action("menu_undo_pick"), &window_);
         list_->setAttribute(Qt::WA_DeleteOnClose);
         connect(list_, &QObject::destroyed, this, [this] { list_ = nullptr; });
+        connect(list_, &PickListForm::type_names_changed, &view_, &SurveyView::settings_changed);
     }
     list_->show();
     list_->raise();
@@ -173,7 +174,7 @@ void PickView::show_sample(std::int32_t sample_index)
 
 void PickView::open_new_pick_dialog()
 {
-    NewPickForm form(session_.pick_work, session_.survey.picks, &window_);
+    NewPickForm form(session_.pick_work, session_.survey, op_, &window_);
     form.exec();
     window_.activateWindow(); // the form went together with the message over it
 }
