@@ -1,5 +1,6 @@
 // Drawing the track: a full rebuild of a million points against the bare loop that does the same work, and against
-// the toolkit's painter; one new sample in both drawing modes, the following one against a memmove of the picture.
+// the toolkit's painter; one new sample in the whole mode and in the scrolling one, the latter against a memmove of the
+// picture; a frame that follows the track.
 
 #include "display/colour_scale.h"
 #include "display/track_image.h"
@@ -199,13 +200,14 @@ void NewSampleFixedExtent(benchmark::State& state)
 BENCHMARK(NewSampleFixedExtent)->ArgName("stored")->Arg(1'000)->Arg(kPoints);
 
 // Every sample moves the picture, in all eight directions in turn.
-void NewSampleFollowing(benchmark::State& state)
+void NewSampleScrolling(benchmark::State& state)
 {
     constexpr int kDx[] = {3, 3, 0, -3, -3, -3, 0, 3};
     constexpr int kDy[] = {0, 2, 2, 2, 0, -2, -2, -2};
     SilentOperator op;
     TrackImage image;
     resize_track_image(image, {}, kWidth, kHeight, op);
+    scroll_track(image, {});
     double easting = 0;
     double northing = 0;
     std::int32_t index = 0;
@@ -216,7 +218,42 @@ void NewSampleFollowing(benchmark::State& state)
         benchmark::ClobberMemory();
     }
 }
-BENCHMARK(NewSampleFollowing)->Unit(benchmark::kMicrosecond);
+BENCHMARK(NewSampleScrolling)->Unit(benchmark::kMicrosecond);
+
+// A frame that follows the track at its end, samples_a_frame newer than the one before; all lines of the survey lie in
+// the picture's reach.
+void FollowFrame(benchmark::State& state)
+{
+    const Track track = make_track(kAlongTrack, kPoints);
+    TrackScene scene = track.scene();
+    scene.settings.follow_width = static_cast<double>(state.range(0));
+    const auto samples_a_frame = static_cast<std::int32_t>(state.range(1));
+    SilentOperator op;
+    TrackImage image;
+    resize_track_image(image, {}, kWidth, kHeight, op);
+    constexpr std::int32_t kBegin = kPoints - kPoints / 10;
+    scene.track.count = kBegin;
+    follow_track(image, scene, op);
+    for (auto _ : state) {
+        for (std::int32_t sample = 0; sample < samples_a_frame; ++sample) {
+            const std::int32_t record = ++scene.track.count;
+            plot_track_point(image, scene, record, track.easting[static_cast<std::size_t>(record)],
+                             track.northing[static_cast<std::size_t>(record)]);
+        }
+        recolour_track_points(image, scene, scene.track.count - samples_a_frame - 5);
+        update_image_display(image, scene, Redraw::as_needed, op);
+        benchmark::ClobberMemory();
+        if (scene.track.count + samples_a_frame <= kPoints) continue;
+        state.PauseTiming();
+        scene.track.count = kBegin;
+        follow_track(image, scene, op);
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(FollowFrame)
+    ->ArgNames({"metres_across", "samples_a_frame"})
+    ->ArgsProduct({{50, 200, 4500}, {1, 400}})
+    ->Unit(benchmark::kMicrosecond);
 
 // The whole picture moved by as many pixels within itself, up and down the memory in turn.
 void PictureMemmove(benchmark::State& state)

@@ -8,7 +8,7 @@ build_packages=(
     libpng-dev
     libproj-dev proj-data
     libgdal-dev
-    qt6-base-dev libqt6svg6-dev libqcustomplot-dev libqcustomplot2.1-qt6 fonts-dejavu-core
+    qt6-base-dev qt6-svg-dev libqcustomplot-dev libqcustomplot2.1-qt6 fonts-dejavu-core
     libgtest-dev libbenchmark-dev
 )
 

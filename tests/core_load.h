@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 namespace tarvo {
@@ -19,8 +20,10 @@ struct CoreLoad {
     FakePickDisplay picks;
     Session session{op, display, picks};
 
-    explicit CoreLoad(const std::string& file, const Projections* projections = nullptr)
+    explicit CoreLoad(const std::string& file, const Projections* projections = nullptr,
+                      const std::function<void(Settings&)>& settle = nullptr)
     {
+        if (settle) settle(session.survey);
         session.survey.projections = projections;
         session.survey.data_file_name = file;
         EXPECT_EQ(session.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData) << file;

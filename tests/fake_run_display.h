@@ -18,7 +18,8 @@ public:
     std::vector<CurrentSample> dials;
     std::vector<int> waits; // milliseconds
     int finished_runs = 0;
-    std::function<void(std::int64_t line)> at_line; // after that many data lines
+    std::function<void(std::int64_t line)> at_line;     // after that many data lines
+    std::function<void(std::string_view step)> at_step; // while a run is finished
     std::function<void()> at_finish;
 
     void show_controls(const RunControls& shown) override { controls.push_back(shown); }
@@ -32,6 +33,7 @@ public:
         const bool is_new_line = shown.lines_read != last_line_; // else the run is being finished
         last_line_ = shown.lines_read;
         if (at_line && is_new_line) at_line(shown.lines_read);
+        if (at_step && !shown.finishing.empty()) at_step(shown.finishing);
     }
     void wait(int milliseconds) override { waits.push_back(milliseconds); }
     void show_finished_run() override

@@ -6,6 +6,7 @@
 #include "definitions/definitions_file.h"
 #include "picks/pick_file.h"
 #include "text/file_names.h"
+#include "text/replace_file.h"
 #include "text/terminal_text.h"
 #include "tools/common/console.h"
 #include "tools/common/exit_status.h"
@@ -13,6 +14,7 @@
 #include "tools/process_options.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QSessionManager>
 #include <QTimer>
 
@@ -25,6 +27,20 @@
 namespace {
 
 using namespace tarvo;
+
+void save_picture(MainWindow& window, const std::string& file_name)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    window.grab().save(&buffer, "PNG");
+    try {
+        replace_file(file_name, bytes.toStdString());
+        QApplication::exit(kDone);
+    } catch (const std::exception& fault) {
+        std::cerr << "tarvo: " << terminal_text(fault.what()) << '\n';
+        QApplication::exit(kFailed);
+    }
+}
 
 void start(MainWindow& window, const LaunchOptions& options)
 {
@@ -43,9 +59,7 @@ void start(MainWindow& window, const LaunchOptions& options)
     if (options.start && !has_begun && !window.survey().data_file_name.empty()) window.press_start(*options.start);
     if (is_attended) return;
     QApplication::processEvents(); // the finished run is painted
-    const bool saved = window.grab().save(to_qt(options.screenshot), "PNG");
-    if (!saved) std::cerr << "tarvo: " << terminal_text(options.screenshot) << " cannot be written\n";
-    QApplication::exit(saved ? kDone : kFailed);
+    save_picture(window, options.screenshot);
 }
 
 MainWindow* window_at_exit = nullptr; // of the exit handler, which is given nothing

@@ -116,6 +116,12 @@ void draw_ring(Picture& picture, int x, int y, int radius, Colour colour, RingLi
     }
 }
 
+void draw_scaled_ring(Picture& picture, int x, int y, int radius, int scale, Colour colour, RingLine line)
+{
+    const int outermost = radius * scale + scale / 2;
+    for (int at = outermost - scale + 1; at <= outermost; ++at) draw_ring(picture, x, y, at, colour, line);
+}
+
 void draw_line(Picture& picture, int x1, int y1, int x2, int y2, Colour colour)
 {
     for_each_line_pixel(picture, x1, y1, x2, y2, [colour](Colour& pixel) { pixel = colour; });

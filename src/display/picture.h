@@ -81,6 +81,10 @@ void fill_square(Picture& picture, int x, int y, int half_size, Colour colour);
 enum class RingLine { solid, dashed };
 void draw_ring(Picture& picture, int x, int y, int radius, Colour colour, RingLine line = RingLine::solid);
 
+// The same where `scale` pixels stand for one: so many times as far out, and as wide.
+void draw_scaled_ring(Picture& picture, int x, int y, int radius, int scale, Colour colour,
+                      RingLine line = RingLine::solid);
+
 // Both ends belong to a line; the same pixels whichever end comes first.
 void draw_line(Picture& picture, int x1, int y1, int x2, int y2, Colour colour);
 void invert_line(Picture& picture, int x1, int y1, int x2, int y2); // done twice, it leaves no trace

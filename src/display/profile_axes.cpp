@@ -51,7 +51,8 @@ void ValueAxis::follow(const ValueExtent& curves)
     if (!is_fitted || curves.is_empty()) return;
     constexpr double kAir = 1.1; // about the curves
     const double needed = from_zero ? curves.greatest : 2 * std::max(curves.greatest - middle, middle - curves.least);
-    if (needed > 0) factor = limited_factor(std::max(kAir * needed, least_range) / range);
+    const double wanted = std::max(kAir * needed, least_range);
+    if (wanted > 0) factor = limited_factor(wanted / range);
 }
 
 double middle_of_curves(const ValueExtent& first, const ValueExtent& all, double range)

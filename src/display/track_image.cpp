@@ -9,7 +9,6 @@ namespace tarvo {
 namespace {
 
 constexpr int kMarkerRadius = 6;
-constexpr int kMarkerSide = 2 * kMarkerRadius + 1;
 
 bool zoomed_view_is_active(const TrackImage& image)
 {
@@ -20,18 +19,20 @@ const TrackView& active_view(const TrackImage& image)
     return zoomed_view_is_active(image) ? image.zoomed_view : image.full_view;
 }
 
-// Done a second time, it takes the crosshair away. Where its lines meet, the pixel stays as it is.
+// Done a second time, it takes the crosshair away. Where its lines meet, the pixels stay as they are.
 void invert_crosshair(TrackImage& image)
 {
     if (image.crosshair == kNoCrosshair) return;
     const auto [x, y] = image.crosshair;
-    invert_line(image.picture, x, 0, x, image.picture.height() - 1);
-    invert_line(image.picture, 0, y, image.picture.width() - 1, y);
+    for (int beside = 0; beside < image.symbol_scale; ++beside) {
+        invert_line(image.picture, x + beside, 0, x + beside, image.picture.height() - 1);
+        invert_line(image.picture, 0, y + beside, image.picture.width() - 1, y + beside);
+    }
 }
 
 void lay_crosshair(TrackImage& image)
 {
-    const bool is_shown = image.location.is_known() && !image.followed.is_shown;
+    const bool is_shown = image.location.is_known() && image.mode != TrackMode::scroll;
     image.crosshair = kNoCrosshair;
     if (!is_shown) return;
     const PixelTransform transform = active_transform(image);
@@ -45,6 +46,12 @@ void lift_crosshair(TrackImage& image)
     image.crosshair = kNoCrosshair;
 }
 
+// From its middle to its outermost pixels.
+int marker_reach(const TrackImage& image)
+{
+    return kMarkerRadius * image.symbol_scale + image.symbol_scale / 2;
+}
+
 void lay_marker(TrackImage& image)
 {
     NewPickMarker& marker = image.marker;
@@ -52,11 +59,12 @@ void lay_marker(TrackImage& image)
     if (!marker.place.is_known()) return;
     const PixelTransform transform = active_transform(image);
     PixelPlace at = {pixel_x(transform, marker.place.easting), pixel_y(transform, marker.place.northing)};
-    if (image.followed.is_shown) at = followed_pixel(image.followed, marker.record).value_or(at);
-    marker.covered = Picture(kMarkerSide, kMarkerSide);
-    copy_block(image.picture, {at.x - kMarkerRadius, at.y - kMarkerRadius, kMarkerSide, kMarkerSide}, marker.covered, 0,
-               0);
-    draw_ring(image.picture, at.x, at.y, kMarkerRadius, marker.colour);
+    if (image.mode == TrackMode::scroll) at = scrolled_pixel(image.scrolled, marker.record).value_or(at);
+    const int reach = marker_reach(image);
+    const int side = 2 * reach + 1;
+    marker.covered = Picture(side, side);
+    copy_block(image.picture, {at.x - reach, at.y - reach, side, side}, marker.covered, 0, 0);
+    draw_scaled_ring(image.picture, at.x, at.y, kMarkerRadius, image.symbol_scale, marker.colour);
     marker.drawn_at = at;
 }
 
@@ -64,8 +72,9 @@ void lift_marker(TrackImage& image)
 {
     const NewPickMarker& marker = image.marker;
     if (marker.drawn_at == kNoMarker) return;
-    copy_block(marker.covered, {0, 0, kMarkerSide, kMarkerSide}, image.picture, marker.drawn_at.x - kMarkerRadius,
-               marker.drawn_at.y - kMarkerRadius);
+    const int reach = marker_reach(image);
+    copy_block(marker.covered, {0, 0, 2 * reach + 1, 2 * reach + 1}, image.picture, marker.drawn_at.x - reach,
+               marker.drawn_at.y - reach);
     image.marker.drawn_at = kNoMarker;
 }
 
@@ -105,12 +114,21 @@ const TrackView& refreshed_view(TrackImage& image, const TrackScene& scene, Redr
     return image.full_view;
 }
 
-void plot_in_following_mode(TrackImage& image, const PointMark& mark, std::int32_t index, double easting,
-                            double northing)
+// The section of the view in use, and below it what the view shows, brought up to date.
+void show_view(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op)
 {
-    if (!image.followed.is_shown) image.pick_labels.clear();
-    plot_followed_point(image.picture, image.followed, index, easting, northing, mark);
-    image.full_view.buffer_valid = false; // it does not hold this sample
+    if (image.mode != TrackMode::follow) {
+        const TrackView& view = refreshed_view(image, scene, redraw, op);
+        if (scene.track.count > 0) display_data_track(image.picture, view, image.frame, image.section, scene, op);
+        return;
+    }
+    if (redraw == Redraw::requested || image.redraw_pending) image.follow_view.buffer_valid = false;
+    const int status = run_guarded(op, "An error occurred while displaying the data track: ", [&] {
+        draw_followed_track(image.picture, image.follow_view, scene);
+    });
+    if (status == 0) {
+        display_highlighted_section(image.picture, active_transform(image), image.section, scene, op);
+    }
 }
 
 // Always by the full view: the new sample's square does not follow the zoom.
@@ -132,7 +150,7 @@ void resize_track_image(TrackImage& image, const TrackScene& scene, int width, i
         image.picture = Picture(width, height);
         image.full_view.buffer_valid = false;
         image.zoomed_view.buffer_valid = false;
-        if (image.followed.is_shown) redraw_followed_track(image.picture, image.followed, scene);
+        if (image.mode == TrackMode::scroll) redraw_scrolled_track(image.picture, image.scrolled, scene);
         lay_overlays(image);
     });
     fit_data_extent(image, scene, op);
@@ -142,7 +160,8 @@ void clear_track_image(TrackImage& image, Operator& op)
 {
     lift_overlays(image);
     clear(image.picture);
-    image.followed = {};
+    image.follow_view = {};
+    image.scrolled = {};
     image.is_held = false;
     image.current_record = 0;
     image.section = {};
@@ -168,10 +187,10 @@ void fit_data_extent(TrackImage& image, const TrackScene& scene, Operator& op)
 
 void show_whole_track(TrackImage& image, const TrackScene& scene, Operator& op)
 {
-    image.map_extent = MapExtent::fixed;
-    image.followed = {};
-    image.full_view.buffer_valid = false;
-    image.zoomed_view.buffer_valid = false;
+    image.mode = TrackMode::whole;
+    image.follow_view = {};
+    image.scrolled = {};
+    drop_drawn_track(image);
     fit_data_extent(image, scene, op);
     update_image_display(image, scene, Redraw::as_needed, op);
 }
@@ -183,48 +202,68 @@ void show_finished_track(TrackImage& image, const TrackScene& scene, Operator& o
     show_whole_track(image, scene, op);
 }
 
-void follow_track(TrackImage& image)
+void follow_track(TrackImage& image, const TrackScene& scene, Operator& op)
 {
+    image.mode = TrackMode::follow;
+    image.follow_view = {};
+    image.scrolled = {};
+    update_image_display(image, scene, Redraw::as_needed, op);
+}
+
+void scroll_track(TrackImage& image, const TrackScene& scene)
+{
+    if (image.is_held) return;
     lift_overlays(image);
-    clear(image.picture);
-    image.map_extent = MapExtent::following;
-    image.followed = {};
+    image.mode = TrackMode::scroll;
+    image.follow_view = {};
     image.pick_labels.clear();
+    scroll_through(image.picture, image.scrolled, scene);
+    lay_overlays(image);
 }
 
 void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t index, double easting, double northing)
 {
+    image.zoomed_view.buffer_valid = false; // it does not hold this sample
+    if (image.mode == TrackMode::follow) {
+        image.full_view.buffer_valid = false; // likewise
+        note_plotted_point(image.follow_view, scene.track, index);
+        return;
+    }
     lift_overlays(image);
-    if (image.map_extent == MapExtent::following) {
-        plot_in_following_mode(image, point_mark(scene, index), index, easting, northing);
+    if (image.mode == TrackMode::scroll) {
+        image.full_view.buffer_valid = false;
+        plot_scrolled_point(image.picture, image.scrolled, index, easting, northing, point_mark(scene, index));
     } else {
         plot_in_fixed_extent(image, point_mark(scene, index), easting, northing);
     }
-    image.zoomed_view.buffer_valid = false; // it does not hold this sample
     lay_overlays(image);
 }
 
 void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int32_t first_record)
 {
+    image.zoomed_view.buffer_valid = false; // its colours are older
+    if (image.mode == TrackMode::follow) {
+        note_changed_points(image.follow_view, first_record);
+        return;
+    }
     lift_overlays(image);
-    if (image.followed.is_shown) redraw_followed_points(image.picture, image.followed, scene, first_record);
-    if (image.map_extent == MapExtent::fixed) {
+    if (image.mode == TrackMode::scroll) {
+        redraw_scrolled_points(image.picture, image.scrolled, scene, first_record);
+    } else {
         for (std::int32_t record = std::max(first_record, 1); record <= scene.track.count; ++record) {
             plot_in_fixed_extent(image, point_mark(scene, record), scene.track.easting[record],
                                  scene.track.northing[record]);
         }
     }
-    image.zoomed_view.buffer_valid = false; // its colours are older
     lay_overlays(image);
 }
 
 void update_image_display(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op)
 {
-    if (image.is_held || image.followed.is_shown) return;
+    if (image.is_held || image.mode == TrackMode::scroll) return;
     lift_overlays(image);
-    const TrackView& view = refreshed_view(image, scene, redraw, op);
+    show_view(image, scene, redraw, op);
     if (scene.track.count > 0) {
-        display_data_track(image.picture, view, image.frame, image.section, scene, op);
         image.pick_labels = draw_located_picks(image.picture, active_transform(image), scene);
         lay_marker(image);
     }
@@ -233,14 +272,21 @@ void update_image_display(TrackImage& image, const TrackScene& scene, Redraw red
     if (image.run_pending_events) image.run_pending_events();
 }
 
+void drop_drawn_track(TrackImage& image)
+{
+    image.full_view.buffer_valid = false;
+    image.zoomed_view.buffer_valid = false;
+    image.follow_view.buffer_valid = false;
+}
+
 void redraw_colours(TrackImage& image, const TrackScene& scene, Operator& op)
 {
     image.full_view.buffer_valid = false;
     if (!zoomed_view_is_active(image)) image.zoomed_view.buffer_valid = false;
     image.redraw_pending = true;
-    if (image.followed.is_shown) {
+    if (image.mode == TrackMode::scroll) {
         lift_overlays(image);
-        redraw_followed_track(image.picture, image.followed, scene);
+        redraw_scrolled_track(image.picture, image.scrolled, scene);
         lay_overlays(image);
     }
     update_image_display(image, scene, Redraw::as_needed, op);
@@ -266,9 +312,10 @@ void display_new_pick_location(TrackImage& image, const GridPlace& place, Colour
 
 PixelTransform active_transform(const TrackImage& image)
 {
-    const FollowedTrack& followed = image.followed;
-    if (followed.is_shown) {
-        return {followed.last_easting - followed.centre_x, followed.last_northing + followed.centre_y, 1, 1};
+    if (image.mode == TrackMode::follow) return follow_transform(image.follow_view);
+    if (image.mode == TrackMode::scroll) {
+        const ScrolledTrack& scrolled = image.scrolled;
+        return {scrolled.last_easting - scrolled.centre_x, scrolled.last_northing + scrolled.centre_y, 1, 1};
     }
     return view_transform(active_view(image), image.frame.pixel_scale);
 }

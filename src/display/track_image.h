@@ -1,7 +1,8 @@
 #pragma once
 
-#include "display/followed_track.h"
+#include "display/follow_view.h"
 #include "display/picture.h"
+#include "display/scrolled_track.h"
 #include "display/track_layers.h"
 #include "display/track_scene.h"
 #include "display/track_search.h"
@@ -15,18 +16,11 @@
 
 namespace tarvo {
 
-// How new samples are placed: in a fixed world rectangle, or with the newest one in the middle of the picture.
-enum class MapExtent { fixed, following };
+// What the picture shows: a fixed world rectangle, the whole survey or an enlarged part of it; the surroundings of the
+// newest sample, true to scale; or the newest samples alone, as the picture scrolled under them.
+enum class TrackMode { whole, follow, scroll };
 
 enum class Redraw { as_needed, requested };
-
-// A place in the survey grid, metres; a null coordinate stands for no place.
-struct GridPlace {
-    double easting = kNull;
-    double northing = kNull;
-
-    bool is_known() const { return is_valid_channel(easting) && is_valid_channel(northing); }
-};
 
 inline constexpr PixelPlace kNoCrosshair = {-9999, -9999};
 inline constexpr PixelPlace kNoMarker = {-99999, -99999};
@@ -46,8 +40,10 @@ struct TrackImage {
     TrackView full_view;
     TrackView zoomed_view; // in use while its zoom is above 1
     MapFrame frame;        // of the full view; the zoomed view is a part of it
-    MapExtent map_extent = MapExtent::following;
-    FollowedTrack followed;
+    TrackMode mode = TrackMode::whole;
+    FollowView follow_view;    // in use in TrackMode::follow
+    ScrolledTrack scrolled;    // in use in TrackMode::scroll
+    int symbol_scale = 1;      // the screen's: see TrackScene
     bool is_held = false;      // by a load: nothing is drawn until its end
     ColourScale drawn_colours; // when the full view was last drawn
 
@@ -64,7 +60,7 @@ struct TrackImage {
     std::function<void()> run_pending_events; // the window's: shows the picture and lets its events run
 };
 
-// A new size for picture and buffers. The picture is black until the next redraw, unless it follows the track.
+// A new size for picture and buffers. The picture is black until the next redraw, unless it scrolls.
 void resize_track_image(TrackImage& image, const TrackScene& scene, int width, int height, Operator& op);
 
 // Back to the state before a run: black, both views reset, nothing selected, nothing held.
@@ -73,32 +69,35 @@ void clear_track_image(TrackImage& image, Operator& op);
 // Fits the views to the track, at the place and zoom that the operator chose.
 void fit_data_extent(TrackImage& image, const TrackScene& scene, Operator& op);
 
-// Fixed-extent mode from here on: everything stored so far is fitted and drawn.
+// The three modes; what is stored is shown in each from the first moment on.
 void show_whole_track(TrackImage& image, const TrackScene& scene, Operator& op);
+void follow_track(TrackImage& image, const TrackScene& scene, Operator& op);
+void scroll_track(TrackImage& image, const TrackScene& scene);
 
-// The end of a run: fixed-extent mode, and the track shown whole whatever part was enlarged.
+// The end of a run: the whole mode, and the track shown whole whatever part was enlarged.
 void show_finished_track(TrackImage& image, const TrackScene& scene, Operator& op);
 
-// Following mode from here on, from a black picture.
-void follow_track(TrackImage& image);
-
-// Draws a new sample onto the picture: its own square and nothing else in fixed-extent mode, a scroll and its square
-// in following mode. index counts stored samples from 1; a null coordinate keeps the sample off the picture.
+// Takes note of a new sample. Whole: its own square and nothing else is drawn; scroll: a block copy and its square;
+// follow: the next redraw shows it. index counts stored samples from 1; a null coordinate keeps the sample off the
+// picture.
 void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t index, double easting, double northing);
 
 // Draws the stored samples from a record on again, at their places in the picture as it is, after the display value of
 // that record has become known: it keeps its place under the newer ones.
 void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int32_t first_record);
 
-// Redraws the view in use, from its buffer where that holds, with all layers over it. A picture that follows the track
-// or is held stays as it is.
+// Redraws the view in use, from its buffer where that holds, with all layers over it. A picture that scrolls or is held
+// stays as it is.
 void update_image_display(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op);
+
+// What is drawn of the track, and of what lies under it, is made anew with the next redraw.
+void drop_drawn_track(TrackImage& image);
 
 // Shows changed colours or ticks.
 void redraw_colours(TrackImage& image, const TrackScene& scene, Operator& op);
 
 // Moves the crosshair to a place, which becomes the current location, or takes it away when the place is not known.
-// None is drawn while the picture follows the track.
+// None is drawn while the picture scrolls.
 void display_location_crosshair(TrackImage& image, const GridPlace& location);
 
 // The marker of a pick's offered location, a ring of radius 6: draw_flag 1 draws it, -1 takes it away again and
@@ -106,8 +105,8 @@ void display_location_crosshair(TrackImage& image, const GridPlace& location);
 void display_new_pick_location(TrackImage& image, const GridPlace& place, Colour colour, int draw_flag,
                                std::int32_t record = 0);
 
-// From world to pixels, of the picture as it is shown, and back. In a picture that follows the track both hold about
-// the newest sample, and are off by the drift of the others.
+// From world to pixels, of the picture as it is shown, and back. In a picture that scrolls both hold about the newest
+// sample, and are off by the drift of the others.
 PixelTransform active_transform(const TrackImage& image);
 GridPlace place_of_pixel(const TrackImage& image, int x, int y);
 

@@ -10,7 +10,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kSectionHalfSize = 1;
+constexpr int kHaloHalfSize = 2;
 constexpr int kPickRadius = 5;
 
 // The part of a section that is on the track; the track may have lost its last line since.
@@ -20,12 +20,12 @@ SectionLimits stored_part(const SectionLimits& section, const TrackTable& track)
 }
 
 // Whether a square in these limits can touch the picture.
-bool can_be_seen(const WorldExtent& limits, const PixelTransform& transform, const Picture& picture)
+bool can_be_seen(const WorldExtent& limits, const PixelTransform& transform, const Picture& picture, int half_size)
 {
-    return pixel_x(transform, limits.x_max) >= -kSectionHalfSize &&
-           pixel_x(transform, limits.x_min) < picture.width() + kSectionHalfSize &&
-           pixel_y(transform, limits.y_min) >= -kSectionHalfSize &&
-           pixel_y(transform, limits.y_max) < picture.height() + kSectionHalfSize;
+    return pixel_x(transform, limits.x_max) >= -half_size &&
+           pixel_x(transform, limits.x_min) < picture.width() + half_size &&
+           pixel_y(transform, limits.y_min) >= -half_size &&
+           pixel_y(transform, limits.y_max) < picture.height() + half_size;
 }
 
 } // namespace
@@ -49,18 +49,23 @@ std::optional<WorldExtent> calculate_highlighted_limits(const TrackTable& track,
     return limits;
 }
 
-int display_highlighted_section(Picture& picture, const TrackView& view, const MapFrame& frame,
-                                const SectionLimits& section, const TrackScene& scene, Operator& op)
+int display_highlighted_section(Picture& picture, const PixelTransform& transform, const SectionLimits& section,
+                                const TrackScene& scene, Operator& op)
 {
     return run_guarded(op, "An error occurred while displaying the highlighted section: ", [&] {
         if (section.is_empty()) return;
         const std::optional<WorldExtent> limits = calculate_highlighted_limits(scene.track, section, op);
-        const PixelTransform transform = view_transform(view, frame.pixel_scale);
-        if (!limits || !can_be_seen(*limits, transform, picture)) return;
-        const auto [first, last] = stored_part(section, scene.track);
-        for (std::int32_t record = first; record <= last; ++record) {
+        const int halo = mark_half_size(kHaloHalfSize, scene.symbol_scale);
+        if (!limits || !can_be_seen(*limits, transform, picture, halo)) return;
+        const SectionLimits shown = stored_part(section, scene.track);
+        const auto fill_at = [&](std::int32_t record, int half_size, Colour colour) {
             fill_square(picture, pixel_x(transform, scene.track.easting[record]),
-                        pixel_y(transform, scene.track.northing[record]), kSectionHalfSize, kWhite);
+                        pixel_y(transform, scene.track.northing[record]), half_size, colour);
+        };
+        const int own = mark_half_size(kPointHalfSize, scene.symbol_scale);
+        for (std::int32_t record = shown.first; record <= shown.last; ++record) fill_at(record, halo, kWhite);
+        for (std::int32_t record = shown.first; record <= shown.last; ++record) {
+            fill_at(record, own, point_mark(scene, record).colour);
         }
     });
 }
@@ -72,7 +77,7 @@ int display_data_track(Picture& picture, const TrackView& view, const MapFrame& 
         if (view.buffer_valid) copy_picture(view.buffer, picture);
     });
     if (status == 0 && view.buffer_valid && scene.track.count > 0) {
-        status = display_highlighted_section(picture, view, frame, section, scene, op);
+        status = display_highlighted_section(picture, view_transform(view, frame.pixel_scale), section, scene, op);
     }
     return status;
 }
@@ -113,12 +118,13 @@ std::vector<PickLabel> draw_located_picks(Picture& picture, const PixelTransform
         if (record < 1 || record > scene.track.count || !has_position(scene.track, record)) continue;
         const DrawnPick drawn = drawn_pick(element, record, transform, scene);
         const PickLabel& label = drawn.label;
-        draw_ring(picture, label.x, label.y, kPickRadius, kWhite, drawn.line);
+        draw_scaled_ring(picture, label.x, label.y, kPickRadius, scene.symbol_scale, kWhite, drawn.line);
         if (label.pick == scene.picks.current_pick) current = drawn;
         const bool is_inside = label.x >= 0 && label.x < picture.width() && label.y >= 0 && label.y < picture.height();
         if (is_inside) labels.push_back(label);
     }
-    if (current) draw_ring(picture, current->label.x, current->label.y, kPickRadius, kRed, current->line);
+    if (!current) return labels;
+    draw_scaled_ring(picture, current->label.x, current->label.y, kPickRadius, scene.symbol_scale, kRed, current->line);
     return labels;
 }
 

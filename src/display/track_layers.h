@@ -20,9 +20,10 @@ namespace tarvo {
 std::optional<WorldExtent> calculate_highlighted_limits(const TrackTable& track, const SectionLimits& section,
                                                         Operator& op);
 
-// The section's points as white squares of half-size 1; an empty section draws nothing.
-int display_highlighted_section(Picture& picture, const TrackView& view, const MapFrame& frame,
-                                const SectionLimits& section, const TrackScene& scene, Operator& op);
+// The section's points as white squares of half-size 2, each point's own square of half-size 1 over all of them: its
+// colour stays to be seen. An empty section draws nothing.
+int display_highlighted_section(Picture& picture, const PixelTransform& transform, const SectionLimits& section,
+                                const TrackScene& scene, Operator& op);
 
 // Copies a valid buffer onto the picture and draws the highlighted section over it; an invalid one draws nothing.
 int display_data_track(Picture& picture, const TrackView& view, const MapFrame& frame, const SectionLimits& section,

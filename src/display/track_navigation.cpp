@@ -30,7 +30,7 @@ void centre_zoomed_view(TrackView& view, const GridPlace& place)
 // The picture is one of the fitted views.
 bool shows_whole_survey(const TrackImage& image)
 {
-    return image.map_extent == MapExtent::fixed && !image.is_held;
+    return image.mode == TrackMode::whole && !image.is_held;
 }
 
 // An empty view rectangle with its centre at (0, 0): the zoom settings then take the middle of the data.
@@ -41,13 +41,14 @@ void leave_centre_open(TrackView& view)
     view.view_y_min = view.view_y_max = 0;
 }
 
-// An enlarged picture is a part of the whole survey: it no longer follows the track. False while a load holds it.
+// An enlarged picture is a part of the whole survey: it no longer moves with the track. False while a load holds it.
 bool leave_following(TrackImage& image, const TrackScene& scene, Operator& op)
 {
     if (image.is_held) return false;
-    if (image.map_extent == MapExtent::fixed) return true;
-    image.map_extent = MapExtent::fixed;
-    image.followed = {};
+    if (image.mode == TrackMode::whole) return true;
+    image.mode = TrackMode::whole;
+    image.follow_view = {};
+    image.scrolled = {};
     image.full_view.buffer_valid = false;
     fit_data_extent(image, scene, op);
     return true;
@@ -194,7 +195,7 @@ void make_record_current(TrackImage& image, const TrackScene& scene, std::int32_
 void keep_newest_in_view(TrackImage& image, const TrackScene& scene, Operator& op)
 {
     const std::int32_t newest = scene.track.count;
-    if (image.map_extent != MapExtent::fixed || newest < 1) return;
+    if (image.mode != TrackMode::whole || newest < 1) return;
     const GridPlace place = {scene.track.easting[newest], scene.track.northing[newest]};
     const WorldExtent& extent = image.frame.extent;
     const bool is_inside = place.easting >= extent.x_min && place.easting <= extent.x_max &&

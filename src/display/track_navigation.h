@@ -51,7 +51,7 @@ enum class Recentre { no, yes };
 void make_record_current(TrackImage& image, const TrackScene& scene, std::int32_t record, Recentre recentre,
                          Operator& op);
 
-// Fixed-extent mode, new samples keeping the track whole: fits the views anew once the newest position has left them.
+// The whole mode, new samples keeping the track whole: fits the views anew once the newest position has left them.
 void keep_newest_in_view(TrackImage& image, const TrackScene& scene, Operator& op);
 
 } // namespace tarvo

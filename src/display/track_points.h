@@ -12,8 +12,16 @@ namespace tarvo {
 struct PointMark {
     Colour colour = kYellow;
     int half_size = 1;
+    bool is_tick = false; // of time
 };
+inline constexpr int kPointHalfSize = 1;
 inline constexpr int kTickHalfSize = 3; // of a time tick
+
+// The half-size of a square on a screen where `symbol_scale` pixels stand for one.
+constexpr int mark_half_size(int half_size, int symbol_scale)
+{
+    return (2 * half_size + 1) * symbol_scale / 2;
+}
 
 // Stored samples from one time tick to the next, 0 when there are none: the product in 32-bit floats, truncated.
 std::int64_t tick_step(float sample_rate, std::int32_t tick_minutes);
@@ -43,5 +51,9 @@ void require_positions(const TrackTable& track);
 
 // Draws all track points in the order of their records, each marked by the rule of point_mark. Throws as above.
 void paint_track(Picture& picture, const PixelTransform& transform, const TrackScene& scene);
+
+// The same of the points from first to last, both of them stored.
+void paint_records(Picture& picture, const PixelTransform& transform, const TrackScene& scene, std::int32_t first,
+                   std::int32_t last);
 
 } // namespace tarvo

@@ -37,6 +37,7 @@ struct TrackScene {
     float sample_rate = 1.0F; // stored samples per second
     DisplaySettings settings;
     PickMarks picks;
+    int symbol_scale = 1;               // pixels of squares, rings and lines for each of a common screen's
     const Backdrop* backdrop = nullptr; // what lies under the track; null: nothing, it is drawn on black
     const ColouredGrid* grid = nullptr; // lies over the backdrop; null: none
 };

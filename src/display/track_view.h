@@ -5,8 +5,17 @@
 #include "display/track_scene.h"
 #include "ports/operator.h"
 #include "processing/track_table.h"
+#include "text/numbers.h"
 
 namespace tarvo {
+
+// A place in the survey grid, metres; a null coordinate stands for no place.
+struct GridPlace {
+    double easting = kNull;
+    double northing = kNull;
+
+    bool is_known() const { return is_valid_channel(easting) && is_valid_channel(northing); }
+};
 
 // A rectangle of the survey grid, metres.
 struct WorldExtent {

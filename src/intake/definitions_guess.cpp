@@ -29,7 +29,7 @@ private:
     void propose_sensors();
     void propose_time();
     void propose_positions();
-    void propose_slot(int slot);
+    void propose_slot(FieldSlotIndex slot);
     void propose_valid_column();
     void propose_data_format();
     bool nulls_are_numbers_in_use() const;
@@ -116,7 +116,7 @@ void Guess::propose_positions()
     choose("Survey Grid", found->survey_grid, "the zone of the first fixes' median longitude");
 }
 
-void Guess::propose_slot(int slot)
+void Guess::propose_slot(FieldSlotIndex slot)
 {
     const auto can_be = [this, slot](std::size_t column) {
         const GuessColumn& candidate = columns_[column];
@@ -207,7 +207,7 @@ DefinitionsGuess Guess::guess()
     propose_time();
     propose_positions();
     propose_sensors();
-    for (int slot = kDepth; slot <= number_of_field_slots; ++slot) propose_slot(slot);
+    for (int slot = kDepth; slot <= number_of_field_slots; ++slot) propose_slot(static_cast<FieldSlotIndex>(slot));
     propose_valid_column();
     propose_data_format();
     return guess_;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "definitions/field_slots.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,7 +26,7 @@ bool mentions(const std::vector<std::string>& words, const std::vector<std::stri
 std::vector<std::string> without_datum(const std::vector<std::string>& words);
 
 // What a quantity's column may be called, in order of preference. slot: of FieldSlotIndex.
-std::vector<std::string_view> names_of_slot(int slot);
+std::vector<std::string_view> names_of_slot(FieldSlotIndex slot);
 
 // What a magnetometer column is called, units and sensor number taken off.
 struct SensorName {

@@ -23,7 +23,7 @@ bool is_called_but_for_datum(const std::vector<std::string>& words, const std::v
     return is_called(without_datum(words), wanted);
 }
 
-std::optional<std::size_t> metres_column(const std::vector<GuessColumn>& columns, int slot)
+std::optional<std::size_t> metres_column(const std::vector<GuessColumn>& columns, FieldSlotIndex slot)
 {
     for (const auto fits : {is_called, is_called_but_for_datum, mentions}) {
         for (const std::string_view name : names_of_slot(slot)) {

@@ -63,8 +63,7 @@ std::optional<double> reading_time(std::string_view date, std::string_view clock
 std::size_t field_column(const std::vector<std::string>& names, const LineReader& file)
 {
     for (std::size_t column = kFirstElement; column < names.size(); ++column) {
-        const char last = names[column].back();
-        if (names[column] != "|" && (last == 'F' || last == 'f')) return column;
+        if (names[column].ends_with('F') || names[column].ends_with('f')) return column;
     }
     refuse(file, "a column of the total field, its name ending in F,");
 }

@@ -149,12 +149,9 @@ public:
     {
         std::unique_lock lock(mutex_);
         Block& next = place(taken_);
-        if (next.state != Block::State::ready) {
-            if (Block* const block = begin_converting()) {
-                convert(*block, own_converter_, lock);
-            } else {
-                ready_.wait_for(lock, kLongestWait, [&next] { return next.state == Block::State::ready; });
-            }
+        const auto has_work = [&] { return next.state == Block::State::ready || begun_ < read_; };
+        if (ready_.wait_for(lock, kLongestWait, has_work) && next.state != Block::State::ready) {
+            convert(*begin_converting(), own_converter_, lock);
         }
         return next.state == Block::State::ready ? &next : nullptr;
     }
@@ -220,7 +217,8 @@ private:
         reading_ = false;
         ended_ = block.is_last || block.fault;
         ++read_;
-        work_.notify_all();
+        work_.notify_one();
+        ready_.notify_one();
     }
 
     // The first block that is read and no more; null: there is none.

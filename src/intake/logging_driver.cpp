@@ -62,6 +62,9 @@ CurrentSample dial_readings(const SampleProcessing& run)
     return readings;
 }
 
+// Leaves what is being computed at the end of a run; no fault, so that nothing on the way takes it for one.
+struct CutShort {};
+
 } // namespace
 
 LoggingDriver::LoggingDriver(SurveyState& survey, PickWorkflow& pick_work, Operator& op, RunDisplay& display,
@@ -78,6 +81,10 @@ RunCounters LoggingDriver::counters() const
     counters.samples_stored = run.store.RecordCount;
     counters.lines_rejected = run.lines_rejected;
     counters.lines_not_averaged = run.lines_not_averaged;
+    counters.short_lines_dropped = run.lines.ShortLinesDropped;
+    counters.finishing = finishing_step_;
+    counters.finished = finished_;
+    counters.stopped_at = stopped_at_;
     if (run.lines.has_line()) counters.current_line_number = run.lines.CurrentLineNumber;
     if (source_) {
         counters.characters_consumed =
@@ -89,6 +96,7 @@ RunCounters LoggingDriver::counters() const
 
 int LoggingDriver::Command_start_logging(StartButton index)
 {
+    if (is_finishing() && index == StartButton::replay_or_stop) request_stop();
     if (starting_ || is_finishing() || pipe_open_) return 0;
     if (!state().file_run_active()) return start_run(index);
     if (index == StartButton::replay_or_stop) return stop_run();
@@ -134,7 +142,7 @@ int LoggingDriver::start_run(StartButton index)
     controls_.pause_caption = load ? "Pause Load" : "Pause Replay";
     survey_.track_image.is_held = load;
     show_controls();
-    if (!load) follow_track(survey_.track_image);
+    if (!load) follow_track(survey_.track_image, track_scene(survey_), op_);
     if (load) read_ahead();
     return process_input_data();
 }
@@ -150,6 +158,7 @@ int LoggingDriver::go_on(RunPhase phase)
 
 void LoggingDriver::request_stop()
 {
+    is_cut_short_ = is_finishing();
     if (state().file_run_active()) stop_run();
 }
 
@@ -230,6 +239,7 @@ void LoggingDriver::begin_next_file(const NamedColumns& named)
 void LoggingDriver::initialise_data_logging()
 {
     const PhaseWithin clearing(phase_, RunPhase::clearing);
+    stopped_at_.reset();
     survey_.track_index.DeleteQuadtree();
     pick_work_.take_picks_off_track();
     start_processing(survey_.processing, survey_.survey_definitions, survey_.locations, survey_.parameters);
@@ -400,8 +410,17 @@ void LoggingDriver::show_newest_sample(std::int32_t records_before)
     display_.display_replay_data(record, std::max(completed, 0));
 }
 
+// Of a file run; none when its end was reached, too.
+std::optional<double> LoggingDriver::share_read() const
+{
+    const RunCounters now = counters();
+    if (now.file_length <= 0 || now.characters_consumed >= now.file_length) return std::nullopt;
+    return static_cast<double>(now.characters_consumed) / static_cast<double>(now.file_length);
+}
+
 int LoggingDriver::finish_run(int result)
 {
+    stopped_at_ = share_read();
     {
         const PhaseWithin finishing(phase_, RunPhase::finishing, RunPhase::idle);
         const auto perform = [&](auto step) {
@@ -411,7 +430,10 @@ int LoggingDriver::finish_run(int result)
         perform([this] { close_open_bin(survey_.processing); });
         perform([this] { stop_data_logging(); });
         perform([this] { op_.show_warnings(misfit_warnings(survey_.processing, survey_.files_read)); });
-        perform([this] { terminate_data_logging(); });
+        perform([this, &result] {
+            if (terminate_data_logging() < 0) result = -1;
+        });
+        finishing_step_ = {};
     }
     show_controls();
     return result;
@@ -438,25 +460,65 @@ void LoggingDriver::stop_data_logging()
     show_controls();
 }
 
-// The steps over a long track take their time: in a file run the user interface works in between.
-void LoggingDriver::terminate_data_logging()
+// The steps over a long track take their time: in a file run the user interface works in between, and may cut short
+// what can be done again.
+int LoggingDriver::terminate_data_logging()
 {
     SampleProcessing& run = survey_.processing;
-    const auto let_events_happen = [this] { display_.process_events(counters()); };
-    recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, let_events_happen);
-    for (const std::string& note : finish_residual(survey_, let_events_happen)) {
-        op_.show_warnings({{WarningAbout::data, "base station", note}});
+    is_cut_short_ = false;
+    int status = -1;
+    try {
+        status = compute_finished_values();
+    } catch (const CutShort&) {
+        clear_residual(survey_.residual);
+        survey_.ground = {};
+        stopped_at_ = stopped_at_.value_or(1);
+        op_.show_warnings({{WarningAbout::data, std::string(finishing_step_),
+                            "Gradients, residual and grid are incomplete, for the run was stopped while they were "
+                            "computed: load the file again for them"}});
+        status = 0;
     }
-    update_ground_grid(survey_, let_events_happen);
+    begin_step("Building the index", 0.8);
     survey_.pan_range = calculate_track_skip(run.store.RecordCount, survey_.pan_range.position);
-    let_events_happen();
-    build_track_index(track_table(run.store), survey_.track_index, let_events_happen);
-    let_events_happen();
+    build_track_index(track_table(run.store), survey_.track_index, [this] { let_events_happen(); });
+    begin_step("Drawing", 0.9);
     pick_work_.load_pick_list_on_form(indexed_track(survey_));
     renew_automatic_range(survey_);
     show_finished_track(survey_.track_image, track_scene(survey_), op_);
     let_events_happen();
     display_.show_finished_run();
+    return status;
+}
+
+int LoggingDriver::compute_finished_values()
+{
+    SampleProcessing& run = survey_.processing;
+    const auto pause = [this] {
+        let_events_happen();
+        if (is_cut_short_) throw CutShort();
+    };
+    begin_step("Gradients", 0);
+    const int status =
+        recalculate_gradient_values(run.store, run.lines, survey_.parameters, survey_.filters, op_, pause);
+    begin_step("Residual", 0.5);
+    for (const std::string& note : finish_residual(survey_, pause)) {
+        op_.show_warnings({{WarningAbout::data, "base station", note}});
+    }
+    begin_step("Grid", 0.7);
+    update_ground_grid(survey_, pause);
+    return status;
+}
+
+void LoggingDriver::begin_step(std::string_view step, double finished)
+{
+    finishing_step_ = step;
+    finished_ = finished;
+    let_events_happen();
+}
+
+void LoggingDriver::let_events_happen()
+{
+    display_.process_events(counters());
 }
 
 bool LoggingDriver::may_begin_live_run() const
@@ -478,7 +540,7 @@ void LoggingDriver::start_pipe_data_logging()
     begin_processing({});
     phase_ = RunPhase::live;
     live_fault_shown_ = false;
-    follow_track(survey_.track_image);
+    follow_track(survey_.track_image, track_scene(survey_), op_);
     show_controls();
 }
 

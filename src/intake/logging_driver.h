@@ -56,7 +56,8 @@ public:
     int process_input_data(std::string_view line);
     // Also from an event of the loop: the file run then ends with nothing finalised.
     void stop_data_logging();
-    void terminate_data_logging();
+    // Works out and shows what the run's samples give. -1: something could not be, which has been told.
+    int terminate_data_logging();
 
     // A live run: begins over the located columns; ends like a file run.
     void start_pipe_data_logging();
@@ -70,7 +71,8 @@ public:
     void unlock_from_pipe();
     bool is_pipe_open() const { return pipe_open_; }
 
-    // Ends a file run as soon as the loop gets to it, or at once when it is paused.
+    // Ends a file run as soon as the loop gets to it, or at once when it is paused. A run that is being finished leaves
+    // out what is still to be computed: its samples are shown as they are.
     void request_stop();
 
 private:
@@ -79,6 +81,10 @@ private:
     int go_on(RunPhase phase); // out of a pause
     int read_lines();
     int finish_run(int result);
+    int compute_finished_values();
+    void begin_step(std::string_view step, double finished);
+    void let_events_happen();
+    std::optional<double> share_read() const;
     SurveySource::Outcome take_next_line(SurveySource& source);
     SurveySource::Outcome read_next_line(SurveySource& source, LineReading& reading);
     void read_ahead();
@@ -113,7 +119,11 @@ private:
     bool starting_ = false; // start_run prepares a run further up the call stack, also while it clears the displays
     bool looping_ = false;  // so does read_lines its work, also when an event has ended the run under it
     bool pipe_open_ = false;
-    bool live_fault_shown_ = false; // of this live run: a fault of every line is not to stack up boxes
+    std::string_view finishing_step_;  // empty: no run is being finished
+    double finished_ = 0;              // share of what finishing has to do
+    bool is_cut_short_ = false;        // no more is to be computed
+    std::optional<double> stopped_at_; // share of the file, where the last run ended before it
+    bool live_fault_shown_ = false;    // of this live run: a fault of every line is not to stack up boxes
 };
 
 } // namespace tarvo

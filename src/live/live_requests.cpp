@@ -85,12 +85,12 @@ bool LiveRequests::Command_UDP_receive()
 void LiveRequests::open_pipe()
 {
     if (!driver_.may_begin_live_run()) return;
-    if (driver_.state().file_run_active()) driver_.stop_data_logging();
-    if (const std::optional<PipeFault> fault = endpoint_.listen(kPipeName)) {
+    if (const std::optional<PipeFault> fault = endpoint_.listen(kPipeName)) { // a file run goes on
         op_.show_message("There was an error setting up the pipe: " + std::to_string(fault->number) + ": " +
                          fault->text);
         return;
     }
+    if (driver_.state().file_run_active()) driver_.stop_data_logging();
     listening_ = true;
     pipe_fault_told_ = false;
     display_.show_pipe_caption("Close UDP Pipe");

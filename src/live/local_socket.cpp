@@ -51,23 +51,39 @@ bool somebody_listens(const std::string& path)
     }
 }
 
-// The folder must be the user's alone: whoever else could write to it could put up a pipe of his own.
-void make_private_folder(const std::string& folder)
+// Why a folder is not the user's alone: whoever else could write to it, or turn a link to it elsewhere, could put up a
+// pipe of his own. Empty: it is.
+std::string danger_of(const struct stat& folder)
 {
-    if (mkdir(folder.c_str(), 0700) < 0 && errno != EEXIST) refuse(folder);
-    struct stat found = {};
-    if (lstat(folder.c_str(), &found) < 0) refuse(folder);
-    if (!S_ISDIR(found.st_mode) || found.st_uid != geteuid() || (found.st_mode & 077) != 0) refuse(folder, EACCES);
+    constexpr uid_t kSystem = 0;
+    if (S_ISLNK(folder.st_mode)) return "a link leads to the folder ";
+    if (folder.st_uid != geteuid() && folder.st_uid != kSystem) return "another user owns the folder ";
+    return (folder.st_mode & (S_IWGRP | S_IWOTH)) != 0 ? "others can write to the folder " : "";
 }
 
-// Likewise for a folder that was there before.
+struct stat status_of(const std::string& folder)
+{
+    struct stat found = {};
+    if (lstat(folder.c_str(), &found) < 0) refuse(folder);
+    return found;
+}
+
 void refuse_folder_of_others(const std::string& path)
 {
     const std::filesystem::path parent = std::filesystem::path(path).parent_path();
     const std::string folder = parent.empty() ? "." : parent.string();
-    struct stat found = {};
-    if (stat(folder.c_str(), &found) < 0) refuse(folder);
-    if ((found.st_mode & (S_IWGRP | S_IWOTH)) != 0) refuse("others can write to the folder " + folder, EACCES);
+    const std::string danger = danger_of(status_of(folder));
+    if (!danger.empty()) refuse(danger + folder, EACCES);
+}
+
+// Among everybody's temporary files the name could have been taken before, and nobody else is to see what is in it.
+void make_private_folder(const std::string& folder)
+{
+    if (mkdir(folder.c_str(), 0700) < 0 && errno != EEXIST) refuse(folder);
+    const struct stat found = status_of(folder);
+    const std::string danger = danger_of(found);
+    if (!danger.empty()) refuse(danger + folder, EACCES);
+    if (!S_ISDIR(found.st_mode) || (found.st_mode & 077) != 0) refuse(folder, EACCES);
 }
 
 std::string runtime_folder()

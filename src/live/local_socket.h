@@ -27,7 +27,8 @@ private:
 // made or is open to others.
 std::string pipe_path(const std::string& name);
 
-// A folder that others can write to is refused by both: they could put up a pipe of their own there.
+// A folder that is a link, another user's or one that others can write to is refused by both: they could put up a pipe
+// of their own there.
 
 // A socket that listens at the path, open to this user only. What a crashed run left there is replaced; while somebody
 // listens the fault is EADDRINUSE. Throws std::system_error.

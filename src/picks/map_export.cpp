@@ -34,7 +34,9 @@ std::string json_feature(const MapFeature& feature)
 
 std::string placemark(const MapFeature& feature)
 {
-    std::string text = "<Placemark><name>" + markup_escaped(feature.name) + "</name><ExtendedData>";
+    std::string text = "<Placemark><name>" + markup_escaped(feature.name) + "</name>";
+    if (!feature.description.empty()) text += "<description>" + markup_escaped(feature.description) + "</description>";
+    text += "<ExtendedData>";
     for (const MapProperty& property : feature.properties) {
         text += "<Data name=\"" + markup_escaped(property.name) + "\"><value>" + markup_escaped(property.value) +
                 "</value></Data>";
@@ -52,10 +54,11 @@ std::string geojson_text(std::span<const MapFeature> features)
     return text + "\n]}\n";
 }
 
-std::string kml_text(std::span<const MapFeature> features)
+std::string kml_text(std::span<const MapFeature> features, std::string_view document)
 {
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                        "<kml xmlns=\"http://www.opengis.net/kml/2.2\"><Document>\n";
+    if (!document.empty()) text += "<name>" + markup_escaped(document) + "</name>\n";
     for (const MapFeature& feature : features) {
         if (feature.place.is_known()) text += placemark(feature);
     }

@@ -4,6 +4,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarvo {
@@ -19,6 +20,7 @@ struct MapFeature {
     std::string name;
     GeographicPlace place;
     std::vector<MapProperty> properties;
+    std::string description = {}; // a sentence for people, which GeoJSON has no place for; empty: none
 };
 
 // A GeoJSON FeatureCollection (RFC 7946): points by longitude and latitude with the properties, the name first. What
@@ -26,6 +28,7 @@ struct MapFeature {
 std::string geojson_text(std::span<const MapFeature> features);
 
 // The same as KML 2.2; what has no place is left out of it. Characters that XML cannot hold become U+FFFD, too.
-std::string kml_text(std::span<const MapFeature> features);
+// document: its name; empty: none.
+std::string kml_text(std::span<const MapFeature> features, std::string_view document = {});
 
 } // namespace tarvo

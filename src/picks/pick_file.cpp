@@ -77,13 +77,13 @@ Pick parsed_pick(std::string_view line)
 
 std::string pick_line(const Pick& pick)
 {
-    std::string name(trimmed(pick.name));
+    std::string name = pick.name;
     for (char& c : name) {
         if (c == '\r' || c == '\n') c = ' '; // a line break inside a name would cut the file in pieces
     }
     return format_fixed(static_cast<double>(whole_seconds_since_1970(pick.time)), 3) + ',' +
            format_fixed(pick.location[1], 1) + ',' + format_fixed(pick.location[2], 1) + ',' +
-           format_fixed(pick.location[3], 1) + ',' + std::to_string(pick.type) + ',' + name;
+           format_fixed(pick.location[3], 1) + ',' + std::to_string(pick.type) + ',' + std::string(trimmed(name));
 }
 
 std::size_t mark_of(const std::string& bytes)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "picks/pick_remarks.h"
 #include "ports/operator.h"
 
 #include <array>
@@ -32,6 +33,9 @@ struct PickList {
     std::string unreadable_file;                       // path of a pick file that is there and could not be read
     KnownFile known_file;                              // that another program may change since
     bool is_unsaved = false;                           // holds changes that its file does not
+
+    PickRemarks remarks;       // by full name
+    std::string remarks_fault; // why their file could not be read, and so is not written; empty: it could
 };
 
 inline constexpr std::int32_t kSparePicks = 32;

@@ -66,6 +66,14 @@ std::int32_t picks_beyond(const PickList& picks, const TrackTable& track, double
     return count;
 }
 
+void place_pick(PickList& picks, std::int32_t pick, const PickLocation& location)
+{
+    const auto at = static_cast<std::size_t>(pick);
+    picks.pick_sample_index[at] = location.sample_index;
+    picks.pick_times[at] = location.time;
+    picks.pick_locations[at] = {0, location.x, location.y, location.distance};
+}
+
 std::string names_on_sample(const PickList& picks, std::int32_t sample_index)
 {
     return names_where(

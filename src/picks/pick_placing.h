@@ -1,5 +1,6 @@
 #pragma once
 
+#include "picks/pick_display.h"
 #include "picks/pick_list.h"
 #include "picks/quadtree.h"
 #include "ports/operator.h"
@@ -34,5 +35,8 @@ std::int32_t picks_beyond(const PickList& picks, const TrackTable& track, double
 std::string names_on_sample(const PickList& picks, std::int32_t sample_index);
 // Of those less than so many metres from a place.
 std::string names_within(const PickList& picks, double x, double y, double metres);
+
+// Time, place and sample of a pick become those of the location.
+void place_pick(PickList& picks, std::int32_t pick, const PickLocation& location);
 
 } // namespace tarvo

@@ -17,15 +17,6 @@ bool is_sample(const TrackTable& track, std::int64_t sample_index)
     return sample_index >= 1 && sample_index <= track.count;
 }
 
-// Time, place and sample of a pick become those of the location.
-void place_pick(PickList& picks, std::int32_t pick, const PickLocation& location)
-{
-    const auto at = static_cast<std::size_t>(pick);
-    picks.pick_sample_index[at] = location.sample_index;
-    picks.pick_times[at] = location.time;
-    picks.pick_locations[at] = {0, location.x, location.y, location.distance};
-}
-
 std::int32_t index_after_removal(std::int32_t pick, std::int32_t removed)
 {
     return pick > removed ? pick - 1 : pick;
@@ -36,7 +27,9 @@ const char* word_for(ChangeKind kind)
     switch (kind) {
     case ChangeKind::move: return "move";
     case ChangeKind::edit: return "edit";
-    case ChangeKind::deletion: break;
+    case ChangeKind::addition: return "adding";
+    case ChangeKind::deletion:
+    case ChangeKind::aside: break;
     }
     return "delete";
 }
@@ -63,6 +56,7 @@ void PickWorkflow::open_picks_of(const std::string& data_file_name, const Indexe
     picks_.known_file = {picks_.pick_file_name, std::nullopt};
     std::error_code not_there;
     if (std::filesystem::exists(picks_.pick_file_name, not_there)) read_pick_file(picks_.pick_file_name, picks_, op_);
+    read_remarks();
     forget_list();
     show_changed_list(ground);
 }
@@ -187,6 +181,7 @@ void PickWorkflow::delete_pick(std::int32_t pick, const IndexedTrack& ground)
 
     remember(ChangeKind::deletion, pick);
     remove_pick(picks_, pick);
+    if (picks_.remarks.erase(asked_for.name) > 0) write_remarks();
     if (edited_pick_ == pick) select_pick_row(0);
     edited_pick_ = index_after_removal(edited_pick_, pick);
     current_pick_ = current_pick_ == pick ? -1 : index_after_removal(current_pick_, pick);
@@ -196,14 +191,21 @@ void PickWorkflow::delete_pick(std::int32_t pick, const IndexedTrack& ground)
 
 void PickWorkflow::undo(const IndexedTrack& ground)
 {
+    if (changes_.empty()) return;
+    if (changes_.back().kind == ChangeKind::aside) {
+        const Change change = changes_.back();
+        changes_.pop_back();
+        change.take_back();
+        display_.show_pick_controls(controls());
+        return;
+    }
     bool has_taken = false;
-    for (bool is_more = !changes_.empty(); is_more;) {
+    for (bool is_more = true; is_more;) {
         is_more = changes_.back().with_one_before;
         if (!take_back_last_change()) break;
         has_taken = true;
     }
     if (!has_taken) return;
-    select_pick_row(0);
     write_pick_file(picks_, op_);
     show_changed_list(ground);
 }
@@ -211,6 +213,11 @@ void PickWorkflow::undo(const IndexedTrack& ground)
 bool PickWorkflow::take_back_last_change()
 {
     const Change change = changes_.back();
+    if (change.kind == ChangeKind::addition) {
+        changes_.pop_back();
+        undo_addition(change);
+        return true;
+    }
     const bool is_deletion = change.kind == ChangeKind::deletion;
     const std::int32_t replaced = is_deletion ? 0 : change.pick;
     if (change.kind != ChangeKind::move && name_is_in_use(picks_, change.before.name, replaced)) {
@@ -220,10 +227,13 @@ bool PickWorkflow::take_back_last_change()
     changes_.pop_back();
     if (is_deletion) {
         insert_pick(picks_, change.pick, change.before);
+        if (!change.remark.empty()) set_remark(change.pick, change.remark);
     } else {
+        rename_pick_remark(pick_at(picks_, change.pick).name, change.before.name);
         store_pick(picks_, change.pick, change.before);
     }
     current_pick_ = change.current_pick;
+    select_pick_row(0);
     return true;
 }
 
@@ -243,8 +253,10 @@ PickControls PickWorkflow::controls() const
     }
     if (!changes_.empty()) {
         const Change& last = changes_.back();
-        shown.undo_caption = std::string("Undo ") + word_for(last.kind) + " of " + last.before.name +
-                             (last.with_one_before ? " and others" : "");
+        shown.undo_caption = last.kind == ChangeKind::aside
+                                 ? "Undo " + last.before.name
+                                 : std::string("Undo ") + word_for(last.kind) + " of " + last.before.name +
+                                       (last.with_one_before ? " and others" : "");
         shown.undo_enabled = true;
     }
     return shown;
@@ -320,7 +332,7 @@ bool PickWorkflow::may_leave_list() const
 
 void PickWorkflow::remember(ChangeKind kind, std::int32_t pick, bool with_one_before)
 {
-    changes_.push_back({kind, pick, pick_at(picks_, pick), current_pick_, with_one_before});
+    changes_.push_back({kind, pick, pick_at(picks_, pick), current_pick_, remark_of(pick), with_one_before});
 }
 
 void PickWorkflow::show_changed_list(const IndexedTrack& ground)
@@ -344,6 +356,7 @@ int PickWorkflow::write_to_a_named_file()
 {
     if (picks_.pick_file_name.empty() && picks_.number_of_picks > 0) {
         picks_.pick_file_name = op_.choose_file_to_create(pick_file_question(picks_.offered_file_name)).value_or("");
+        if (!picks_.remarks.empty()) write_remarks();
     }
     return write_pick_file(picks_, op_);
 }

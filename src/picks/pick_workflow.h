@@ -8,6 +8,7 @@
 #include "processing/track_table.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,8 @@ struct IndexedTrack {
     const cQuadTree& index;
 };
 
-// What undo takes back.
-enum class ChangeKind { move, edit, deletion };
+// What undo takes back. aside: nothing of the list itself, but of what goes with it.
+enum class ChangeKind { move, edit, deletion, addition, aside };
 
 // What a chooser of pick files shows.
 FileQuestion pick_file_question(const std::string& offered);
@@ -67,6 +68,19 @@ public:
 
     PickControls controls() const;
 
+    // Targets
+
+    // Adds a pick of the next name of its series at a sample of the track. taken_back: called when undo removes it
+    // again. Returns the pick; 0: refused, the operator has been told.
+    std::int32_t add_pick(const IndexedTrack& ground, std::int32_t sample, std::function<void()> taken_back);
+    // Gives a pick another place, as that of a fit; its time and distance become those of the nearest sample.
+    void place_at(const IndexedTrack& ground, std::int32_t pick, double east, double north);
+    // Lets undo take back what was done beside the list. what: "refusal of proposal 3".
+    void remember_aside(const std::string& what, std::function<void()> take_back);
+    // An empty remark is none. They are in their file at once.
+    void set_remark(std::int32_t pick, const std::string& remark);
+    std::string remark_of(std::int32_t pick) const;
+
     // New pick dialog
 
     PickTexts new_pick_texts() const; // on opening
@@ -98,7 +112,9 @@ private:
         std::int32_t pick = 0;
         Pick before;
         std::int32_t current_pick = -1; // before the change
+        std::string remark = {};        // likewise
         bool with_one_before = false;   // made and undone together with the change before it
+        std::function<void()> take_back = nullptr;
     };
 
     bool may_share_sample() const;
@@ -110,6 +126,10 @@ private:
     void show_changed_list(const IndexedTrack& ground);
     void forget_list();
     int write_to_a_named_file();
+    void undo_addition(const Change& change);
+    void read_remarks();
+    void write_remarks();
+    void rename_pick_remark(const std::string& from, const std::string& to);
 
     PickList& picks_;
     std::int32_t& current_pick_;

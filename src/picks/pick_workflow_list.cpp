@@ -59,6 +59,7 @@ PickTexts PickWorkflow::Command_save_edit(const PickTexts& texts)
 
     remember(ChangeKind::edit, edited_pick_);
     const auto at = static_cast<std::size_t>(edited_pick_);
+    rename_pick_remark(picks_.pick_names[at], full_pick_name(texts));
     picks_.pick_names[at] = full_pick_name(texts);
     picks_.pick_types[at] = rounded_to_int32(leading_number(texts.type));
     if (write_pick_file(picks_, op_) == 0) op_.show_message("The edits have been saved");
@@ -100,12 +101,15 @@ void PickWorkflow::delete_picks(const std::vector<std::int32_t>& chosen, const I
     // Under the question a live run may have begun, and with it another list.
     if (in_list_order(picks_, asked_for) != asked_for || names_text(picks_, asked_for) != names) return;
 
+    std::size_t remarks_erased = 0;
     // From the last one on, so that those before keep their places.
     for (auto pick = asked_for.rbegin(); pick != asked_for.rend(); ++pick) {
         remember(ChangeKind::deletion, *pick, pick != asked_for.rbegin());
+        remarks_erased += picks_.remarks.erase(pick_at(picks_, *pick).name);
         remove_pick(picks_, *pick);
         current_pick_ = current_pick_ == *pick ? -1 : current_pick_ > *pick ? current_pick_ - 1 : current_pick_;
     }
+    if (remarks_erased > 0) write_remarks();
     select_pick_row(0);
     write_pick_file(picks_, op_);
     show_changed_list(ground);
@@ -118,6 +122,7 @@ void PickWorkflow::menu_read_list(const IndexedTrack& ground)
     if (!chosen) return;
     picks_.pick_file_name = *chosen;
     read_pick_file(*chosen, picks_, op_);
+    read_remarks();
     forget_list();
     show_changed_list(ground);
 }

@@ -3,7 +3,9 @@
 #include "text/numbers.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace tarvo {
 
@@ -15,9 +17,13 @@ struct RunCounters {
     std::int64_t samples_stored = 0;
     std::int64_t lines_rejected = 0;
     std::int64_t lines_not_averaged = 0;
-    double current_line_number = kNull; // of the open survey line; kNull: none
+    double current_line_number = kNull;   // of the open survey line; kNull: none
+    std::int32_t short_lines_dropped = 0; // survey lines
     std::int64_t characters_consumed = 0;
     std::int64_t file_length = 0; // bytes; 0: not known, as in a live run
+    std::string_view finishing;   // what is worked out behind the last line; empty: lines are read, or nothing is done
+    double finished = 0;          // share of that
+    std::optional<double> stopped_at; // of a run that was ended before its file: the share of it that was read
 };
 
 // Captions and locks of the controls that a run concerns.

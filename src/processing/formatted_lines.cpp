@@ -1,8 +1,10 @@
 #include "processing/formatted_lines.h"
 
+#include "text/decimal_reader.h"
 #include "text/numbers.h"
 
 #include <algorithm>
+#include <functional>
 #include <stdexcept>
 #include <utility>
 
@@ -30,7 +32,7 @@ FormattedLineReader::FormattedLineReader(FormatRules rules, std::shared_ptr<cons
     : rules_(std::move(rules)), time_form_(compiled_time_form(rules_.format)),
       read_angle_(rules_.format.position_form == PositionForm::nmea ? read_nmea_degrees : read_degrees),
       grid_(std::move(grid)), nulls_(rules_.format.null_texts), splitter_(rules_.format.separator),
-      values_(rules_.column_count, kNull)
+      values_(rules_.column_count, kNull), divisors_(rules_.column_count, 1.0)
 {
 }
 
@@ -46,10 +48,13 @@ void FormattedLineReader::read(std::string_view line, LineReading& reading)
         return;
     }
     const Fields fields = splitter_.split(line);
+    quick_until_ = line.data() + line.size() - std::min<std::size_t>(line.size(), kShortNumberReach);
+    quick_from_ = line.data();
     reading.fault = read_line_time(fields, reading.time);
     if (reading.fault != LineFault::none) return;
     odd_fields_.clear();
     for (const std::size_t column : rules_.number_columns) read_number(column, field_at(fields, column));
+    for (std::size_t column = 0; column < values_.size(); ++column) values_[column] /= divisors_[column];
     for (const PositionColumns& columns : rules_.positions) read_position(columns, fields);
     reading.sensor_values_count = counts_as_valid(fields);
     reading.values = values_;
@@ -77,11 +82,27 @@ LineFault FormattedLineReader::read_line_time(Fields fields, WrittenTime& time)
     return LineFault::none;
 }
 
+// The usual number, still to be divided, as FieldReader reads it. False where the field is none or its line ends too
+// soon behind it.
+bool FormattedLineReader::read_usual_number(std::string_view field, UndividedNumber& number) const
+{
+    const auto is_before = std::less<>(); // a field with quotes stands elsewhere
+    return !is_before(field.data(), quick_from_) && is_before(field.data(), quick_until_) &&
+           read_short_number(field.data(), number) == field.data() + field.size();
+}
+
 void FormattedLineReader::read_number(std::size_t column, std::string_view field)
 {
     double& value = values_[column];
     value = kNull;
+    divisors_[column] = 1;
     if (field.empty()) return;
+    UndividedNumber usual;
+    if (nulls_.empty() && read_usual_number(field, usual)) {
+        value = usual.mantissa;
+        divisors_[column] = usual.divisor;
+        return;
+    }
     if (const std::optional<double> number = numeric_value(field)) {
         if (!nulls_.contains(field, *number)) value = *number;
         return;

@@ -3,6 +3,7 @@
 #include "ports/projection.h"
 #include "processing/format_rules.h"
 #include "processing/line_reading.h"
+#include "text/decimal_reader.h"
 #include "text/field_splitter.h"
 #include "text/logged_values.h"
 #include "text/position_text.h"
@@ -32,6 +33,7 @@ private:
 
     LineFault read_line_time(Fields fields, WrittenTime& time);
     void read_number(std::size_t column, std::string_view field);
+    bool read_usual_number(std::string_view field, UndividedNumber& number) const;
     void read_position(const PositionColumns& columns, Fields fields);
     bool counts_as_valid(Fields fields) const;
 
@@ -42,6 +44,9 @@ private:
     NullTexts nulls_;
     FieldSplitter splitter_;
     std::vector<double> values_;
+    std::vector<double> divisors_;      // what the values are still to be divided by
+    const char* quick_from_ = nullptr;  // of the line at hand: where a number may begin that is read in few steps
+    const char* quick_until_ = nullptr; // likewise, its end
     std::vector<OddField> odd_fields_;
     std::string joined_time_; // of several columns
 };

@@ -6,7 +6,9 @@
 #include "ports/run_display.h"
 #include "session/background_layers.h"
 #include "session/processing_dialog.h"
+#include "session/proposal_review.h"
 #include "session/session_display.h"
+#include "session/target_work.h"
 #include "survey/survey_state.h"
 
 #include <functional>
@@ -37,6 +39,8 @@ public:
     PickWorkflow pick_work;
     LoggingDriver driver;
     BackgroundLayers layers;
+    TargetWork targets{survey};
+    ProposalReview proposals{survey, pick_work};
 
     // Chooses a data file: what is beside it is read at once, a run that goes on is stopped cleanly first.
     // header_line: instead of the number that the definitions give; none: theirs.

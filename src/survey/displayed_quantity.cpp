@@ -42,7 +42,7 @@ const AutomaticRange& automatic_range_of(const SurveyState& survey, const Quanti
 void set_shown_range(SurveyState& survey, const ValueRange& range)
 {
     if (displayed_quantity(survey.display_settings).id == QuantityId::gradient) {
-        set_gradient_range(survey.display_settings, range.high);
+        type_gradient_range(survey.display_settings, range.high);
     } else {
         typed_range(survey) = range;
     }
@@ -189,8 +189,9 @@ void adjust_shown_range(SurveyState& survey, int index, int value)
 bool fit_shown_range(SurveyState& survey)
 {
     const std::optional<ValueRange> range = fitted_range(survey.track_image, track_scene(survey));
-    if (range) set_shown_range(survey, *range);
-    return range.has_value();
+    if (!range || !(range->width() > 0)) return false;
+    set_shown_range(survey, *range);
+    return true;
 }
 
 SettingOutcome type_shown_range(SurveyState& survey, const std::string& text)
@@ -221,6 +222,7 @@ std::string range_hint(const SurveyState& survey)
     constexpr double kMostFactor = 3;
     const double reach = value_at_share(values, 0.98);
     const double room = range.high - origin;
+    if (reach == 0) return ""; // no range suits it better
     if (reach <= kMostFactor * room && reach >= room / kMostFactor) return "";
     return "98 of 100 values lie below " + with_unit(origin + reach, shown) + ", the colours reach to " +
            with_unit(range.high, shown);

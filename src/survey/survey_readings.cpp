@@ -2,8 +2,10 @@
 
 #include "picks/pick_placing.h"
 #include "processing/fixed_time.h"
+#include "survey/displayed_quantity.h"
 #include "survey/line_table.h"
 #include "text/civil_date.h"
+#include "text/file_names.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -150,6 +152,16 @@ double line_number_of_record(const SampleProcessing& run, std::int32_t record)
     return line > 0 ? run.lines.LineNumbers[line] : kNull;
 }
 
+std::string track_caption(const SurveyState& survey)
+{
+    const TrackTable track = track_table(survey.processing.store);
+    std::string text(survey.data_file_name.empty() ? "Live survey" : last_part(survey.data_file_name));
+    if (track.count > 0 && survey.processing.plan.has_time) {
+        text += "   " + date_time_text(track.time[1]) + " to " + date_time_text(track.time[track.count]);
+    }
+    return text + "   " + displayed_quantity(survey.display_settings).caption;
+}
+
 std::string line_name(double number)
 {
     constexpr double kWholeNumbersEnd = 0x1p53; // of 64-bit floats: above they are no names any more
@@ -174,7 +186,7 @@ std::int32_t nearest_record(const TrackTable& track, const GridPlace& place, dou
 std::int32_t record_at_pixel(const SurveyState& survey, const PixelPlace& pixel, double reach)
 {
     const TrackImage& image = survey.track_image;
-    if (image.followed.is_shown) return followed_record_at(image.followed, pixel, reach);
+    if (image.mode == TrackMode::scroll) return scrolled_record_at(image.scrolled, pixel, reach);
     const PixelTransform transform = active_transform(image);
     const GridPlace place = place_of_pixel(image, pixel.x, pixel.y);
     const double metres = reach / (transform.scale * transform.zoom);

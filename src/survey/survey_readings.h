@@ -31,6 +31,9 @@ std::string record_text(const SurveyState& survey, std::int32_t record);
 // The number of a stored record's survey line; kNull where it has none.
 double line_number_of_record(const SampleProcessing& run, std::int32_t record);
 
+// What a picture of the track is of: file, dates and quantity.
+std::string track_caption(const SurveyState& survey);
+
 // A survey line's number as its name, without groups of digits; "-" for none.
 std::string line_name(double number);
 

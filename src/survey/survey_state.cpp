@@ -21,6 +21,7 @@ TrackScene track_scene(const SurveyState& survey)
     const std::size_t elements = std::min(picks_in_use, pick_records.size());
     scene.picks = {std::span(pick_records).first(elements), survey.current_pick,
                    std::span(survey.picks.pick_locations).first(elements), survey.pick_settings.PickTolerance};
+    scene.symbol_scale = survey.track_image.symbol_scale;
     scene.backdrop = survey.backdrop;
     if (!survey.ground.coloured.is_empty()) scene.grid = &survey.ground.coloured;
     return scene;

@@ -106,9 +106,11 @@ std::size_t nearest_reading(const FitReadings& readings, const GridVector& place
 }
 
 // Where the readings leave the most that the fit does not explain, when that stands out of the noise: the mean of five
-// neighbours on a segment, beside the median of all such means.
-std::optional<Misfit> largest_misfit(const FitReadings& readings, const std::vector<double>& residuals)
+// neighbours on a segment, beside the median of all such means. Beside a strong source errors of the sensors' places
+// leave nanoteslas, too. signal: rms of the readings' anomalies, nT.
+std::optional<Misfit> largest_misfit(const FitReadings& readings, const std::vector<double>& residuals, double signal)
 {
+    constexpr double kOfSignal = 0.06;
     constexpr std::size_t kNeighbours = 5;
     constexpr double kLeastSize = 2; // nT
     constexpr double kOutOfNoise = 6 * 1.4826;
@@ -130,7 +132,7 @@ std::optional<Misfit> largest_misfit(const FitReadings& readings, const std::vec
     if (sizes.empty()) return std::nullopt;
     const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
     std::nth_element(sizes.begin(), middle, sizes.end());
-    if (largest < std::max(kLeastSize, kOutOfNoise * *middle)) return std::nullopt;
+    if (largest < std::max({kLeastSize, kOutOfNoise * *middle, kOfSignal * signal})) return std::nullopt;
     return Misfit{readings.origin + readings.place[where], largest};
 }
 
@@ -332,7 +334,7 @@ DipoleFit described_fit(ProjectedFit& fit, const FitReadings& readings, const Fi
         described.doubts.push_back(FitDoubt::loose_place);
     }
     if (is_one_pass) take_circle(described, fit, readings, ground, best);
-    described.misfit = largest_misfit(readings, quality.residuals);
+    described.misfit = largest_misfit(readings, quality.residuals, std::sqrt(fit.signal() / count));
     return described;
 }
 

@@ -197,8 +197,9 @@ void clear_models(std::vector<GroupMember>& members, const std::vector<std::size
 
 // Tries a crowd again from other starts: the first search of a member did not know its later neighbours. Keeps what
 // makes the whole set fit best.
-void search_again(std::vector<GroupMember>& members, std::vector<std::size_t> set)
+void search_again(std::vector<GroupMember>& members, std::vector<std::size_t> set, const FitWatch& watch)
 {
+    const auto stopped = [&watch] { return watch.stop && watch.stop(); };
     constexpr double kBetter = 0.98;
     constexpr int kAttempts = 4;
     constexpr double kNearAltitudes = 1.5; // fewer readings see fewer neighbours
@@ -215,7 +216,10 @@ void search_again(std::vector<GroupMember>& members, std::vector<std::size_t> se
     for (int attempt = 0; attempt < kAttempts && least > kExplained * kExplained * noise; ++attempt) {
         clear_models(members, set);
         const double altitudes = attempt % 2 == 0 ? kNearAltitudes : kAltitudesOfReadings;
-        for (const std::size_t at : set) search(members, at, altitudes);
+        for (const std::size_t at : set) {
+            if (stopped()) return; // and so does who asked for it: what is half done counts for nothing
+            search(members, at, altitudes);
+        }
         settle(members, set);
         if (const double sum = square_sum_of(members, set); sum < kBetter * least) {
             least = sum;
@@ -254,7 +258,8 @@ bool fit_in_rounds(std::vector<GroupMember>& members, const FitWatch& watch)
             if (stopped()) return false;
             if (is_settled[set]) continue;
             double moved = settle(members, sets[set]);
-            if (round < kRoundsOfSearch && sets[set].size() > 1) search_again(members, sets[set]);
+            if (round < kRoundsOfSearch && sets[set].size() > 1) search_again(members, sets[set], watch);
+            if (stopped()) return false;
             if (round < kRoundsOfSearch) moved = std::max(moved, 2 * kStays);
             is_settled[set] = true;
             if (moved <= kStays) continue;
@@ -342,6 +347,12 @@ double altitude_near(const FitSurvey& survey, std::int32_t record)
     return altitudes.empty() ? kAltitudeWhenUnknown : median_or_null(std::move(altitudes));
 }
 
+double fit_radius(const FitSurvey& survey, const FitPlace& place)
+{
+    const double usual = kAltitudesOfReadings * altitude_near(survey, place.record);
+    return place.radius.value_or(std::clamp(usual, kLeastRadius, kGreatestRadius));
+}
+
 FitTask fit_task(const FitSurvey& survey, const FitPlace& place, const FieldDirection& field)
 {
     FitTask task;
@@ -352,8 +363,7 @@ FitTask fit_task(const FitSurvey& survey, const FitPlace& place, const FieldDire
     ground.altitude = altitude_near(survey, place.record);
     ground.pick_east = place.east;
     ground.pick_north = place.north;
-    task.radius =
-        place.radius.value_or(std::clamp(kAltitudesOfReadings * ground.altitude, kLeastRadius, kGreatestRadius));
+    task.radius = fit_radius(survey, place);
     const FitSelection selection{place.east, place.north, task.radius, place.lines_left_out, place.sensors_left_out};
     task.readings = survey.readings(selection, {place.east, place.north, 0});
 

@@ -21,6 +21,8 @@ struct FitPlace {
     std::optional<double> radius; // of the readings, metres; none: by the altitude
     std::vector<std::int32_t> lines_left_out;
     std::vector<int> sensors_left_out;
+
+    bool operator==(const FitPlace&) const = default;
 };
 
 // The direction of the Earth's field and its strength, nT.
@@ -45,6 +47,7 @@ struct FitWatch {
 };
 
 double altitude_near(const FitSurvey& survey, std::int32_t record); // metres; kAltitudeWhenUnknown without one
+double fit_radius(const FitSurvey& survey, const FitPlace& place); // metres: what is wanted, or by the altitude
 FitTask fit_task(const FitSurvey& survey, const FitPlace& place, const FieldDirection& field);
 
 // The numbers of places that hang together, as neighbours of neighbours.
@@ -54,7 +57,7 @@ std::vector<std::vector<std::size_t>> fit_groups(const FitSurvey& survey, const 
 // none moves any more. The results stand in the order of the tasks; empty when it was stopped.
 std::vector<DipoleFit> fit_together(const std::vector<FitTask>& tasks, const FitWatch& watch);
 
-// All of some places, group by group, on as many threads as the machine has.
+// All of some places, group by group.
 std::vector<DipoleFit> fit_places(const FitSurvey& survey, const std::vector<FitPlace>& places,
                                   const FieldDirection& field, const FitWatch& watch);
 

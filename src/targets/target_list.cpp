@@ -59,14 +59,6 @@ double peak_to_peak_at(const FitSurvey& survey, std::int32_t record)
     return largest;
 }
 
-GridCoordinates place_of(const Target& target)
-{
-    if (target.fit && target.fit->is_fitted()) {
-        return {target.fit->dipole.place.east, target.fit->dipole.place.north};
-    }
-    return {target.pick.location[1], target.pick.location[2]};
-}
-
 // One column of a target: how CSV and GeoJSON write it.
 struct Column {
     std::string name;
@@ -111,40 +103,15 @@ std::vector<Column> columns_of(const Target& target, const FitSurvey& survey)
     return columns;
 }
 
-std::string geojson_feature(const Target& target, const FitSurvey& survey)
-{
-    std::string geometry = "null";
-    if (target.geographic.is_known()) {
-        geometry = "{\"type\": \"Point\", \"coordinates\": [" +
-                   format_fixed(target.geographic.longitude, kDegreeDecimals) + ", " +
-                   format_fixed(target.geographic.latitude, kDegreeDecimals) + "]}";
-    }
-    std::string properties;
-    for (const Column& column : columns_of(target, survey)) {
-        const std::string number = column.value.empty() ? "null" : column.value;
-        properties += (properties.empty() ? "" : ", ") + json_quoted(column.name) + ": " +
-                      (column.is_text ? json_quoted(column.value) : number);
-    }
-    return "{\"type\": \"Feature\", \"geometry\": " + geometry + ", \"properties\": {" + properties + "}}";
-}
-
-std::string kml_placemark(const Target& target, const FitSurvey& survey)
-{
-    std::string data;
-    for (const Column& column : columns_of(target, survey)) {
-        if (column.value.empty()) continue;
-        data += "<Data name=\"" + markup_escaped(column.name) + "\"><value>" + markup_escaped(column.value) +
-                "</value></Data>\n";
-    }
-    std::string words = target.remark;
-    if (target.fit) words += (words.empty() ? "" : "; ") + fit_summary(*target.fit);
-    return "<Placemark>\n<name>" + markup_escaped(target.pick.name) + "</name>\n<description>" + markup_escaped(words) +
-           "</description>\n<ExtendedData>\n" + data + "</ExtendedData>\n<Point><coordinates>" +
-           format_fixed(target.geographic.longitude, kDegreeDecimals) + ',' +
-           format_fixed(target.geographic.latitude, kDegreeDecimals) + "</coordinates></Point>\n</Placemark>\n";
-}
-
 } // namespace
+
+GridCoordinates place_of(const Target& target)
+{
+    if (target.fit && target.fit->is_fitted()) {
+        return {target.fit->dipole.place.east, target.fit->dipole.place.north};
+    }
+    return {target.pick.location[1], target.pick.location[2]};
+}
 
 std::vector<Target> target_list(const PickList& picks, const PickRemarks& remarks, std::span<const DipoleFit> fits,
                                 const FitSurvey& survey, const Projection* grid)
@@ -179,26 +146,19 @@ std::string target_csv_text(std::span<const Target> targets, const FitSurvey& su
     return text;
 }
 
-std::string target_geojson_text(std::span<const Target> targets, const FitSurvey& survey)
+std::vector<MapFeature> target_features(std::span<const Target> targets, const FitSurvey& survey)
 {
-    std::string text = "{\"type\": \"FeatureCollection\", \"features\": [";
-    bool is_first = true;
+    std::vector<MapFeature> features;
     for (const Target& target : targets) {
-        text += (is_first ? "\n" : ",\n") + geojson_feature(target, survey);
-        is_first = false;
+        MapFeature feature{target.pick.name, target.geographic, {}, target.remark};
+        if (target.fit) feature.description += (target.remark.empty() ? "" : "; ") + fit_summary(*target.fit);
+        for (Column& column : columns_of(target, survey)) {
+            if (column.name == "name") continue;
+            feature.properties.push_back({std::move(column.name), std::move(column.value), column.is_text});
+        }
+        features.push_back(std::move(feature));
     }
-    return text + "\n]}\n";
-}
-
-std::string target_kml_text(std::span<const Target> targets, const FitSurvey& survey, std::string_view survey_name)
-{
-    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<kml xmlns=\"http://www.opengis.net/kml/2.2\">\n"
-                       "<Document>\n<name>" +
-                       markup_escaped(survey_name) + "</name>\n";
-    for (const Target& target : targets) {
-        if (target.geographic.is_known()) text += kml_placemark(target, survey);
-    }
-    return text + "</Document>\n</kml>\n";
+    return features;
 }
 
 } // namespace tarvo

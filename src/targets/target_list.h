@@ -1,5 +1,6 @@
 #pragma once
 
+#include "picks/map_export.h"
 #include "picks/pick_list.h"
 #include "picks/pick_remarks.h"
 #include "ports/projection.h"
@@ -23,6 +24,9 @@ struct Target {
     GeographicPlace geographic;   // of the fitted place where there is one, else of the pick; not known without a grid
 };
 
+// The fitted place in plan where there is one, else the pick's; not known for a pick without one.
+GridCoordinates place_of(const Target& target);
+
 // fits: by pick, or empty. grid: nullptr without a survey grid.
 std::vector<Target> target_list(const PickList& picks, const PickRemarks& remarks, std::span<const DipoleFit> fits,
                                 const FitSurvey& survey, const Projection* grid);
@@ -31,10 +35,7 @@ std::vector<Target> target_list(const PickList& picks, const PickRemarks& remark
 // columns of a fit. Times are seconds since 1970.
 std::string target_csv_text(std::span<const Target> targets, const FitSurvey& survey);
 
-// GeoJSON (RFC 7946): points in longitude and latitude, the same columns as properties.
-std::string target_geojson_text(std::span<const Target> targets, const FitSurvey& survey);
-
-// KML 2.2: a placemark for each target that has a place.
-std::string target_kml_text(std::span<const Target> targets, const FitSurvey& survey, std::string_view survey_name);
+// The same columns for maps, with the remark and the fit in a line as description.
+std::vector<MapFeature> target_features(std::span<const Target> targets, const FitSurvey& survey);
 
 } // namespace tarvo

@@ -71,7 +71,7 @@ bool NullTexts::contains(std::string_view field) const
 
 bool NullTexts::contains(std::string_view field, double number) const
 {
-    return contains_number(number) || contains_text(field);
+    return !texts_.empty() && (contains_number(number) || contains_text(field));
 }
 
 bool NullTexts::contains_text(std::string_view field) const

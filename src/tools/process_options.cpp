@@ -38,6 +38,7 @@ options ask for.
   --fits FILE          a dipole fitted at every pick of the pick file, neighbours together, as CSV
   --propose FILE       places of the residual that look like targets, as CSV
   --targets FILE       the picks with their fits and remarks, as .csv, .geojson or .kml
+  --report FILE.html   the picks with their fits, pictures, a map and the method, to print; with --propose the proposals
   --base FILE          readings of a base station: IAGA-2002, or text with its definitions file beside it
   --rejected FILE      the rejected lines as CSV
   --workers N          threads that read the data ahead (else by the machine and the size of the file)
@@ -109,7 +110,8 @@ void check_products(const ProcessOptions& options)
     }
     for (const std::string* const product :
          {&options.samples_file, &options.lines_file, &options.picks_file, &options.track_file, &options.bars_file,
-          &options.rejected_file, &options.targets.fits, &options.targets.proposals, &options.targets.list}) {
+          &options.rejected_file, &options.targets.fits, &options.targets.proposals, &options.targets.list,
+          &options.targets.report}) {
         if (product->empty()) continue;
         for (const std::string& other : taken) {
             if (!is_same_file(*product, other)) continue;
@@ -169,6 +171,7 @@ ProcessOptions read_process_options(std::span<const char* const> arguments)
              }
              options.targets.list = name;
          }},
+        {"--report", text_into(options.targets.report)},
         {"--base", text_into(options.base_file)},
         {"--layer", [&](const std::string& name) { options.layer_files.push_back(name); }},
         {"--size", [&](const std::string& text) { take_size(options, text); }},

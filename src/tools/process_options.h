@@ -17,6 +17,7 @@ struct TargetFiles {
     std::string fits;
     std::string proposals;
     std::string list; // CSV, GeoJSON or KML by its extension
+    std::string report;
 };
 
 // What tarvo-process was asked to do.

@@ -10,7 +10,7 @@ namespace tarvo {
 bool wants_targets(const TargetFiles& files);
 
 // Fits the survey's picks, which lie on the track, searches for more, and writes what was asked for. False: something
-// failed and has been said.
-bool write_targets(const SurveyState& survey, const TargetFiles& files, Operator& op);
+// failed and has been said. The report's map may make the survey's residual.
+bool write_targets(SurveyState& survey, const TargetFiles& files, Operator& op);
 
 } // namespace tarvo

@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QTabBar>
 #include <QToolTip>
 
 namespace tarvo {
@@ -32,7 +33,7 @@ bool is_control(const QWidget& widget)
         widget.objectName().startsWith(QLatin1String("qt_")) || qobject_cast<const QLineEdit*>(parent) != nullptr ||
         qobject_cast<const QComboBox*>(parent) != nullptr || qobject_cast<const QDockWidget*>(parent) != nullptr ||
         qobject_cast<const QAbstractItemView*>(parent) != nullptr;
-    if (is_part) return false;
+    if (is_part || (qobject_cast<const QTabBar*>(&widget) != nullptr && !widget.isVisible())) return false;
     return (widget.focusPolicy() & Qt::TabFocus) != 0 || qobject_cast<const QAbstractButton*>(&widget) != nullptr ||
            qobject_cast<const QLineEdit*>(&widget) != nullptr || qobject_cast<const QComboBox*>(&widget) != nullptr ||
            qobject_cast<const QAbstractItemView*>(&widget) != nullptr;

@@ -4,6 +4,7 @@
 #include "core_load.h"
 #include "settings_in_memory.h"
 #include "test_folder.h"
+#include "text/numbers.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -21,11 +22,11 @@ inline std::string write_survey(const TestFolder& folder, const std::string& nam
     std::string data = "time,east,north,depth,mag\n";
     for (int line = 0; line < lines; ++line) {
         const double turn = line * 0.002;
-        char text[128];
-        std::snprintf(text, sizeof text, "%.1f,%.2f,%.2f,%.2f,%.2f\n", 1000 + line * 0.1,
-                      500000 + (20 + turn) * std::cos(turn), 6000000 + (20 + turn) * std::sin(turn), 3.5,
-                      50000 + 40 * std::sin(line * 0.01) * std::sin(line * 0.0003));
-        data += text;
+        const double values[] = {1000 + line * 0.1, 500000 + (20 + turn) * std::cos(turn),
+                                 6000000 + (20 + turn) * std::sin(turn), 3.5,
+                                 50000 + 40 * std::sin(line * 0.01) * std::sin(line * 0.0003)};
+        for (const double& value : values) data += (&value == values ? "" : ",") + format_fixed(value, 2);
+        data += '\n';
     }
     folder.write(name + ".def",
                  "Tarvo Program Parameters V3.0\n\nCoordinate Data Scale : 1.0\nDepth Data Scale : 1.0 0\n"

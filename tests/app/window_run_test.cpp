@@ -49,10 +49,10 @@ TEST_F(WindowTest, LoadStoresAndDrawsWhatTheCoreDoes)
 
 TEST_F(WindowTest, PausedAndResumedReplayReadsEveryLineOnce)
 {
-    const std::string file = write_survey(folder, "a", 8000);
+    const std::string file = write_survey(folder, "a", kManyLines);
     window.open_file(file);
     int pauses = 0;
-    for (const std::int64_t line : {500, 2000, 7000}) {
+    for (const std::int64_t line : {500, 20000, 50000}) {
         at_turn([this, line] { return lines_read() >= line; },
                 [this, &pauses] {
                     if (!run().replay_running || run().run_paused) return;
@@ -74,7 +74,7 @@ TEST_F(WindowTest, PausedAndResumedReplayReadsEveryLineOnce)
 
 TEST_F(WindowTest, APausedReplayShowsAndMarksTheClickedPoint)
 {
-    window.open_file(write_survey(folder, "a", 8000));
+    window.open_file(write_survey(folder, "a", kManyLines));
     at_turn([this] { return window.survey().processing.store.RecordCount >= 300; }, [this] { click(kLoad); });
     click(kReplay);
     ASSERT_TRUE(run().run_paused);
@@ -212,26 +212,27 @@ TEST_F(WindowTest, StopDoesNotWaitForTheReplaysDelay)
 
 TEST_F(WindowTest, ViewIsChangedInMidRunWithoutHarm)
 {
-    const std::string file = write_survey(folder, "a", kManyLines);
+    const std::string file = write_survey(folder, "a", 2 * kManyLines);
     window.open_file(file);
     int turns = 0;
     auto* const timer = new QTimer(&window);
     QObject::connect(timer, &QTimer::timeout, &window, [&] {
         ++turns;
-        switch (turns % 6) {
+        switch (turns % 7) {
         case 0: click("Option_whole_track"); break;
         case 1: window.view().zoom_about(100 + turns % 300, 100, 1.5); break;
         case 2: window.view().drag(40, -25); break;
         case 3: window.resize(1000 + turns % 7 * 40, 700); break;
         case 4: click("Command_fit_range"); break;
+        case 5: click("Option_scroll_track"); break;
         default: click("Option_follow_track");
         }
         QTest::mouseClick(&control<QWidget>("Picture_data_track"), Qt::LeftButton, {}, {200, 200});
     });
     timer->start(0);
-    click(kReplay);
+    for (int run = 0; run < 20 && turns < 7; ++run) click(kReplay); // until every kind has had its turn
     timer->stop();
-    EXPECT_GT(turns, 6);
+    EXPECT_GE(turns, 7);
     EXPECT_EQ(stored_samples(window.survey().processing), loaded_samples(file));
 }
 

@@ -227,5 +227,21 @@ TEST(PictureCopy, IsClippedToTheSmallerPicture)
     EXPECT_EQ(target, expected);
 }
 
+TEST(ScaledRing, IsAsManyPixelsWideAsStandForOne)
+{
+    for (const int scale : {1, 2, 3}) {
+        Picture picture(50, 50);
+        draw_scaled_ring(picture, 24, 25, 5, scale, kRed);
+        const double outer = 5 * scale + scale / 2 + 0.5;
+        for (int y = 0; y < 50; ++y) {
+            for (int x = 0; x < 50; ++x) {
+                const double distance = std::hypot(x - 24, y - 25);
+                const bool is_on_ring = distance < outer && distance > outer - scale;
+                EXPECT_EQ(picture.row(y)[x], is_on_ring ? kRed : kBlack) << scale << ": " << x << ", " << y;
+            }
+        }
+    }
+}
+
 } // namespace
 } // namespace tarvo

@@ -23,7 +23,6 @@ TEST(RangeFit, TakesThe98thPercentileOfWhatIsInView)
     track.add(50, 0, kNull);
     TrackImage image;
     resize_track_image(image, track.scene(), 300, 200, op);
-    image.map_extent = MapExtent::fixed;
     EXPECT_EQ(fitted_range(image, track.scene()), (ValueRange{0, 98}));
     TrackScene scene = track.scene();
     scene.quantity = &quantity(QuantityId::total);
@@ -49,7 +48,6 @@ TEST(TrackNavigation, ZoomAboutAPixelStaysWithinTheZoomControlsLimits)
     const TestTrack track = random_track(3, 200);
     TrackImage image;
     resize_track_image(image, track.scene(), 400, 300, op);
-    image.map_extent = MapExtent::fixed;
     const MapFrame whole = image.frame;
     const GridPlace before = place_of_pixel(image, 120, 80);
     zoom_about_pixel(image, track.scene(), 120, 80, 2.5, op);

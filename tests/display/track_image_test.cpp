@@ -44,7 +44,6 @@ TEST(FixedExtent, PlottingOneByOneGivesTheRedrawnPicture)
         scene.sample_rate = 0.1F;
         FakeOperator op;
         TrackImage image = sized_image(scene, op);
-        image.map_extent = MapExtent::fixed;
         display_location_crosshair(image, {track.easting[9], track.northing[9]});
         display_new_pick_location(image, {track.easting[50], track.northing[50]}, kMagenta, 1);
         for (std::int32_t record = 1; record <= track.count(); ++record) {
@@ -66,7 +65,7 @@ TEST(FixedExtent, PlottingOneByOneGivesTheRedrawnPicture)
 }
 
 // One sample after the other: every pixel goes where the scroll takes it, or becomes black.
-TEST(FollowingMode, ScrollsThePictureUnderTheNewestSample)
+TEST(ScrollMode, ScrollsThePictureUnderTheNewestSample)
 {
     std::set<std::pair<int, int>> directions;
     int jumps = 0;
@@ -76,6 +75,7 @@ TEST(FollowingMode, ScrollsThePictureUnderTheNewestSample)
         scene.sample_rate = 0.05F;
         FakeOperator op;
         TrackImage image = sized_image(scene, op);
+        image.mode = TrackMode::scroll;
 
         Picture expected(kWidth, kHeight);
         double last_easting = kNull;
@@ -112,7 +112,7 @@ TEST(FollowingMode, ScrollsThePictureUnderTheNewestSample)
     EXPECT_GT(jumps, 10);
 }
 
-TEST(FollowingMode, ClearsThePictureAtAJumpOfHalfOfIt)
+TEST(ScrollMode, ClearsThePictureAtAJumpOfHalfOfIt)
 {
     struct Case {
         const char* label;
@@ -130,6 +130,7 @@ TEST(FollowingMode, ClearsThePictureAtAJumpOfHalfOfIt)
         FakeOperator op;
         TrackImage image;
         resize_track_image(image, scene, 60, 40, op);
+        image.mode = TrackMode::scroll;
         plot_track_point(image, scene, 1, 0, 0);
         plot_track_point(image, scene, 2, c.dx, c.dy);
         Picture expected(60, 40);
@@ -139,24 +140,8 @@ TEST(FollowingMode, ClearsThePictureAtAJumpOfHalfOfIt)
     }
 }
 
-TEST(FollowingMode, StartsAnewAfterAViewWasShown)
-{
-    const TestTrack track = straight_track(10);
-    const TrackScene scene = track.scene();
-    FakeOperator op;
-    TrackImage image = sized_image(scene, op);
-    plot_track_point(image, scene, 8, 70, 50);
-    show_whole_track(image, scene, op);
-    EXPECT_EQ(image.picture, whole_track_picture(scene, kWidth, kHeight, op));
-    image.map_extent = MapExtent::following;
-    plot_track_point(image, scene, 9, 80, 50);
-    Picture expected(kWidth, kHeight);
-    fill_square(expected, 30, 20, 1, point_mark(scene, 9).colour);
-    EXPECT_EQ(image.picture, expected);
-}
-
 // Steps of 1.4 m are drawn as steps of one pixel: the picture drifts against the grid by 0.4 pixels a sample.
-TEST(FollowingMode, KeepsWhereItDrewEachSample)
+TEST(ScrollMode, KeepsWhereItDrewEachSample)
 {
     TestTrack track;
     for (int sample = 0; sample < 40; ++sample) {
@@ -165,39 +150,44 @@ TEST(FollowingMode, KeepsWhereItDrewEachSample)
     TrackScene scene = track.scene();
     scene.settings.timing_tick = 0;
     FakeOperator op;
-    const auto followed = [&](int width, int height) {
+    const auto scrolled = [&](int width, int height) {
         TrackImage image;
         resize_track_image(image, {}, width, height, op);
+        image.mode = TrackMode::scroll;
         for (std::int32_t record = 1; record <= track.count(); ++record) {
             plot_track_point(image, scene, record, scene.track.easting[record], scene.track.northing[record]);
         }
         return image;
     };
-    TrackImage image = followed(120, 90);
+    TrackImage image = scrolled(120, 90);
     for (std::int32_t record = 10; record <= track.count(); ++record) {
-        const std::optional<PixelPlace> pixel = followed_pixel(image.followed, record);
+        const std::optional<PixelPlace> pixel = scrolled_pixel(image.scrolled, record);
         ASSERT_TRUE(pixel) << record;
-        EXPECT_EQ(followed_record_at(image.followed, *pixel, 3), record);
+        EXPECT_EQ(scrolled_record_at(image.scrolled, *pixel, 3), record);
     }
-    EXPECT_EQ(followed_record_at(image.followed, {5, 5}, 3), 0);
+    EXPECT_EQ(scrolled_record_at(image.scrolled, {5, 5}, 3), 0);
 
     for (std::size_t record = 15; record <= 40; ++record) track.values[record] = 9;
     recolour_track_points(image, scene, 15);
-    EXPECT_EQ(image.picture, followed(120, 90).picture);
+    EXPECT_EQ(image.picture, scrolled(120, 90).picture);
     scene.colours.high = 3;
     redraw_colours(image, scene, op);
-    EXPECT_EQ(image.picture, followed(120, 90).picture);
+    EXPECT_EQ(image.picture, scrolled(120, 90).picture);
     resize_track_image(image, scene, 150, 101, op);
-    EXPECT_EQ(image.picture, followed(150, 101).picture);
+    EXPECT_EQ(image.picture, scrolled(150, 101).picture);
+
+    show_whole_track(image, scene, op);
+    scroll_track(image, scene);
+    EXPECT_EQ(image.picture, scrolled(150, 101).picture) << "a switch wipes nothing";
 
     display_new_pick_location(image, {scene.track.easting[12], scene.track.northing[12]}, kMagenta, 1, 12);
-    EXPECT_EQ(image.marker.drawn_at, followed_pixel(image.followed, 12));
+    EXPECT_EQ(image.marker.drawn_at, scrolled_pixel(image.scrolled, 12));
     display_new_pick_location(image, {}, kMagenta, -1);
     make_record_current(image, scene, 20, Recentre::yes, op);
     EXPECT_EQ(image.current_record, 20);
-    EXPECT_EQ(image.picture, followed(150, 101).picture) << "there is no other view to show it in";
+    EXPECT_EQ(image.picture, scrolled(150, 101).picture) << "there is no other view to show it in";
     Combo_zoom_click(image, scene, "200%", 1, op);
-    EXPECT_EQ(image.map_extent, MapExtent::fixed);
+    EXPECT_EQ(image.mode, TrackMode::whole);
     EXPECT_EQ(image.zoomed_view.centre_x, scene.track.easting[20]);
 }
 
@@ -207,6 +197,7 @@ TEST(Recolouring, PaintsASampleWhereItIsShown)
     TrackScene scene = track.scene();
     FakeOperator op;
     TrackImage image = sized_image(scene, op);
+    image.mode = TrackMode::scroll;
     for (std::int32_t record = 20; record <= 22; ++record) {
         plot_track_point(image, scene, record, scene.track.easting[record], 50);
     }
@@ -250,7 +241,10 @@ TEST(Redraw, LaysItsLayersInOrder)
     const PixelTransform transform = active_transform(image);
     const auto x_of = [&](double easting) { return pixel_x(transform, easting); };
     const int y = pixel_y(transform, 50);
-    for (const double easting : {30, 40, 50, 60, 70}) fill_square(expected, x_of(easting), y, 1, kWhite);
+    for (const double easting : {30, 40, 50, 60, 70}) fill_square(expected, x_of(easting), y, 2, kWhite);
+    for (int record = 4; record <= 8; ++record) {
+        fill_square(expected, x_of(10 * record - 10), y, 1, point_mark(scene, record).colour);
+    }
     draw_ring(expected, x_of(70), y, 5, kWhite);
     draw_ring(expected, x_of(80), pixel_y(transform, 60.1), 5, kWhite, RingLine::dashed);
     draw_ring(expected, x_of(60), y, 5, kRed); // the current pick lies over the other

@@ -13,6 +13,15 @@
 namespace tarvo {
 namespace {
 
+TEST(PointMarks, GrowWithTheScreen)
+{
+    // Squares of 3, 5 and 7 pixels at 1, 2 and 3 pixels for one; an even side is not to be had.
+    const int half_sizes[][3] = {{1, 2, 3}, {3, 5, 7}, {4, 7, 10}};
+    for (int scale = 1; scale <= 3; ++scale) {
+        for (int size = 1; size <= 3; ++size) EXPECT_EQ(mark_half_size(size, scale), half_sizes[scale - 1][size - 1]);
+    }
+}
+
 TEST(TickStep, IsTruncatedToWholeSamples)
 {
     struct Case {
@@ -196,19 +205,18 @@ TEST(HighlightedSection, ReachesHalfAnAxisLengthBothWays)
 TEST(HighlightedSection, IsDrawnUpToTheEdgesOfThePicture)
 {
     // Two points at the same place, which comes to the pixel (easting, 10 - northing).
-    const std::pair<double, double> places[] = {{-1, 5}, {-2, 5}, {10, 5}, {11, 5}, {5, 11}, {5, 12}, {5, 0}, {5, -1}};
+    const std::pair<double, double> places[] = {{-2, 5}, {-3, 5}, {11, 5}, {12, 5}, {5, 12}, {5, 13}, {5, -1}, {5, -2}};
     for (const auto& [easting, northing] : places) {
         TestTrack track;
         track.add(easting, northing, 0);
         track.add(easting, northing, 0);
         track.add(kNull, 3, 0);
-        TrackView view;
-        view.view_y_max = 10;
         Picture picture(10, 10);
         FakeOperator op;
-        EXPECT_EQ(display_highlighted_section(picture, view, {}, {1, 4}, track.scene(), op), 0);
+        EXPECT_EQ(display_highlighted_section(picture, {0, 10}, {1, 4}, track.scene(), op), 0);
         Picture expected(10, 10);
-        fill_square(expected, static_cast<int>(easting), 10 - static_cast<int>(northing), 1, kWhite);
+        fill_square(expected, static_cast<int>(easting), 10 - static_cast<int>(northing), 2, kWhite);
+        fill_square(expected, static_cast<int>(easting), 10 - static_cast<int>(northing), 1, 0x0000FF);
         EXPECT_EQ(picture, expected) << easting << ", " << northing;
         EXPECT_TRUE(op.messages.empty()) << "a section beyond the last record is cut off";
     }

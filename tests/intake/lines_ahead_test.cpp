@@ -1,5 +1,7 @@
 #include "intake/lines_ahead.h"
 
+#include "core_load.h"
+#include "definitions/definitions_file.h"
 #include "test_folder.h"
 
 #include <gtest/gtest.h>
@@ -94,6 +96,46 @@ TEST(LinesAhead, StopAtAnyMoment)
             if (ahead.next(reading) == LinesAhead::Outcome::line) ++lines;
         }
         EXPECT_EQ(reading.number, lines) << seed;
+    }
+}
+
+std::string load_until(const std::string& file, int workers, std::int64_t last_line)
+{
+    FakeOperator op;
+    FakeRunDisplay display;
+    FakePickDisplay picks;
+    Session session(op, display, picks);
+    session.survey.data_file_name = file;
+    session.survey.load_workers = workers;
+    display.at_line = [&](std::int64_t line) {
+        if (line == last_line) session.driver.request_stop();
+    };
+    EXPECT_EQ(session.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData);
+    return stored_samples(session.survey.processing);
+}
+
+// Whatever the threads are at.
+TEST(LinesAhead, LeaveALoadThatIsStoppedAtAnyMomentWithTheLinesItTook)
+{
+    constexpr int kLinesOfLoad = 30'000;
+    std::string data = "Time,East,North,M1\n";
+    for (int line = 0; line < kLinesOfLoad; ++line) {
+        data +=
+            std::to_string(line) + ',' + std::to_string(2 * line) + ",0," + std::to_string(50'000 + line % 13) + '\n';
+    }
+    const TestFolder folder;
+    SurveyDefinitions definitions;
+    for (const std::size_t slot : std::initializer_list<std::size_t>{kTime, kEast, kNorth}) {
+        definitions.fields[slot].name = kFieldSlots[slot].name;
+    }
+    definitions.sensors[1].component_columns[1] = "M1";
+    folder.write("a.def", exact_definitions_text(definitions, 1));
+    const std::string file = folder.write("a.csv", data);
+    std::mt19937 chance(7);
+    for (int load = 0; load < 50; ++load) {
+        const auto last =
+            static_cast<std::int64_t>(1 + chance() % (kLinesOfLoad + kLinesOfLoad / 10)); // some are not stopped
+        ASSERT_EQ(load_until(file, 1 + load % 3, last), load_until(file, 0, last)) << last;
     }
 }
 

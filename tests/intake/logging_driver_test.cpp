@@ -51,7 +51,7 @@ TEST_F(DriverTest, ALoadStoresEverythingAndDrawsAtTheEnd)
     EXPECT_EQ(records(), 100);
     EXPECT_EQ(survey.processing.store.gradient_records, 100);
     EXPECT_EQ(survey.track_index.point_count(), 100);
-    EXPECT_EQ(survey.track_image.map_extent, MapExtent::fixed);
+    EXPECT_EQ(survey.track_image.mode, TrackMode::whole);
     EXPECT_EQ(display.finished_runs, 1);
     EXPECT_TRUE(display.replayed.empty());
     EXPECT_TRUE(op.messages.empty());
@@ -239,6 +239,44 @@ TEST_F(DriverTest, AFaultAtTheEndOfARunIsToldAndLeavesItIdle)
     EXPECT_EQ(records(), 100) << "nothing is lost";
     display.at_finish = nullptr;
     EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+}
+
+TEST_F(DriverTest, AFaultInTheGradientsIsTheRunsAndLeavesTheRestShown)
+{
+    int calls = 0; // the second one comes from within
+    display.at_step = [&](std::string_view) {
+        if (++calls == 2) throw std::bad_alloc();
+    };
+    EXPECT_EQ(press(StartButton::load_or_pause), -1);
+    EXPECT_EQ(op.messages.size(), 1U);
+    EXPECT_EQ(display.finished_runs, 1);
+    EXPECT_EQ(records(), 100);
+}
+
+TEST_F(DriverTest, AStopWhileARunIsFinishedLeavesOutWhatIsStillToBeComputed)
+{
+    std::vector<std::string> steps;
+    display.at_step = [&](std::string_view step) {
+        if (steps.empty() || steps.back() != step) steps.emplace_back(step);
+        if (step == "Gradients") driver.request_stop();
+    };
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    EXPECT_EQ(steps, (std::vector<std::string>{"Gradients", "Building the index", "Drawing"}));
+    EXPECT_EQ(records(), 100);
+    EXPECT_TRUE(driver.counters().stopped_at.has_value());
+    display.at_step = nullptr;
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    EXPECT_FALSE(driver.counters().stopped_at.has_value());
+}
+
+TEST_F(DriverTest, ARunThatIsStoppedSaysWhereItWas)
+{
+    display.at_line = [&](std::int64_t line) {
+        if (line == 25) driver.request_stop();
+    };
+    EXPECT_EQ(press(StartButton::load_or_pause), kEndOfData);
+    ASSERT_TRUE(driver.counters().stopped_at.has_value());
+    EXPECT_NEAR(*driver.counters().stopped_at, 0.25, 0.03);
 }
 
 TEST_F(DriverTest, NoViewChosenWhileARunGoesOnHidesTheWholeTrackAtItsEnd)

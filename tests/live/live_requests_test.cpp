@@ -232,7 +232,7 @@ TEST(LeavingWithoutAnOperator, KeepsLinesAndPicksAndHangsUp)
     EXPECT_TRUE(monitor.op.questions.empty());
 }
 
-TEST(ListenButton, EndsTheFileRunThatItIsPressedIn)
+TEST(ListenButton, EndsTheFileRunThatItIsPressedInUnlessItCannotListen)
 {
     const TestFolder folder;
     std::string data = "time,east,north,depth,mag\n";
@@ -247,6 +247,10 @@ TEST(ListenButton, EndsTheFileRunThatItIsPressedIn)
         lines = read;
         if (read == 50) monitor.live.Command_UDP_receive();
     };
+    monitor.fake_pipe.fault = PipeFault{98, "in use"};
+    EXPECT_EQ(monitor.session.driver.Command_start_logging(StartButton::load_or_pause), kEndOfData);
+    EXPECT_EQ(monitor.run().lines_read, 100) << "the file run goes on";
+    monitor.fake_pipe.fault.reset();
     const int finished_runs = monitor.display.finished_runs;
     monitor.session.driver.Command_start_logging(StartButton::load_or_pause);
     EXPECT_EQ(lines, 50);

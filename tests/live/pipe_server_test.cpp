@@ -17,6 +17,23 @@ namespace {
 
 using namespace std::chrono_literals;
 
+// A variable of the environment with another value, for one test.
+class Setting {
+public:
+    Setting(const char* name, const std::string& value) : name_(name)
+    {
+        if (const char* const before = std::getenv(name)) before_ = before;
+        setenv(name, value.c_str(), 1);
+    }
+    ~Setting() { before_ ? setenv(name_, before_->c_str(), 1) : unsetenv(name_); }
+    Setting(const Setting&) = delete;
+    Setting& operator=(const Setting&) = delete;
+
+private:
+    const char* name_;
+    std::optional<std::string> before_;
+};
+
 // A server that answers "<request>", and clients of it, all in one thread.
 class PipeServerTest : public testing::Test {
 protected:
@@ -263,18 +280,52 @@ TEST_F(PipeServerTest, KnowsWhenItsSocketIsGoneAndListensAnew)
     EXPECT_EQ(folder.read("pipe"), "another's");
 }
 
-TEST_F(PipeServerTest, AFolderThatOthersCanWriteToIsRefused)
+TEST_F(PipeServerTest, AFolderOfOthersIsRefused)
 {
     namespace fs = std::filesystem;
-    fs::permissions(folder.path(""), fs::perms::group_write, fs::perm_options::add);
-    const std::string reason = "others can write to the folder " + fs::path(path).parent_path().string();
-    PipeServer second([](std::span<const std::byte>) { return ""; });
-    const std::optional<PipeFault> fault = second.listen(folder.path("other"));
-    ASSERT_TRUE(fault);
-    EXPECT_TRUE(fault->text.starts_with(reason)) << fault->text;
-    PipeClient forwarding(path);
-    EXPECT_FALSE(forwarding.connect());
-    EXPECT_TRUE(forwarding.fault().starts_with(reason)) << forwarding.fault();
+    constexpr uid_t kStranger = 12345;
+    const std::string own = folder.path("tarvo-" + std::to_string(geteuid())); // where a session has no folder for it
+    const Setting runtime_folder("XDG_RUNTIME_DIR", "");
+    const Setting temporary_folder("TMPDIR", folder.path(""));
+    struct Case {
+        const char* label;
+        std::function<void()> spoil;
+        std::string reason;
+        bool for_root_alone;
+    };
+    const Case cases[] = {
+        {"open to others", [&] { fs::permissions(own, fs::perms(0730)); }, "others can write to the folder ", false},
+        {"a link",
+         [&] {
+             fs::rename(own, own + "_elsewhere");
+             fs::create_directory_symlink(own + "_elsewhere", own);
+         },
+         "a link leads to the folder ", false},
+        {"another user's", [&] { EXPECT_EQ(lchown(own.c_str(), kStranger, kStranger), 0); },
+         "another user owns the folder ", true}};
+    for (const Case& c : cases) {
+        if (c.for_root_alone && geteuid() != 0) continue;
+        fs::remove_all(own);
+        fs::remove_all(own + "_elsewhere");
+        const std::string pipe = pipe_path("pipe");
+        EXPECT_EQ(pipe, own + "/pipe") << c.label;
+        server.close();
+        ASSERT_FALSE(server.listen(pipe)) << c.label;
+        c.spoil();
+        const auto begins = [&](const std::string& text) {
+            return text.starts_with(c.reason + own) ? "" : c.label + (": " + text);
+        };
+        PipeServer second([](std::span<const std::byte>) { return ""; });
+        const std::optional<PipeFault> fault = second.listen(own + "/other");
+        EXPECT_EQ(begins(fault ? fault->text : "listens"), "");
+        PipeClient forwarding(pipe);
+        EXPECT_EQ(begins(forwarding.connect() ? "connected" : forwarding.fault()), "");
+        EXPECT_THROW(pipe_path("pipe"), std::system_error) << c.label;
+    }
+    fs::remove_all(own);
+    pipe_path("pipe");
+    fs::permissions(own, fs::perms(0750)); // others could only look
+    EXPECT_THROW(pipe_path("pipe"), std::system_error);
 }
 
 TEST_F(PipeServerTest, OneListensAtATime)

@@ -462,5 +462,43 @@ TEST_F(PickWork, KeepsTheListWhenTheFileCannotBeWritten)
     EXPECT_EQ(picks.number_of_picks, 2);
 }
 
+TEST_F(PickWork, RemarksFollowTheirPicks)
+{
+    mark(3, {"Target", "1", "0"});
+    mark(5, {"Target", "2", "0"});
+    const auto written = [&] { return folder.read("line7_remarks.csv"); };
+    work.set_remark(1, "wreck, \"old\"");
+    EXPECT_EQ(written(), "name,remark\r\nTarget 1,\"wreck, \"\"old\"\"\"\r\n");
+
+    work.select_pick_row(1);
+    work.Command_save_edit({"Wreck", "7", "0"});
+    EXPECT_EQ(written(), "name,remark\r\nWreck 7,\"wreck, \"\"old\"\"\"\r\n");
+    work.undo(ground);
+    EXPECT_EQ(work.remark_of(1), "wreck, \"old\"");
+
+    work.choose_pick(1);
+    work.Command_delete_selected_anomaly(ground);
+    EXPECT_EQ(written(), "name,remark\r\n"); // another Target 1 is another pick
+    work.undo(ground);
+    EXPECT_EQ(work.remark_of(1), "wreck, \"old\"");
+    EXPECT_EQ(written(), "name,remark\r\nTarget 1,\"wreck, \"\"old\"\"\"\r\n");
+
+    work.open_picks_of(folder.path("line7.csv"), ground);
+    EXPECT_EQ(work.remark_of(1), "wreck, \"old\"");
+    work.set_remark(1, "");
+    EXPECT_EQ(written(), "name,remark\r\n");
+}
+
+TEST_F(PickWork, RemarksThatCannotBeReadAreNotWrittenOver)
+{
+    mark(3, {"Target", "1", "0"});
+    folder.write("line7_remarks.csv", "a list\nof something else\n");
+    work.open_picks_of(folder.path("line7.csv"), ground);
+    EXPECT_EQ(op.messages.size(), 1U);
+    work.set_remark(1, "wreck");
+    EXPECT_EQ(folder.read("line7_remarks.csv"), "a list\nof something else\n");
+    EXPECT_EQ(op.messages.size(), 2U);
+}
+
 } // namespace
 } // namespace tarvo

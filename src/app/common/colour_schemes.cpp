@@ -1,8 +1,11 @@
 #include "app/common/colour_schemes.h"
 
 #include <QApplication>
+#include <QPainter>
+#include <QProxyStyle>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 namespace tarvo {
 
@@ -16,9 +19,38 @@ struct SchemeColours {
 constexpr SchemeColours kLight = {0xFFF3F3F3, 0xFFFFFFFF, 0xFFE8E8E8, 0xFF1B1B1B, 0xFF767676,
                                   0xFF1F6FB2, 0xFFFFFFFF, 0xFFFFF7D6, 0xFF0B57A4};
 constexpr SchemeColours kDark = {0xFF2B2D30, 0xFF1E1F22, 0xFF3A3D41, 0xFFE6E6E6, 0xFF8C8F94,
-                                 0xFF3D7EBF, 0xFFFFFFFF, 0xFF45432F, 0xFF7FB8F0};
-constexpr SchemeColours kNight = {0xFF0A0000, 0xFF000000, 0xFF180404, 0xFFB03028, 0xFF6E1C18,
+                                 0xFF2F6FAE, 0xFFFFFFFF, 0xFF45432F, 0xFF7FB8F0};
+constexpr SchemeColours kNight = {0xFF1A0505, 0xFF000000, 0xFF240808, 0xFFB8342C, 0xFF7A1E1A,
                                   0xFF4A0C0A, 0xFFD84A40, 0xFF1E0606, 0xFFD84A40};
+
+// The style marks a pressed switch and the edges of boxes by darker shades, which nobody sees on a dark ground.
+class VisibleStates : public QProxyStyle {
+public:
+    using QProxyStyle::QProxyStyle;
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override
+    {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        const bool is_button = element == PE_PanelButtonTool || element == PE_PanelButtonCommand;
+        const bool is_edge = element == PE_FrameLineEdit || element == PE_IndicatorCheckBox;
+        if (option->palette.color(QPalette::Base).lightness() > kDark) return;
+        if (is_button && option->state.testFlag(State_On)) draw_edge(*option, *painter, QPalette::ButtonText);
+        if (is_edge) draw_edge(*option, *painter, QPalette::PlaceholderText);
+    }
+
+private:
+    static constexpr int kDark = 64; // lightness
+
+    static void draw_edge(const QStyleOption& option, QPainter& painter, QPalette::ColorRole colour)
+    {
+        painter.save();
+        painter.setPen(option.palette.color(colour));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+        painter.restore();
+    }
+};
 
 const SchemeColours& colours_of(ColourScheme scheme)
 {
@@ -60,6 +92,7 @@ QPalette palette_of(ColourScheme scheme)
         palette.setColor(group, QPalette::Highlight, QColor(c.highlight));
         palette.setColor(group, QPalette::HighlightedText, QColor(c.highlighted_text));
         palette.setColor(group, QPalette::Link, QColor(c.link));
+        palette.setColor(group, QPalette::LinkVisited, QColor(c.link));
     }
     return palette;
 }
@@ -75,8 +108,11 @@ void ColourSchemes::apply(ColourScheme scheme)
     current_ = scheme;
     const bool is_desktops = scheme == ColourScheme::system;
     // Desktop styles may paint with colours of their own; this one takes all of them from the palette.
-    const QString style = is_desktops ? desktop_style_ : QStringLiteral("fusion");
-    if (QApplication::style()->objectName() != style) QApplication::setStyle(QStyleFactory::create(style));
+    if (is_desktops) {
+        QApplication::setStyle(QStyleFactory::create(desktop_style_));
+    } else {
+        QApplication::setStyle(new VisibleStates(QStringLiteral("fusion")));
+    }
     QApplication::setPalette(is_desktops ? desktop_palette_ : palette_of(scheme));
 }
 

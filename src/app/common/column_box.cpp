@@ -58,7 +58,9 @@ bool is_missing(const ColumnBox& box, const HeaderColumns& header_columns)
 
 QColor warning_colour(const QWidget& widget)
 {
-    const bool dark = widget.palette().color(QPalette::Base).lightness() < 128;
+    const int ground = widget.palette().color(QPalette::Base).lightness();
+    if (ground == 0) return widget.palette().color(QPalette::HighlightedText); // the night's: as dim as the rest
+    const bool dark = ground < 128;
     return dark ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
 }
 

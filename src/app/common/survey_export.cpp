@@ -6,7 +6,10 @@
 #include "tools/common/projections_module.h"
 
 #include <QCoreApplication>
+#include <QImage>
 #include <QProgressDialog>
+
+#include <algorithm>
 
 namespace tarvo {
 
@@ -15,6 +18,17 @@ namespace {
 QString tr(const char* text)
 {
     return QCoreApplication::translate("Export", text);
+}
+
+Picture picture_of(const QImage& image)
+{
+    const QImage pixels = image.convertToFormat(QImage::Format_RGB32);
+    Picture picture(pixels.width(), pixels.height());
+    for (int y = 0; y < pixels.height(); ++y) {
+        const auto* const row = reinterpret_cast<const QRgb*>(pixels.constScanLine(y));
+        std::transform(row, row + pixels.width(), picture.row(y), [](QRgb pixel) { return pixel & kWhite; });
+    }
+    return picture;
 }
 
 } // namespace
@@ -39,15 +53,15 @@ void export_file(const ExportFormat& format, const SurveyState& survey, Operator
     write_export(format, request, *file_name, op);
 }
 
-void export_track_file(const SurveyState& survey, Operator& op)
+void export_track_file(const SurveyState& survey, const QImage& picture, Operator& op)
 {
-    const ExportFormat picture = {"track", ExportSubject::samples, "track image", "", "_track.png", "PNG files", "png",
-                                  nullptr};
-    const std::optional<std::string> file_name = op.choose_file_to_create(export_question(picture, survey));
+    const ExportFormat format = {"track", ExportSubject::samples, "track image", "", "_track.png", "PNG files", "png",
+                                 nullptr};
+    const std::optional<std::string> file_name = op.choose_file_to_create(export_question(format, survey));
     if (!file_name) return;
     run_guarded(op, "An error occurred while writing the track image: ", [&] {
         refuse_file_of_survey(survey, *file_name);
-        write_png_file(*file_name, survey.track_image.picture);
+        write_png_file(*file_name, picture_of(picture));
     });
 }
 

@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QHelpEvent>
 #include <QMenu>
+#include <QTabBar>
 #include <QTextDocument>
 #include <QToolTip>
 #include <QWidget>
@@ -55,9 +56,11 @@ void name_controls(QWidget& window)
 bool WindowManners::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::Show) {
-        if (auto* const window = qobject_cast<QWidget*>(watched); window != nullptr && window->isWindow()) {
-            name_controls(*window);
-        }
+        auto* const widget = qobject_cast<QWidget*>(watched);
+        if (widget != nullptr && widget->isWindow()) name_controls(*widget);
+        // The tabs of docks come and go with them.
+        auto* const tabs = qobject_cast<QTabBar*>(watched);
+        if (tabs != nullptr && tabs->accessibleName().isEmpty()) tabs->setAccessibleName(tr("Panels"));
     }
     if (event->type() == QEvent::ToolTip) {
         auto* const widget = qobject_cast<QWidget*>(watched);

@@ -1,5 +1,6 @@
 #include "app/dialogs/data_format_page.h"
 
+#include "app/common/column_box.h"
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
 
@@ -75,7 +76,6 @@ DataFormatPage::Row DataFormatPage::make_row(const DataFormatKey& key)
     row.fault = plain_label();
     row.fault->setObjectName(object_name_of(key.name) + QStringLiteral("_fault"));
     row.fault->setWordWrap(true);
-    row.fault->setStyleSheet(QStringLiteral("color: #c03030"));
     row.fault->hide();
     const std::string name = row.key;
     if (!key.choices.empty()) {
@@ -135,6 +135,7 @@ void DataFormatPage::show_fault(const std::string& key, const std::string& fault
 {
     for (const Row& row : rows_) {
         if (row.key != key) continue;
+        row.fault->setStyleSheet(QStringLiteral("color: %1").arg(warning_colour(*this).name()));
         row.fault->setText(to_qt(fault));
         row.fault->setVisible(!fault.empty());
     }

@@ -223,8 +223,8 @@ void DefinitionsForm::show_note()
         all += to_qt(choice_text(choice));
         if (choice.is_needed) open += to_qt(choice.key + ": " + choice.reason);
     }
-    QString text = tr("<b>These definitions are a guess from what the file holds.</b> %1").arg(rest);
-    if (!open.isEmpty()) text += tr("<br>Open: %1").arg(open.join(QStringLiteral("; ")).toHtmlEscaped());
+    QString text = tr("These definitions are a guess from what the file holds. %1").arg(rest);
+    if (!open.isEmpty()) text += tr("\nOpen: %1").arg(open.join(QStringLiteral("; ")));
     note_->setText(text);
     note_->setToolTip(plain_tip(all.join(QLatin1Char('\n'))));
     note_->setVisible(editor_.origin == DefinitionsEditor::Origin::guess);

@@ -24,7 +24,8 @@ namespace tarvo {
 
 PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidget* parent)
     : QDialog(parent), session_(session), op_(op), model_(session.survey, op), filter_(new PickFilterBar),
-      grid_(new QTableView), file_(plain_label()), name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit)
+      grid_(new QTableView), file_(plain_label()), name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit),
+      remark_(new QLineEdit)
 {
     setObjectName(QStringLiteral("Form_pick_list"));
     setWindowTitle(tr("Pick list"));
@@ -38,9 +39,10 @@ PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidge
     layout->addWidget(make_fields());
     layout->addWidget(file_);
     connect(filter_, &PickFilterBar::edited, this, [this] { model_.set_filter(filter_->filter()); });
-    resize(760, 460);
+    resize(860, 460);
     session_.pick_work.select_pick_row(session_.survey.current_pick); // opens on it
     display_pick_list();
+    grid_->setFocus();
 }
 
 QMenuBar* PickListForm::make_menu(QAction* undo)
@@ -117,6 +119,7 @@ void PickListForm::make_grid()
     grid_->setAlternatingRowColors(true);
     grid_->horizontalHeader()->setSortIndicatorClearable(true); // a third click: the order of the list
     grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    grid_->horizontalHeader()->setSectionResizeMode(PickListModel::kFitColumn, QHeaderView::ResizeToContents);
     grid_->verticalHeader()->setDefaultSectionSize(grid_->fontMetrics().height() + 6);
     grid_->sortByColumn(-1, Qt::AscendingOrder);
     grid_->setSortingEnabled(true);
@@ -158,6 +161,8 @@ QWidget* PickListForm::make_fields()
     type_names_ = new TypeButton(*type_);
     type_names_->set_names(session_.survey.pick_settings.PickTypeNames);
     row->addWidget(type_names_);
+    add_field(*remark_, "Text_anomaly_remark", tr("Re&mark"), tr("Anything about the pick; kept beside the pick file"),
+              4);
     QPushButton* const save = make_button("Command_save_edit", tr("Save"),
                                           tr("Save the edited name, ID and type (Enter)"), &PickListForm::save_edit);
     save->setDefault(true);
@@ -172,8 +177,13 @@ QWidget* PickListForm::make_fields()
     connect(close_button, &QPushButton::clicked, this, &QDialog::close);
     for (QPushButton* const button : {save, cancel, remove, close_button}) row->addWidget(button);
     editing_ = {type_, type_names_, save, cancel, remove};
-    editing_one_ = {name_, id_};
+    editing_one_ = {name_, id_, remark_};
     return fields;
+}
+
+void PickListForm::set_fit_summary(std::function<std::string(std::int32_t)> summary)
+{
+    model_.set_fit_summary(std::move(summary));
 }
 
 void PickListForm::display_pick_list()
@@ -213,6 +223,7 @@ void PickListForm::show_texts(const PickTexts& texts)
     name_->setText(to_qt(texts.name));
     id_->setText(to_qt(texts.id));
     type_->setText(to_qt(texts.type));
+    remark_->setText(to_qt(session_.pick_work.remark_of(session_.pick_work.edited_pick())));
     show_controls();
 }
 
@@ -227,14 +238,18 @@ void PickListForm::show_controls()
 
 void PickListForm::save_edit()
 {
+    PickWorkflow& work = session_.pick_work;
     const std::vector<std::int32_t> rows = chosen();
     if (rows.size() > 1) {
-        session_.pick_work.set_types(rows, to_utf8(type_->text()));
+        work.set_types(rows, to_utf8(type_->text()));
         return;
     }
-    const PickTexts shown = session_.pick_work.Command_cancel_edit();
-    show_texts(session_.pick_work.Command_save_edit(
-        {edited_text(*name_, shown.name), edited_text(*id_, shown.id), edited_text(*type_, shown.type)}));
+    const PickTexts shown = work.Command_cancel_edit();
+    const PickTexts wanted = {edited_text(*name_, shown.name), edited_text(*id_, shown.id),
+                              edited_text(*type_, shown.type)};
+    work.set_remark(work.edited_pick(), edited_text(*remark_, work.remark_of(work.edited_pick())));
+    show_texts(work.Command_save_edit(wanted));
+    grid_->viewport()->update(); // a remark is no edit of the list
 }
 
 void PickListForm::cancel_edit()
@@ -254,9 +269,12 @@ void PickListForm::delete_pick()
 
 void PickListForm::reject()
 {
-    const PickTexts shown = session_.pick_work.Command_cancel_edit();
+    const PickWorkflow& work = session_.pick_work;
+    const PickTexts shown = work.Command_cancel_edit();
+    const std::string remark = work.remark_of(work.edited_pick());
     const bool is_edited = PickTexts{edited_text(*name_, shown.name), edited_text(*id_, shown.id),
-                                     edited_text(*type_, shown.type)} != shown;
+                                     edited_text(*type_, shown.type)} != shown ||
+                           edited_text(*remark_, remark) != remark;
     if (!is_edited || op_.ask_before_loss(kLossQuestion)) QDialog::reject();
 }
 

@@ -27,6 +27,7 @@ public:
     // undo: the main window's, which this form offers too.
     PickListForm(Session& session, Operator& op, QAction* undo, QWidget* parent = nullptr);
 
+    void set_fit_summary(std::function<std::string(std::int32_t)> summary);
     void display_pick_list();
     void show_current_pick(); // marked in the grid
 
@@ -60,6 +61,7 @@ private:
     QLineEdit* name_;
     QLineEdit* id_;
     QLineEdit* type_;
+    QLineEdit* remark_;
     TypeButton* type_names_ = nullptr;
     std::vector<QWidget*> editing_;     // can be used while a row is selected
     std::vector<QWidget*> editing_one_; // of a single row

@@ -27,9 +27,8 @@ void PickListModel::show_list()
 
 std::vector<std::int32_t> PickListModel::all_in_order() const
 {
-    const auto column = static_cast<std::size_t>(sorted_column_);
-    if (sorted_column_ >= 0 && column < kPickColumns) {
-        return sorted_picks(survey_.picks, static_cast<PickColumn>(column),
+    if (sorted_column_ >= 0 && sorted_column_ < kFitColumn) {
+        return sorted_picks(survey_.picks, static_cast<PickColumn>(sorted_column_),
                             sort_order_ == Qt::AscendingOrder ? SortOrder::rising : SortOrder::falling);
     }
     std::vector<std::int32_t> order(static_cast<std::size_t>(survey_.picks.number_of_picks));
@@ -37,7 +36,7 @@ std::vector<std::int32_t> PickListModel::all_in_order() const
     if (sorted_column_ < 0) return order;
     std::vector<std::pair<double, std::string>> keys(order.size() + 1); // by pick
     for (const std::int32_t pick : order) {
-        const std::string shown = further_text(pick, column);
+        const std::string shown = further_text(pick, sorted_column_);
         keys[static_cast<std::size_t>(pick)] = {numeric_value(shown).value_or(kNull), shown};
     }
     std::stable_sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
@@ -54,15 +53,27 @@ void PickListModel::set_filter(const PickFilter& filter)
     show_list();
 }
 
-std::string PickListModel::further_text(std::int32_t pick, std::size_t column) const
+// Of the columns behind those of the list.
+std::string PickListModel::further_text(std::int32_t pick, int column) const
 {
-    return column == kLine ? line_of_pick(survey_.picks, pick, survey_.processing.lines)
-                           : pick_type_name(types_, survey_.picks.pick_types[static_cast<std::size_t>(pick)]);
+    const PickList& picks = survey_.picks;
+    const auto at = static_cast<std::size_t>(pick);
+    switch (column) {
+    case kFitColumn: return fit_summary_ ? fit_summary_(pick) : std::string();
+    case kRemarkColumn: {
+        const auto remark = picks.remarks.find(picks.pick_names[at]);
+        return remark == picks.remarks.end() ? std::string() : remark->second;
+    }
+    case kTypeNameColumn: return pick_type_name(types_, picks.pick_types[at]);
+    case kLineColumn: return line_of_pick(picks, pick, survey_.processing.lines);
+    default: return {};
+    }
 }
 
-std::string PickListModel::text(std::int32_t pick, std::size_t column) const
+std::string PickListModel::text(std::int32_t pick, int column) const
 {
-    return column < kPickColumns ? grid_[static_cast<std::size_t>(pick)][column] : further_text(pick, column);
+    if (column >= kFitColumn) return further_text(pick, column);
+    return grid_[static_cast<std::size_t>(pick)][static_cast<std::size_t>(column)];
 }
 
 std::int32_t PickListModel::pick_of_row(int row) const
@@ -83,16 +94,16 @@ int PickListModel::rowCount(const QModelIndex& parent) const
 
 int PickListModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(kColumns);
+    return parent.isValid() ? 0 : kColumns;
 }
 
 QVariant PickListModel::data(const QModelIndex& index, int role) const
 {
     const std::int32_t pick = pick_of_row(index.row());
     if (pick == 0 || static_cast<std::size_t>(pick) >= grid_.size()) return {};
-    const auto column = static_cast<std::size_t>(index.column());
-    const bool is_text = column == static_cast<std::size_t>(PickColumn::name) || column == kTypeName;
-    if (role == Qt::DisplayRole) return to_qt(text(pick, column));
+    const bool is_text = index.column() == static_cast<int>(PickColumn::name) || index.column() == kTypeNameColumn ||
+                         index.column() == kFitColumn || index.column() == kRemarkColumn;
+    if (role == Qt::DisplayRole) return to_qt(text(pick, index.column()));
     if (role == Qt::TextAlignmentRole && !is_text) return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     if (role == Qt::FontRole && pick == survey_.current_pick) {
         QFont font;
@@ -106,9 +117,11 @@ QVariant PickListModel::headerData(int section, Qt::Orientation orientation, int
 {
     if (role != Qt::DisplayRole) return {};
     if (orientation == Qt::Vertical) return pick_of_row(section); // its number in the list
-    const auto column = static_cast<std::size_t>(section);
-    if (column == kTypeName) return tr("Type name");
-    return column == kLine ? tr("Line") : to_qt(grid_[0][column]);
+    if (section == kFitColumn) return tr("Fit");
+    if (section == kRemarkColumn) return tr("Remark");
+    if (section == kTypeNameColumn) return tr("Type name");
+    if (section == kLineColumn) return tr("Line");
+    return to_qt(grid_[0][static_cast<std::size_t>(section)]);
 }
 
 void PickListModel::sort(int column, Qt::SortOrder order)

@@ -56,6 +56,10 @@ int PreviewModel::columnCount(const QModelIndex& parent) const
 QVariant PreviewModel::background(int column, PreviewLineKind kind) const
 {
     if (kind == PreviewLineKind::before_header || !is_recognised(column) || column < columns_read()) return {};
+    if (palette_.color(QPalette::Base).lightness() == 0) { // the night's, which has no other light than red
+        return tint(palette_.color(QPalette::Highlight), palette_.color(QPalette::Base),
+                    kind == PreviewLineKind::header ? 0.7 : 0.3);
+    }
     const std::int32_t slot_colour = preview_.roles[static_cast<std::size_t>(column - columns_read())].colour;
     const QColor colour = slot_colour == 0 ? palette_.color(QPalette::Highlight) : colour_of(slot_colour);
     return tint(colour, palette_.color(QPalette::Base), kind == PreviewLineKind::header ? 0.4 : 0.15);

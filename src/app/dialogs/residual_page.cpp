@@ -16,6 +16,7 @@ ResidualPage::ResidualPage(const SurveyState& survey, QWidget* parent)
     : QWidget(parent), survey_(survey), parameters_(survey.parameters), line_(new QComboBox), sensor_(new QComboBox),
       plot_(new CurvePlot(CurvePlot::Axis::metres, 2)), note_(plain_label())
 {
+    setObjectName(QStringLiteral("Page_residual"));
     line_->setObjectName(QStringLiteral("Combo_residual_line"));
     line_->setToolTip(tr("The survey line of the preview"));
     sensor_->setObjectName(QStringLiteral("Combo_residual_sensor"));

@@ -160,7 +160,7 @@ void LayerView::show_what_is_wanted()
 {
     const SurveyState& survey = view_.survey();
     const TrackImage& image = survey.track_image;
-    const bool is_shown = !image.is_held && !image.followed.is_shown && !image.picture.is_empty() &&
+    const bool is_shown = !image.is_held && image.mode != TrackMode::scroll && !image.picture.is_empty() &&
                           survey.processing.store.RecordCount > 0;
     std::optional<MapView> wanted;
     if (is_shown) wanted = MapView{active_transform(image), image.picture.width(), image.picture.height()};

@@ -99,6 +99,7 @@ void ProfileGraphs::refresh()
     fill_field_plot(plots_[kField]);
     fill_vertical_plot(plots_[kVertical]);
     cover_line_ends();
+    draw_thresholds();
     place_cursors();
     fit_->setChecked(std::any_of(plots_.begin(), plots_.end(), [](const Plot& plot) { return plot.values.is_fitted; }));
     plot_->replot(QCustomPlot::rpQueuedReplot);
@@ -199,6 +200,31 @@ void ProfileGraphs::cover_line_ends()
     }
 }
 
+// Above and below 0.
+void ProfileGraphs::draw_thresholds()
+{
+    for (QCPItemStraightLine* const line : thresholds_) plot_->removeItem(line);
+    thresholds_.clear();
+    const bool is_residual = displayed_quantity(view_.survey().display_settings).id == QuantityId::residual;
+    const std::optional<double> threshold = is_residual && threshold_ ? threshold_() : std::nullopt;
+    if (!threshold) return;
+    Plot& plot = plots_[kQuantity];
+    for (const double height : {*threshold, -*threshold}) {
+        auto* const line = new QCPItemStraightLine(plot_);
+        line->setClipAxisRect(plot.rect);
+        line->setPen(QPen(QColor(192, 128, 0), 0, Qt::DashLine));
+        for (QCPItemPosition* const end : {line->point1, line->point2}) {
+            end->setAxisRect(plot.rect);
+            end->setAxes(plot.rect->axis(QCPAxis::atBottom), plot.rect->axis(QCPAxis::atLeft));
+            end->setTypeX(QCPItemPosition::ptAxisRectRatio);
+            end->setTypeY(QCPItemPosition::ptPlotCoords);
+        }
+        line->point1->setCoords(0, height);
+        line->point2->setCoords(1, height);
+        thresholds_.push_back(line);
+    }
+}
+
 void ProfileGraphs::fill_field_plot(Plot& plot)
 {
     const SurveyState& survey = view_.survey();
@@ -235,7 +261,7 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
     const bool has_both = slots_shown.size() == 2;
     const bool is_elevation = slots_shown.size() == 1 && slots_shown[0] == kElevation;
     vertical_label_ = has_both ? tr("heights, m") : is_elevation ? tr("elevation, m") : tr("depth, m");
-    for (QCPItemText* const text : legend_) text->setVisible(has_both);
+    show_legend(!plots_[kVertical].pointer->visible());
 }
 
 // As soon as the heights are known that are drawn.

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -36,6 +37,9 @@ public:
 
     // Which sensors are drawn, asked at every refresh.
     void set_sensor_filter(std::function<bool(int)> is_shown) { is_shown_ = std::move(is_shown); }
+
+    // The size of residual that counts, nT, drawn over its curves; asked for at every refresh.
+    void set_threshold(std::function<std::optional<double>()> threshold) { threshold_ = std::move(threshold); }
 
     void set_locked(bool locked); // its controls, by an open pipe
 
@@ -74,6 +78,7 @@ private:
     void fill_quantity_plot(Plot& plot);
     void fill_field_plot(Plot& plot);
     void cover_line_ends();
+    void draw_thresholds();
     void fill_curves(Plot& plot, std::span<const double* const> columns, std::int32_t count, HeightsOf of);
     void fill_vertical_plot(Plot& plot);
     void label_vertical_plot();
@@ -83,6 +88,7 @@ private:
     void place_cursors();
     void show_reading(double distance);
     void hide_reading();
+    void show_legend(bool shown);
 
     Plot* plot_at(const QPointF& position);
     double distance_at(const QPointF& position) const;
@@ -99,11 +105,13 @@ private:
     QToolButton* fit_;
     std::array<Plot, 3> plots_;
     std::function<bool(int)> is_shown_;
-    ProfileCurve curve_;                  // kept for its memory
-    std::vector<double> speeds_;          // likewise
-    std::vector<QCPItemRect*> line_ends_; // of the residual
-    std::vector<QCPItemText*> legend_;    // of the heights: depth, elevation
-    QString vertical_label_;              // where there is room for it
+    ProfileCurve curve_;                           // kept for its memory
+    std::vector<double> speeds_;                   // likewise
+    std::vector<QCPItemRect*> line_ends_;          // of the residual
+    std::vector<QCPItemStraightLine*> thresholds_; // likewise
+    std::function<std::optional<double>()> threshold_;
+    std::vector<QCPItemText*> legend_; // of the heights: depth, elevation
+    QString vertical_label_;           // where there is room for it
     bool pressed_ = false;
     bool dragged_ = false;
     double pressed_x_ = 0;

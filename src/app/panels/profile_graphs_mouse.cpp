@@ -98,11 +98,19 @@ void ProfileGraphs::show_reading(double distance)
         plot.pointer->point1->setCoords(track.distance[record], 0);
         plot.pointer->point2->setCoords(track.distance[record], 1);
     }
+    show_legend(record < 1); // it is where the reading is, which has the names, too
     plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ProfileGraphs::show_legend(bool shown)
+{
+    const bool has_both = plots_[kVertical].graphs.size() == legend_.size();
+    for (QCPItemText* const text : legend_) text->setVisible(shown && has_both);
 }
 
 void ProfileGraphs::hide_reading()
 {
+    show_legend(true);
     for (Plot& plot : plots_) {
         plot.reading->setVisible(false);
         plot.pointer->setVisible(false);

@@ -9,6 +9,9 @@
 #include <QLabel>
 #include <QProgressBar>
 
+#include <algorithm>
+#include <cmath>
+
 namespace tarvo {
 
 namespace {
@@ -20,6 +23,13 @@ QString count_text(std::int64_t count)
     return to_qt(grouped_digits(std::to_string(count)));
 }
 
+// In a place that grows with the number and does not shrink, so that what stands beside it rests.
+void show_in_place(QLabel& label, const QString& text)
+{
+    label.setText(text);
+    label.setMinimumWidth(std::max(label.minimumWidth(), label.fontMetrics().horizontalAdvance(text) + 2));
+}
+
 } // namespace
 
 RunStrip::RunStrip(QWidget* parent) : QWidget(parent), progress_(new QProgressBar)
@@ -28,7 +38,8 @@ RunStrip::RunStrip(QWidget* parent) : QWidget(parent), progress_(new QProgressBa
     progress_->setAccessibleName(tr("Progress of the run"));
     progress_->setRange(0, kProgressSteps);
     progress_->setFormat(QString());
-    progress_->setMinimumWidth(120);
+    progress_->setMinimumWidth(progress_->fontMetrics().horizontalAdvance(QStringLiteral("stopped while computing")) +
+                               12);
     progress_->setMaximumHeight(progress_->fontMetrics().height() + 4);
     progress_->setToolTip(tr("How much of the file has been read, how fast, and how long the rest will take"));
 
@@ -45,6 +56,9 @@ RunStrip::RunStrip(QWidget* parent) : QWidget(parent), progress_(new QProgressBa
         add_counter(*row, QStringLiteral("Text_num_not_averaged"), tr("not averaged"),
                     tr("Lines not averaged: valid ones that closed a bin and went into none, see Corrections "
                        "in the processing parameters"));
+    short_lines_ = add_counter(*row, QStringLiteral("Text_num_short_lines"), {},
+                               tr("Survey lines that were dropped, for they have too few samples: see Minimum line "
+                                  "records in the processing parameters"));
     line_ = add_counter(*row, QStringLiteral("Text_current_line"), {},
                         tr("The survey line of the newest sample in a run, else of the current point"));
     show_counters({});
@@ -74,22 +88,29 @@ QLabel* RunStrip::add_counter(QHBoxLayout& row, const QString& name, const QStri
 
 void RunStrip::show_numbers(const RunCounters& counters)
 {
-    lines_read_->setText(count_text(counters.lines_read));
-    samples_->setText(count_text(counters.samples_stored));
-    rejected_->setText(count_text(counters.lines_rejected));
-    not_averaged_->setText(count_text(counters.lines_not_averaged));
+    show_in_place(*lines_read_, count_text(counters.lines_read));
+    show_in_place(*samples_, count_text(counters.samples_stored));
+    show_in_place(*rejected_, count_text(counters.lines_rejected));
+    show_in_place(*not_averaged_, count_text(counters.lines_not_averaged));
+    short_lines_->setVisible(counters.short_lines_dropped > 0);
+    short_lines_->setText(tr("%1 short lines dropped").arg(count_text(counters.short_lines_dropped)));
     show_line(counters.current_line_number);
 }
 
 void RunStrip::show_line(double number)
 {
     const bool has_line = is_valid_channel(number);
-    line_->setText(tr("line %1").arg(has_line ? to_qt(line_name(number)) : QStringLiteral("\u2013")));
+    show_in_place(*line_, tr("line %1").arg(has_line ? to_qt(line_name(number)) : QStringLiteral("\u2013")));
 }
 
 void RunStrip::show_counters(const RunCounters& counters)
 {
     show_numbers(counters);
+    if (!counters.finishing.empty()) {
+        progress_->setValue(static_cast<int>(counters.finished * kProgressSteps));
+        progress_->setFormat(to_qt(counters.finishing) + QStringLiteral("..."));
+        return;
+    }
     const double share = counters.file_length > 0 ? static_cast<double>(counters.characters_consumed) /
                                                         static_cast<double>(counters.file_length)
                                                   : 0.0;
@@ -97,13 +118,24 @@ void RunStrip::show_counters(const RunCounters& counters)
     if (!clock_.isValid()) clock_.start();
     rate_.update(counters, static_cast<double>(clock_.elapsed()) / 1000.0);
     const bool is_going = counters.lines_read > 0 && counters.characters_consumed > 0;
-    progress_->setFormat(is_going ? QStringLiteral("%p%   ") + to_qt(rate_.text()) : QString());
+    const QString text = is_going ? QStringLiteral("%p%   ") + to_qt(rate_.text()) : QString();
+    const bool fits = progress_->fontMetrics().horizontalAdvance(text) < progress_->width();
+    progress_->setFormat(fits ? text : QStringLiteral("%p%"));
+    progress_->setAccessibleDescription(text);
 }
 
 void RunStrip::show_totals(const RunCounters& totals)
 {
     show_numbers(totals);
-    progress_->setFormat(tr("finished"));
+    if (totals.stopped_at && *totals.stopped_at >= 1) {
+        progress_->setFormat(tr("stopped while computing"));
+    } else if (totals.stopped_at) {
+        progress_->setValue(static_cast<int>(*totals.stopped_at * kProgressSteps));
+        progress_->setFormat(tr("stopped at %1%").arg(std::floor(*totals.stopped_at * 100)));
+    } else {
+        progress_->setValue(kProgressSteps);
+        progress_->setFormat(tr("finished"));
+    }
 }
 
 } // namespace tarvo

@@ -33,6 +33,7 @@ private:
     QLabel* samples_;
     QLabel* rejected_;
     QLabel* not_averaged_;
+    QLabel* short_lines_; // seen when there are any
     QLabel* line_;
     RunRate rate_;
     QElapsedTimer clock_;

@@ -5,6 +5,7 @@
 #include "session/settings_table.h"
 #include "survey/displayed_quantity.h"
 #include "survey/ground_grid.h"
+#include "survey/survey_readings.h"
 
 #include <algorithm>
 
@@ -16,10 +17,12 @@ SurveyView::SurveyView(SurveyState& survey, Operator& op, QObject* parent) : QOb
     survey_.track_image.run_pending_events = [this] { emit track_changed(); };
 }
 
-void SurveyView::resize_track(int width, int height)
+void SurveyView::resize_track(int width, int height, int symbol_scale)
 {
     TrackImage& image = survey_.track_image;
-    if (width == image.picture.width() && height == image.picture.height()) return;
+    const bool is_same = width == image.picture.width() && height == image.picture.height();
+    if (is_same && symbol_scale == image.symbol_scale) return;
+    image.symbol_scale = symbol_scale;
     resize_track_image(image, scene(), width, height, op_);
     update_image_display(image, scene(), Redraw::as_needed, op_);
     emit track_changed();
@@ -37,7 +40,14 @@ void SurveyView::choose_zoom(const QString& text, int zoom_option)
 
 void SurveyView::zoom_about(int x, int y, double factor)
 {
-    zoom_about_pixel(survey_.track_image, scene(), x, y, factor, op_);
+    if (survey_.track_image.mode != TrackMode::follow) {
+        zoom_about_pixel(survey_.track_image, scene(), x, y, factor, op_);
+        return;
+    }
+    double& width = survey_.display_settings.follow_width;
+    width = zoomed_follow_width(width, factor);
+    update_image_display(survey_.track_image, scene(), Redraw::as_needed, op_);
+    emit ranges_changed();
 }
 
 void SurveyView::drag(int right, int down)
@@ -52,7 +62,13 @@ void SurveyView::show_whole()
 
 void SurveyView::follow()
 {
-    follow_track(survey_.track_image);
+    follow_track(survey_.track_image, scene(), op_);
+    emit track_changed();
+}
+
+void SurveyView::scroll()
+{
+    scroll_track(survey_.track_image, scene());
     emit track_changed();
 }
 
@@ -70,8 +86,7 @@ void SurveyView::show_place(const GridPlace& place, double zoom)
 
 void SurveyView::show_new_backdrop()
 {
-    survey_.track_image.full_view.buffer_valid = false;
-    survey_.track_image.zoomed_view.buffer_valid = false;
+    drop_drawn_track(survey_.track_image);
     update_image_display(survey_.track_image, scene(), Redraw::requested, op_);
 }
 
@@ -165,6 +180,20 @@ SectionLimits SurveyView::current_section()
 {
     const std::int32_t middle = held_middle_ > 0 ? held_middle_ : survey_.track_image.current_record;
     return calculate_section_limits(scene().track, middle, survey_.display_settings.track_axis_length, op_);
+}
+
+QString SurveyView::record_readout(std::int32_t record)
+{
+    const TrackTable track = scene().track;
+    if (record < 1 || record > track.count) return {};
+    const std::string degrees = position_texts({track.easting[record], track.northing[record]}).decimal_degrees;
+    return to_qt(record_text(survey_, record) + (degrees.empty() ? "" : "   " + degrees));
+}
+
+QString SurveyView::place_readout(const GridPlace& place)
+{
+    const std::string degrees = position_texts(place).decimal_degrees;
+    return to_qt(place_text(place) + (degrees.empty() ? "" : "   " + degrees));
 }
 
 void SurveyView::show_section()
@@ -281,8 +310,7 @@ void SurveyView::refresh()
     renew_automatic_range(survey_);
     if (!running_) update_ground_grid(survey_);
     TrackImage& image = survey_.track_image;
-    image.full_view.buffer_valid = false;
-    image.zoomed_view.buffer_valid = false;
+    drop_drawn_track(image);
     image.section = current_section();
     update_image_display(image, scene(), Redraw::requested, op_);
     announce();
@@ -293,7 +321,7 @@ void SurveyView::show_newest()
     TrackImage& image = survey_.track_image;
     keep_newest_in_view(image, scene(), op_);
     // New samples are marked by the whole view's transform: a zoomed picture is made anew instead.
-    if (image.map_extent == MapExtent::fixed && image.zoomed_view.zoom > 1) {
+    if (image.mode == TrackMode::follow || image.zoomed_view.zoom > 1) {
         update_image_display(image, scene(), Redraw::as_needed, op_);
     }
     emit track_changed();

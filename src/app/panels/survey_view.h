@@ -2,6 +2,7 @@
 
 #include "display/profile_axes.h"
 #include "display/track_navigation.h"
+#include "survey/position_readout.h"
 #include "survey/survey_state.h"
 
 #include <QObject>
@@ -23,14 +24,15 @@ public:
     const SurveyState& survey() const { return survey_; }
     Operator& op() { return op_; }
 
-    // The track image.
-    void resize_track(int width, int height);
+    // The track image. symbol_scale: the screen's pixels for each of a common screen's.
+    void resize_track(int width, int height, int symbol_scale);
     void change_zoom(const QString& text);
     void choose_zoom(const QString& text, int zoom_option);
     void zoom_about(int x, int y, double factor);
     void drag(int right, int down);
     void show_whole();
     void follow();
+    void scroll();
     void show_records(std::int32_t first, std::int32_t last); // filling the picture
 
     // A place of the survey grid, enlarged, wherever the track is.
@@ -58,6 +60,11 @@ public:
 
     // One of the display settings by its key, as the operator typed it. A refused text changes nothing.
     void change_display_setting(const std::string& key, const QString& text);
+
+    // What the status bar says of a record or another place, with longitude and latitude where they are known.
+    QString record_readout(std::int32_t record);
+    QString place_readout(const GridPlace& place);
+    PositionTexts position_texts(const GridPlace& place) { return readout_.texts(survey_, place); }
 
     // While a run goes on, bars and graphs end at the newest record; else they are about the current one.
     // In the pauses of a replay the point that the operator has chosen counts again.
@@ -114,6 +121,7 @@ private:
     std::int32_t held_middle_ = 0;       // record; 0: not held
     std::optional<float> length_before_; // of the section, while a whole line is shown
     QString planned_line_text_;
+    PositionReadout readout_;
 };
 
 } // namespace tarvo

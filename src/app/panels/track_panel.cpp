@@ -77,17 +77,23 @@ void TrackPanel::make_mode_tools()
 {
     whole_ = make_button(QStringLiteral("Option_whole_track"), tr("Whole"), tr("Show the whole survey"));
     following_ = make_button(QStringLiteral("Option_follow_track"), tr("Follow"),
-                             tr("Keep the newest sample of a run in the middle, one pixel to the metre"));
-    whole_->setCheckable(true);
-    following_->setCheckable(true);
-    connect(whole_, &QToolButton::clicked, &view_, [this] {
-        view_.show_whole();
-        choose_zoom(QStringLiteral("100%"));
-    });
+                             tr("Keep the newest sample in the middle, true to scale; the wheel changes the scale"));
+    scrolling_ = make_button(QStringLiteral("Option_scroll_track"), tr("Scroll"),
+                             tr("Scroll the newest samples under the middle, one pixel to the metre in whole steps"));
+    for (QToolButton* const button : {whole_, following_, scrolling_}) button->setCheckable(true);
+    connect(whole_, &QToolButton::clicked, this, &TrackPanel::show_whole);
     connect(following_, &QToolButton::clicked, &view_, &SurveyView::follow);
+    connect(scrolling_, &QToolButton::clicked, &view_, &SurveyView::scroll);
     icons_.set(*whole_, QStringLiteral("whole"));
     icons_.set(*following_, QStringLiteral("follow"));
-    mode_tools_ = in_a_row({whole_, following_});
+    icons_.set(*scrolling_, QStringLiteral("scroll"));
+    mode_tools_ = in_a_row({whole_, following_, scrolling_});
+}
+
+void TrackPanel::show_whole()
+{
+    view_.show_whole();
+    choose_zoom(QStringLiteral("100%"));
 }
 
 void TrackPanel::make_zoom_tools()
@@ -164,10 +170,10 @@ void TrackPanel::show_state()
     const SurveyState& survey = view_.survey();
     const TrackImage& image = survey.track_image;
     const bool has_track = survey.processing.store.RecordCount > 0;
-    whole_->setChecked(image.map_extent == MapExtent::fixed && image.zoomed_view.zoom <= 1);
-    following_->setChecked(image.map_extent == MapExtent::following);
-    following_->setEnabled(view_.is_running());
-    whole_->setEnabled(has_track);
+    whole_->setChecked(image.mode == TrackMode::whole && image.zoomed_view.zoom <= 1);
+    following_->setChecked(image.mode == TrackMode::follow);
+    scrolling_->setChecked(image.mode == TrackMode::scroll);
+    for (QToolButton* const button : {whole_, following_, scrolling_}) button->setEnabled(has_track && !image.is_held);
     play_->setEnabled(has_track && !view_.is_running());
     play_->setChecked(pan_timer_.isActive());
     play_->setText(pan_timer_.isActive() ? tr("Halt") : tr("Play"));

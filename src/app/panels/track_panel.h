@@ -26,10 +26,11 @@ public:
 
     TrackWidget& track() { return *track_; }
 
-    // What stands in the tool bar, which takes them over: whole and follow; zoom and play.
+    // What stands in the tool bar, which takes them over: whole, follow and scroll; zoom and play.
     QWidget* mode_tools() { return mode_tools_; }
     QWidget* zoom_tools() { return zoom_tools_; }
 
+    void show_whole();
     void show_state(); // brings the controls up to what the core has
     void toggle_playing();
 
@@ -47,6 +48,7 @@ private:
     QWidget* zoom_tools_ = nullptr;
     QToolButton* following_ = nullptr;
     QToolButton* whole_ = nullptr;
+    QToolButton* scrolling_ = nullptr;
     QComboBox* zoom_ = nullptr;
     QToolButton* play_ = nullptr;
     QShortcut* stop_key_ = nullptr; // of the play

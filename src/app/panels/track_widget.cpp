@@ -18,9 +18,9 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kPointingReach = 20; // device pixels around the pointer
+constexpr int kPointingReach = 20; // around the pointer, in pixels of a common screen
 constexpr int kNoteMargin = 10;
-constexpr int kPickReach = 7; // a ring and a little
+constexpr int kPickReach = 7; // a ring and a little, in pixels of a common screen
 
 // The core's pixels where they are.
 QImage image_over(const Picture& picture)
@@ -71,12 +71,40 @@ void TrackWidget::paintEvent(QPaintEvent*)
     QImage picture = image_over(image.picture);
     picture.setDevicePixelRatio(devicePixelRatioF());
     painter.drawImage(0, 0, picture);
-    draw_track_lettering(painter, rect(), devicePixelRatioF(), view_.survey());
-    draw_outlined(painter, rect().adjusted(0, 0, 0, -kNoteMargin), Qt::AlignHCenter | Qt::AlignBottom,
-                  view_.planned_line_text(), Qt::white);
+    draw_lettering(painter);
     if (!shows_focus_ || !hasFocus()) return;
     painter.setPen(palette().color(QPalette::Highlight));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+void TrackWidget::show_fit(const std::optional<FitMark>& mark)
+{
+    fit_ = mark;
+    update();
+}
+
+void TrackWidget::draw_lettering(QPainter& painter) const
+{
+    const QColor ink = lettering_colour(palette());
+    if (fit_) draw_fit_mark(painter, *fit_, active_transform(view_.survey().track_image), devicePixelRatioF());
+    draw_track_lettering(painter, rect(), devicePixelRatioF(), view_.survey(), ink);
+    draw_outlined(painter, rect().adjusted(0, 0, 0, -kNoteMargin), Qt::AlignHCenter | Qt::AlignBottom,
+                  view_.planned_line_text(), ink);
+}
+
+QImage TrackWidget::picture() const
+{
+    const SurveyState& survey = view_.survey();
+    QImage picture = image_over(survey.track_image.picture).copy();
+    if (!survey.display_settings.lettered_pictures) return picture;
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    QPainter painter(&picture);
+    painter.setFont(font());
+    draw_lettering(painter);
+    draw_track_caption(painter, rect(), survey, lettering_colour(palette()));
+    painter.end();
+    picture.setDevicePixelRatio(1);
+    return picture;
 }
 
 // A click shows where it went; who comes by the Tab key is to see that the keys are the track's now.
@@ -92,7 +120,8 @@ void TrackWidget::focusInEvent(QFocusEvent* event)
 void TrackWidget::resizeEvent(QResizeEvent*)
 {
     const QSizeF pixels = QSizeF(size()) * devicePixelRatioF();
-    view_.resize_track(static_cast<int>(std::ceil(pixels.width())), static_cast<int>(std::ceil(pixels.height())));
+    view_.resize_track(static_cast<int>(std::ceil(pixels.width())), static_cast<int>(std::ceil(pixels.height())),
+                       std::max(1, qRound(devicePixelRatioF())));
 }
 
 void TrackWidget::wheelEvent(QWheelEvent* event)
@@ -123,7 +152,7 @@ void TrackWidget::mouseMoveEvent(QMouseEvent* event)
         return;
     }
     const Pointed at = pointed_at(event->pos());
-    emit pointed(to_qt(at.record > 0 ? record_text(view_.survey(), at.record) : place_text(at.place)));
+    emit pointed(at.record > 0 ? view_.record_readout(at.record) : view_.place_readout(at.place));
 }
 
 void TrackWidget::mouseReleaseEvent(QMouseEvent* event)
@@ -132,7 +161,8 @@ void TrackWidget::mouseReleaseEvent(QMouseEvent* event)
     pressed_at_.reset();
     if (dragging_) return;
     const QPoint pixel = device_pixel(event->position());
-    const std::int32_t pick = pick_at_pixel(view_.survey().track_image.pick_labels, pixel.x(), pixel.y(), kPickReach);
+    const TrackImage& image = view_.survey().track_image;
+    const std::int32_t pick = pick_at_pixel(image.pick_labels, pixel.x(), pixel.y(), kPickReach * image.symbol_scale);
     clicked_a_pick_ = pick > 0;
     if (clicked_a_pick_) {
         emit pick_clicked(pick);
@@ -150,7 +180,7 @@ void TrackWidget::mouseDoubleClickEvent(QMouseEvent* event)
 
 void TrackWidget::contextMenuEvent(QContextMenuEvent* event)
 {
-    emit menu_wanted(pointed_at(event->pos()).record, event->globalPos());
+    emit menu_wanted(pointed_at(event->pos()), event->globalPos());
 }
 
 void TrackWidget::leaveEvent(QEvent*)

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "app/panels/fit_mark.h"
 #include "app/panels/survey_view.h"
 
+#include <QImage>
 #include <QPoint>
 #include <QWidget>
 
 #include <optional>
+
+class QPainter;
 
 namespace tarvo {
 
@@ -24,6 +28,12 @@ public:
     };
     Pointed pointed_at(const QPoint& position) const;
 
+    void show_fit(const std::optional<FitMark>& mark); // over the track; nullopt: none
+
+    // The track as it is shown, in the screen's pixels: as `lettered_pictures` says with all that is written over it,
+    // or bare.
+    QImage picture() const;
+
     QSize sizeHint() const override { return {900, 560}; }
     QSize minimumSizeHint() const override { return {240, 160}; }
 
@@ -31,7 +41,7 @@ signals:
     void pointed(const QString& text); // for the status bar; empty when the pointer has left
     void pick_clicked(std::int32_t pick);
     void double_clicked(std::int32_t record);
-    void menu_wanted(std::int32_t record, const QPoint& screen_position);
+    void menu_wanted(const tarvo::TrackWidget::Pointed& at, const QPoint& screen_position);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -48,8 +58,10 @@ protected:
 
 private:
     QPoint device_pixel(const QPointF& position) const;
+    void draw_lettering(QPainter& painter) const;
 
     SurveyView& view_;
+    std::optional<FitMark> fit_;
     std::optional<QPoint> pressed_at_; // device pixels; while the left button is down
     QPoint dragged_to_;
     bool dragging_ = false;

@@ -33,7 +33,8 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
       op_(op != nullptr ? *op : boxes_, log_, [] { return QDateTime::currentSecsSinceEpoch(); }),
       run_view_(session_, view_, panels_), pick_view_(session_, view_, op_, panels_, *this),
       session_(op_, run_view_, pick_view_, *this), view_(session_.survey, op_), actions_(*this), docks_(*this),
-      icons_(*this), survey_tools_(*this, session_, view_, op_), layers_(session_, view_, op_, *this)
+      icons_(*this), survey_tools_(*this, session_, view_, op_), layers_(session_, view_, op_, *this), guide_(op_),
+      targets_(*this, session_, view_, op_, panels_)
 {
     setObjectName(QStringLiteral("Form_Tarvo"));
     setWindowTitle(QStringLiteral("Tarvo"));
@@ -219,7 +220,7 @@ void MainWindow::take_track_step(TrackStep step)
 void MainWindow::show_run_controls(const RunControls& controls)
 {
     actions_.show_state({controls.file_controls_enabled, survey().processing.store.RecordCount > 0,
-                         session_.driver.state().file_run_active()});
+                         session_.driver.state().file_run_active() || session_.driver.is_finishing()});
     pick_view_.show_run_controls(controls);
     layers_.show_state();
 }

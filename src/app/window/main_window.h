@@ -5,10 +5,12 @@
 #include "app/common/qt_operator.h"
 #include "app/common/window_manners.h"
 #include "app/panels/survey_view.h"
+#include "app/window/guide.h"
 #include "app/window/layer_show.h"
 #include "app/window/pick_view.h"
 #include "app/window/run_view.h"
 #include "app/window/survey_tools.h"
+#include "app/window/target_show.h"
 #include "app/window/window_actions.h"
 #include "app/window/window_docks.h"
 #include "app/window/window_panels.h"
@@ -47,6 +49,7 @@ public:
     LayerShow& layers() { return layers_; }
     WindowDocks& docks() { return docks_; }
     IconSet& icons() { return icons_; }
+    Guide& guide() { return guide_; }
     const WindowPanels& panels() const { return panels_; }
 
     void open_file(const std::string& file_name, const std::optional<std::string>& header_line = std::nullopt)
@@ -88,6 +91,7 @@ private:
     void connect_panels();
     void make_menus();
     void add_export(QMenu& menu, const ExportFormat& format, Needs needs);
+    void add_picture_exports(QMenu& menu);
     void make_pick_menu();
     void make_view_menu();
     void add_layout_menu(QMenu& menu);
@@ -130,6 +134,8 @@ private:
     IconSet icons_;
     SurveyTools survey_tools_;
     LayerShow layers_;
+    Guide guide_;
+    TargetShow targets_;
     ColourSchemes colours_;
     ColourScheme day_colours_ = ColourScheme::system; // those that the night's give way to
 

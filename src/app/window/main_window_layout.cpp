@@ -40,7 +40,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kLayoutVersion = 3; // of what is kept: a layout of other docks is not taken
+constexpr int kLayoutVersion = 4; // of what is kept: a layout of other docks is not taken
 
 } // namespace
 
@@ -108,6 +108,7 @@ void MainWindow::make_docks()
     docks_.add({"DisplayColourBars", tr("&Colour bars"), bars, {kRight, 90, true}, {kBottom, 500, true}});
     docks_.add({"DisplayLive", tr("&Live data"), panels_.live, {kRight, 100, true}, {kRight, 100, false}});
     docks_.add({"DisplayPicks", tr("&Picks"), panels_.picks, {kRight, 100, true, true}, {kRight, 110, true}});
+    targets_.add_docks(docks_);
     const QDockWidget& lines = docks_.add({"DisplayLines",
                                            tr("Survey &lines"),
                                            &survey_tools_.line_table(),
@@ -173,6 +174,8 @@ void MainWindow::make_toolbar()
                                                                   {"menu_undo_pick", "undo"},
                                                                   {"menu_delete_pick", "delete"},
                                                                   {"menu_whole_track", "whole"},
+                                                                  {"menu_follow_track", "follow"},
+                                                                  {"menu_scroll_track", "scroll"},
                                                                   {"menu_play", "play"},
                                                                   {"menu_fit_range", "fit"},
                                                                   {"menu_show_DisplayMessages", "messages"}};
@@ -194,7 +197,7 @@ void MainWindow::make_strip()
     auto* const state = new QHBoxLayout;
     state->setSpacing(8);
     state->addWidget(panels_.header, 1);
-    state->addWidget(panels_.run_strip, 1);
+    state->addWidget(panels_.run_strip, 3);
     state->addWidget(panels_.live->status_label());
     state->addWidget(panels_.live->recording_label());
     auto* const strip = new QWidget;
@@ -256,6 +259,11 @@ void MainWindow::connect_panels()
         }
     });
     pick_view_.connect_panels(actions_);
+    pick_view_.set_fit_summary([this](std::int32_t pick) { return targets_.fit_summary_of(pick); });
+    connect(&pick_view_, &PickView::picks_shown, &targets_, &TargetShow::show_picks);
+    connect(&targets_, &TargetShow::fits_changed, &pick_view_, &PickView::show_fits);
+    connect(&run_view_, &RunView::cleared, &targets_, &TargetShow::forget);
+    connect(&run_view_, &RunView::finished, &targets_, &TargetShow::show_picks);
 }
 
 void MainWindow::add_layout_menu(QMenu& menu)
@@ -272,6 +280,9 @@ void MainWindow::add_layout_menu(QMenu& menu)
 
 void MainWindow::read_layout()
 {
+    // What definitions without a number of their own leave as it is.
+    const QString header_line = stored("HeaderField");
+    survey().header_line_number = header_line_number_of(to_utf8(header_line)).value_or(survey().header_line_number);
     resize(1280, 720);
     restoreGeometry(stored_bytes("FormSize"));
     docks_.arrange(ReadyLayout::survey_watch); // shows and hides; the sizes count once the window is on the screen

@@ -9,9 +9,13 @@
 #include "app/panels/profile_graphs.h"
 #include "app/panels/track_panel.h"
 #include "app/panels/track_widget.h"
+#include "picks/pick_file.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QComboBox>
+#include <QFileInfo>
+#include <QGuiApplication>
 #include <QMainWindow>
 #include <QMenu>
 
@@ -67,16 +71,36 @@ void PickView::connect_track()
     add->setObjectName(QStringLiteral("mnuAddAnomaly"));
     menu->addAction(&actions_->action("menu_undo_pick"));
     menu->addAction(&actions_->action("menu_display_pick_list"));
+    auto* const copies = menu->addMenu(tr("&Copy position"));
+    copies->setObjectName(QStringLiteral("menu_copy_position"));
 
     const auto mark_at = [this](std::int32_t record) { session_.pick_work.mnuAddAnomaly(ground().track, record); };
     connect(add, &QAction::triggered, this, [add, mark_at] { mark_at(add->data().toInt()); });
     connect(&panels_.track->track(), &TrackWidget::double_clicked, this, mark_at);
     connect(&panels_.track->track(), &TrackWidget::menu_wanted, this,
-            [menu, add](std::int32_t record, const QPoint& screen_position) {
-                add->setData(record);
-                add->setEnabled(record > 0);
+            [this, menu, add, copies](const TrackWidget::Pointed& at, const QPoint& screen_position) {
+                add->setData(at.record);
+                add->setEnabled(at.record > 0);
+                fill_position_menu(*copies, at);
                 menu->popup(screen_position);
             });
+}
+
+// Each entry is what it copies; of the record at the pointer where there is one.
+void PickView::fill_position_menu(QMenu& menu, const TrackWidget::Pointed& at)
+{
+    menu.clear();
+    const TrackTable track = ground().track;
+    const GridPlace place = at.record > 0 ? GridPlace{track.easting[at.record], track.northing[at.record]} : at.place;
+    const PositionTexts texts = view_.position_texts(place);
+    for (const std::string& text : {texts.grid, texts.decimal_degrees, texts.degrees_and_minutes}) {
+        if (text.empty()) continue;
+        menu.addAction(to_qt(text), [text] { QGuiApplication::clipboard()->setText(to_qt(text)); });
+    }
+    if (menu.isEmpty()) menu.addAction(tr("No position"))->setEnabled(false);
+    if (!texts.grid.empty() && texts.decimal_degrees.empty()) {
+        menu.addAction(tr("Degrees: the definitions name no Survey Grid"))->setEnabled(false);
+    }
 }
 
 void PickView::mark()
@@ -112,6 +136,7 @@ void PickView::show_list()
 {
     if (list_ == nullptr) {
         list_ = new PickListForm(session_, op_, &actions_->action("menu_undo_pick"), &window_);
+        list_->set_fit_summary(fit_summary_);
         list_->setAttribute(Qt::WA_DeleteOnClose);
         connect(list_, &QObject::destroyed, this, [this] { list_ = nullptr; });
         connect(list_, &PickListForm::type_names_changed, &view_, &SurveyView::settings_changed);
@@ -151,6 +176,7 @@ void PickView::show_pick_controls(const PickControls& controls)
     panels_.hints->show_hint(QStringLiteral("unsaved_picks"),
                              picks.is_unsaved ? tr("The last changes of the picks are on no disk yet") : QString(),
                              {tr("Write them"), [this] { session_.pick_work.menu_write_list(); }});
+    show_leftover_file();
     QAction& undo = actions_->action("menu_undo_pick");
     undo.setText(to_qt(controls.undo_caption));
     undo.setEnabled(controls.undo_enabled);
@@ -160,11 +186,33 @@ void PickView::show_pick_controls(const PickControls& controls)
     can_move_ = controls.moving_enabled;
     show_moving();
     if (list_ != nullptr) list_->show_current_pick();
+    emit picks_shown();
+}
+
+void PickView::show_fits()
+{
+    if (list_ != nullptr) list_->show_current_pick();
+}
+
+// An empty list writes no file, and so the one on the disk keeps the picks that were deleted.
+void PickView::show_leftover_file()
+{
+    const std::string path = leftover_pick_file(session_.survey.picks);
+    panels_.hints->show_hint(QStringLiteral("leftover_picks"),
+                             path.empty() ? QString()
+                                          : tr("The last picks are deleted here, but %1 still holds them: they would "
+                                               "come back with the next run")
+                                                .arg(QFileInfo(to_qt(path)).fileName()),
+                             {tr("Delete the file"), [this] {
+                                  session_.pick_work.delete_leftover_file();
+                                  show_leftover_file();
+                              }});
 }
 
 void PickView::redraw_picks()
 {
     view_.redraw_picks();
+    emit picks_shown();
 }
 
 void PickView::show_sample(std::int32_t sample_index)

@@ -46,7 +46,7 @@ void RunView::show_point_readings()
     if (view_.is_running() && (!session_.driver.state().run_paused || record == 0)) return;
     panels_.dials->show_readings(dial_readings_of_record(session_.survey, record));
     panels_.run_strip->show_line(line_number_of_record(session_.survey.processing, record));
-    emit point_text_changed(to_qt(record_text(session_.survey, record)));
+    emit point_text_changed(view_.record_readout(record));
 }
 
 void RunView::show_controls(const RunControls& controls)
@@ -63,6 +63,7 @@ void RunView::show_controls(const RunControls& controls)
         refresh_frame(); // what the pause stands at
         show_point_readings();
     }
+    if (session_.driver.is_finishing()) return; // the timer shows how far it has come
     if (!state.any_run_active()) {
         frame_timer_.stop();
         if (session_.has_waiting_actions()) QTimer::singleShot(0, this, [this] { session_.perform_waiting_actions(); });
@@ -137,14 +138,15 @@ void RunView::wait(int milliseconds)
 
 void RunView::refresh_frame()
 {
-    if (!session_.driver.state().any_run_active()) return;
+    const bool is_finishing = session_.driver.is_finishing();
+    if (!is_finishing && !session_.driver.state().any_run_active()) return;
     frame_shown_ = true;
     panels_.run_strip->show_counters(session_.driver.counters());
+    if (is_finishing) return;
     if (has_new_samples_) {
         has_new_samples_ = false;
         view_.show_newest();
-        if (!is_load_)
-            emit point_text_changed(to_qt(record_text(session_.survey, session_.survey.processing.store.RecordCount)));
+        if (!is_load_) emit point_text_changed(view_.record_readout(session_.survey.processing.store.RecordCount));
     }
     if (has_new_readings_) {
         has_new_readings_ = false;

@@ -6,14 +6,17 @@
 #include "app/panels/live_panel.h"
 #include "app/panels/quantity_bar.h"
 #include "app/panels/track_panel.h"
+#include "app/panels/track_widget.h"
 #include "app/window/help_pages.h"
 #include "app/window/main_window.h"
 #include "app/window/system_report.h"
 
 #include <QAction>
 #include <QActionGroup>
+#include <QClipboard>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -50,8 +53,7 @@ void MainWindow::make_menus()
     for (const ExportFormat& format : export_formats()) {
         if (format.subject != ExportSubject::picks) add_export(exports, format, Needs::idle_and_samples);
     }
-    actions_.add(exports, {"menu_export_track", tr("Track &image as PNG..."), "", Needs::idle_and_samples,
-                           [this] { export_track_file(survey(), op_); }});
+    add_picture_exports(exports);
     file.addSeparator();
     actions_.add(file, {"menu_quit", tr("&Quit"), "Ctrl+Q", Needs::nothing, [this] { close(); }});
 
@@ -75,9 +77,12 @@ void MainWindow::make_menus()
                        {"menu_stop", tr("&Stop"), "Esc", Needs::file_run,
                         [this] { press_start(StartButton::replay_or_stop); }, tr("Stop the run, halt the play")}});
     make_pick_menu();
+    targets_.add_actions(actions_);
     make_view_menu();
     actions_.add_menu("menu_help", tr("&Help"),
-                      {{"menu_shortcuts", tr("&Keyboard and mouse"), "F1", Needs::nothing,
+                      {{"menu_guide", tr("&Guide"), "F1", Needs::nothing, [this] { guide_.show(); },
+                        tr("The guide's page about what has the keyboard")},
+                       {"menu_shortcuts", tr("&Keyboard and mouse"), "Shift+F1", Needs::nothing,
                         [this] { show_shortcuts_page(actions_.shortcuts(), this); }, tr("This page")},
                        {"menu_system_report", tr("&System report..."), "", Needs::nothing,
                         [this] { show_system_report(survey(), log_, op_, this); }},
@@ -89,6 +94,24 @@ void MainWindow::add_export(QMenu& menu, const ExportFormat& format, Needs needs
     const std::string name = std::string("menu_export_") + format.key;
     actions_.add(menu, {name.c_str(), tr(format.caption), "", needs,
                         [this, &format] { export_file(format, survey(), op_, this); }});
+}
+
+void MainWindow::add_picture_exports(QMenu& menu)
+{
+    menu.addSeparator();
+    actions_.add(menu, {"menu_export_track", tr("Track &image as PNG..."), "", Needs::idle_and_samples,
+                        [this] { export_track_file(survey(), panels_.track->track().picture(), op_); }});
+    actions_.add(menu, {"menu_copy_track", tr("&Copy the track image"), "Ctrl+Shift+C", Needs::samples,
+                        [this] { QGuiApplication::clipboard()->setImage(panels_.track->track().picture()); },
+                        tr("Copy the track image to the clipboard")});
+    bool& lettered = survey().display_settings.lettered_pictures;
+    actions_.add_switch(menu,
+                        {QStringLiteral("LetteredPictures"), tr("&Names and legend in pictures"),
+                         tr("Pick names, scale bar, legend, north arrow and dates in exported and copied pictures"),
+                         lettered, [this, &lettered](bool on) {
+                             lettered = on;
+                             keep_settings();
+                         }});
 }
 
 void MainWindow::make_pick_menu()
@@ -139,7 +162,11 @@ void MainWindow::make_view_menu()
     QMenu& menu =
         actions_.add_menu("menu_view", tr("&View"),
                           {{"menu_whole_track", tr("&Whole track"), "Ctrl+0", Needs::nothing,
-                            [this] { view_.choose_zoom(QStringLiteral("100%"), 0); }, tr("Show the whole track")},
+                            [this] { panels_.track->show_whole(); }, tr("Show the whole track")},
+                           {"menu_follow_track", tr("F&ollow the newest sample"), "Ctrl+1", Needs::samples,
+                            [this] { view_.follow(); }, tr("Follow the newest sample, true to scale")},
+                           {"menu_scroll_track", tr("S&croll under the newest sample"), "Ctrl+2", Needs::samples,
+                            [this] { view_.scroll(); }, tr("Scroll under the newest sample, a pixel to the metre")},
                            {"menu_play", tr("&Play along the track"), "Ctrl+P", Needs::nothing,
                             [this] { panels_.track->toggle_playing(); }, tr("Play along the track, halt")},
                            {"menu_fit_range", tr("&Fit the colour range"), "Ctrl+F", Needs::nothing,
@@ -262,6 +289,7 @@ void MainWindow::add_recent_files(QMenu& menu)
 
 void MainWindow::note_opened_files(const std::vector<std::string>& chosen)
 {
+    targets_.forget_survey();
     QStringList paths;
     for (const std::string& name : chosen) paths.append(QFileInfo(to_qt(name)).absoluteFilePath());
     const QString path = paths.join(kBetweenFiles);

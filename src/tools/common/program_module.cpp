@@ -16,7 +16,7 @@ std::string module_file(const std::string& file_name)
 {
     std::error_code unknown;
     const fs::path folder = fs::read_symlink("/proc/self/exe", unknown).parent_path();
-    for (const fs::path& place : {folder, folder / ".." / TARVO_LIBDIR / "tarvo"}) {
+    for (const fs::path& place : {folder, folder / ".." / TARVO_LIBDIR / "tarvo" / "modules"}) {
         if (fs::exists(place / file_name, unknown)) return (place / file_name).string();
     }
     return {};

@@ -10,11 +10,10 @@
 
 namespace tarvo {
 
-// The picture that follows the track: the newest position in its middle, one pixel to the metre. Every step from one
-// sample to the next is rounded to whole pixels, so that what is drawn drifts against the survey grid: where a sample
-// was drawn is kept, not calculated from its position.
-struct FollowedTrack {
-    bool is_shown = false;   // the picture holds the track as it was followed so far
+// The picture that scrolls under the newest position, which stays in its middle, one pixel to the metre. Every step
+// from one sample to the next is rounded to whole pixels, so that what is drawn drifts against the survey grid: where a
+// sample was drawn is kept, not calculated from its position.
+struct ScrolledTrack {
     double last_easting = 0; // of the last plotted position
     double last_northing = 0;
     double centre_x = 0; // of the picture, pixels
@@ -30,23 +29,26 @@ struct FollowedTrack {
 };
 
 // Scrolls the picture so that a new sample comes to its middle, and draws it there. A sample that has not moved by a
-// pixel since the last plotted one is not drawn unless its mark is larger than a track point's; one without a position
-// is passed over. A jump of half a picture clears the picture, and so does the first sample after it showed something
-// else; the first sample of a run (index 1) is drawn over what is there.
-void plot_followed_point(Picture& picture, FollowedTrack& followed, std::int32_t index, double easting, double northing,
+// pixel since the last plotted one is not drawn unless it is a tick; one without a position is passed over. A jump of
+// half a picture clears the picture, and so does the first sample that is kept, unless it is the first of a run (index
+// 1), which is drawn over what is there.
+void plot_scrolled_point(Picture& picture, ScrolledTrack& scrolled, std::int32_t index, double easting, double northing,
                          const PointMark& mark);
 
+// The picture as it is after all stored samples were plotted one by one.
+void scroll_through(Picture& picture, ScrolledTrack& scrolled, const TrackScene& scene);
+
 // Draws the samples from a record on again, each where the picture shows it.
-void redraw_followed_points(Picture& picture, const FollowedTrack& followed, const TrackScene& scene,
+void redraw_scrolled_points(Picture& picture, const ScrolledTrack& scrolled, const TrackScene& scene,
                             std::int32_t first_record);
 
 // The whole of a picture of another size, or in other colours.
-void redraw_followed_track(Picture& picture, FollowedTrack& followed, const TrackScene& scene);
+void redraw_scrolled_track(Picture& picture, ScrolledTrack& scrolled, const TrackScene& scene);
 
 // Where the picture shows a record, inside or outside of it; nullopt for one that was not drawn.
-std::optional<PixelPlace> followed_pixel(const FollowedTrack& followed, std::int32_t record);
+std::optional<PixelPlace> scrolled_pixel(const ScrolledTrack& scrolled, std::int32_t record);
 
 // The record drawn nearest to a pixel, within `reach` pixels of it, the newest of several; 0: none.
-std::int32_t followed_record_at(const FollowedTrack& followed, const PixelPlace& pixel, double reach);
+std::int32_t scrolled_record_at(const ScrolledTrack& scrolled, const PixelPlace& pixel, double reach);
 
 } // namespace tarvo
