@@ -24,6 +24,7 @@ struct DisplaySettings {
     double gradient_max_range = 10.0;       // the display value that takes the colour scale's last colour
     double gradient_tick_spacing = 2.0;     // in units of the display value
     double reference_gradient_range = 10.0; // sets the step of the fine range adjuster
+    bool fit_heights = true;                // the graphs' heights follow the curves in view
     std::string quantity = kQuantities[0].key;
     std::string colour_map = "survey";
     std::string signed_colour_map = "blue-white-red"; // of quantities with two signs

@@ -17,20 +17,20 @@ double limited_factor(double factor)
 
 } // namespace
 
-DistanceRange ProfileStretch::shown(const TrackTable& track, std::int32_t record, float axis_length) const
+DistanceRange section_about(const TrackTable& track, std::int32_t record, float section_length)
 {
-    DistanceRange whole = distance_range_about(track, record, axis_length);
-    if (!(whole.length() > 0)) whole = {0, static_cast<double>(axis_length)};
-    const double middle = whole.middle() + shift_;
-    const double reach = whole.length() / 2 * length_factor_;
-    return {middle - reach, middle + reach};
+    const DistanceRange section = distance_range_about(track, record, section_length);
+    return section.length() > 0 ? section : DistanceRange{0, static_cast<double>(section_length)};
 }
 
-void ProfileStretch::zoom(const DistanceRange& now_shown, double distance, double factor)
+double zoomed_section_length(float length, double factor)
 {
-    const double before = length_factor_;
-    length_factor_ = limited_factor(before * factor);
-    shift_ += (distance - now_shown.middle()) * (1 - length_factor_ / before);
+    constexpr double kShortest = 26; // the setting is over 25
+    constexpr double kLongest = 1e6;
+    constexpr double kDigits = 1000; // of a length: of four places
+    const double wanted = std::clamp(static_cast<double>(length) * factor, kShortest, kLongest);
+    const double unit = std::pow(10.0, std::floor(std::log10(wanted))) / kDigits;
+    return std::clamp(std::round(wanted / unit) * unit, kShortest, kLongest);
 }
 
 ValueExtent ValueAxis::shown() const
@@ -51,7 +51,8 @@ void ValueAxis::follow(const ValueExtent& curves)
     if (!is_fitted || curves.is_empty()) return;
     constexpr double kAir = 1.1; // about the curves
     const double needed = from_zero ? curves.greatest : 2 * std::max(curves.greatest - middle, middle - curves.least);
-    if (needed > 0) factor = limited_factor(kAir * needed / range);
+    const double wanted = std::max(kAir * needed, least_range);
+    if (wanted > 0) factor = limited_factor(wanted / range);
 }
 
 double middle_of_curves(const ValueExtent& first, const ValueExtent& all, double range)

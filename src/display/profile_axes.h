@@ -4,22 +4,13 @@
 
 namespace tarvo {
 
-// The stretch of the track that the profiles show: as long as the axis and about a record, until the operator zooms
-// along the track or moves it.
-class ProfileStretch {
-public:
-    // About no record of the track: from 0 on.
-    DistanceRange shown(const TrackTable& track, std::int32_t record, float axis_length) const;
+// The stretch of the track that graphs and bars show: as long as the section and about a record, from 0 on about no
+// record of the track.
+DistanceRange section_about(const TrackTable& track, std::int32_t record, float section_length);
 
-    // Makes the stretch that is now shown `factor` times as long; `distance` stays in its place on the screen.
-    void zoom(const DistanceRange& now_shown, double distance, double factor);
-    void move(double metres) { shift_ += metres; }
-    void centre() { shift_ = 0; } // on the record
-
-private:
-    double length_factor_ = 1; // of the axis length; below 1: enlarged
-    double shift_ = 0;         // metres from the record to the middle
-};
+// The length of the section, metres, made `factor` times as long, within the limits of its setting; rounded, as it is
+// shown and kept.
+double zoomed_section_length(float length, double factor);
 
 // The value axis of one of the profiles: a given range about the middle of its curves, under the operator's zoom.
 struct ValueAxis {
@@ -28,10 +19,11 @@ struct ValueAxis {
     double middle = 0;
     double factor = 1;      // of the range; below 1: enlarged
     bool is_fitted = false; // kept so that no curve leaves the axis, until the operator zooms
+    double least_range = 0; // that a fit takes: quiet curves stay quiet
 
     ValueExtent shown() const;
     void zoom(double by);
-    void reset() { factor = 1, is_fitted = false; }
+    void reset(bool fitted) { factor = 1, is_fitted = fitted; }
     void follow(const ValueExtent& curves); // fits it to them where it is to be; without values it stays
 };
 

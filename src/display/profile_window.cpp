@@ -73,6 +73,20 @@ RecordSpan records_in(const TrackTable& track, std::int32_t value_count, const D
     return {std::max(first, 1), std::min(last, count)};
 }
 
+std::int32_t record_near(const TrackTable& track, double distance, double reach)
+{
+    const RecordSpan near = records_in(track, track.count, {distance, distance});
+    std::int32_t nearest = 0;
+    double least = reach;
+    for (std::int32_t record = near.first; record <= near.last; ++record) {
+        const double away = std::abs(track.distance[record] - distance);
+        if (away > least || (nearest > 0 && away == least)) continue;
+        nearest = record;
+        least = away;
+    }
+    return nearest;
+}
+
 void profile_curve(const TrackTable& track, const SurveyLines& lines, const double* values, std::int32_t value_count,
                    const DistanceRange& range, int most_points, ProfileCurve& curve)
 {
@@ -109,6 +123,13 @@ std::vector<DistanceRange> line_end_parts(const TrackTable& track, const SurveyL
         add(std::max(to - metres, from + metres), to);
     }
     return parts;
+}
+
+DistanceRange line_stretch(const TrackTable& track, const SurveyLines& lines, std::int32_t record)
+{
+    if (record < 1 || record > track.count || !lines.has_line()) return {};
+    const std::int32_t line = line_of_record(lines, record);
+    return {track.distance[lines.first_record(line)], track.distance[std::min(lines.last_record(line), track.count)]};
 }
 
 std::vector<ProfilePick> picks_in_stretch(const TrackTable& track, const PickMarks& picks, const DistanceRange& range)

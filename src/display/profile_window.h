@@ -37,6 +37,9 @@ struct RecordSpan {
 // The records of a stretch and one to either side, of the first value_count.
 RecordSpan records_in(const TrackTable& track, std::int32_t value_count, const DistanceRange& range);
 
+// The record nearest to a distance along the track, the first of two, if one lies within `reach` metres of it; 0: none.
+std::int32_t record_near(const TrackTable& track, double distance, double reach);
+
 // A curve of one quantity against the distance along the track.
 struct ProfileCurve {
     std::vector<double> distance;
@@ -52,6 +55,9 @@ void profile_curve(const TrackTable& track, const SurveyLines& lines, const doub
 // The parts of a stretch that lie within so many metres of an end of their survey line, in the order of the track.
 std::vector<DistanceRange> line_end_parts(const TrackTable& track, const SurveyLines& lines, double metres,
                                           const DistanceRange& range);
+
+// The stretch of a record's survey line; empty where it is in none.
+DistanceRange line_stretch(const TrackTable& track, const SurveyLines& lines, std::int32_t record);
 
 // A pick that lies in a stretch.
 struct ProfilePick {

@@ -7,6 +7,25 @@
 
 namespace tarvo {
 
+namespace {
+
+// Of the picks for which it holds, the first few of many.
+template <typename Predicate>
+std::string names_where(const PickList& picks, const Predicate& holds)
+{
+    constexpr std::int32_t kMostNames = 4;
+    std::string names;
+    std::int32_t count = 0;
+    for (std::size_t pick = 1; pick <= static_cast<std::size_t>(picks.number_of_picks); ++pick) {
+        if (!holds(pick)) continue;
+        if (++count > kMostNames) return names + " and more";
+        names += (count > 1 ? ", " : "") + picks.pick_names[pick];
+    }
+    return names;
+}
+
+} // namespace
+
 TrackDirection track_direction(const TrackTable& track, std::int32_t record)
 {
     if (record < 1 || record >= track.count) return {};
@@ -57,15 +76,16 @@ void place_pick(PickList& picks, std::int32_t pick, const PickLocation& location
 
 std::string names_on_sample(const PickList& picks, std::int32_t sample_index)
 {
-    constexpr std::int32_t kMostNames = 4;
-    std::string names;
-    std::int32_t count = 0;
-    for (std::size_t pick = 1; sample_index >= 1 && pick <= static_cast<std::size_t>(picks.number_of_picks); ++pick) {
-        if (picks.pick_sample_index[pick] != sample_index) continue;
-        if (++count > kMostNames) return names + " and more";
-        names += (count > 1 ? ", " : "") + picks.pick_names[pick];
-    }
-    return names;
+    return names_where(
+        picks, [&](std::size_t pick) { return sample_index >= 1 && picks.pick_sample_index[pick] == sample_index; });
+}
+
+std::string names_within(const PickList& picks, double x, double y, double metres)
+{
+    return names_where(picks, [&](std::size_t pick) {
+        const std::array<double, 4>& place = picks.pick_locations[pick];
+        return std::hypot(place[1] - x, place[2] - y) < metres;
+    });
 }
 
 } // namespace tarvo

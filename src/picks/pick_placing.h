@@ -33,6 +33,8 @@ std::int32_t picks_beyond(const PickList& picks, const TrackTable& track, double
 
 // The names of the picks on a sample, a comma between them, the first few of many; empty: none.
 std::string names_on_sample(const PickList& picks, std::int32_t sample_index);
+// Of those less than so many metres from a place.
+std::string names_within(const PickList& picks, double x, double y, double metres);
 
 // Time, place and sample of a pick become those of the location.
 void place_pick(PickList& picks, std::int32_t pick, const PickLocation& location);

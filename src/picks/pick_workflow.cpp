@@ -12,14 +12,6 @@ namespace tarvo {
 
 namespace {
 
-FileQuestion pick_file_question(const std::string& offered)
-{
-    return {.title = "Select the MAG profile pick File",
-            .filter = "MAG profile pick Files|*.dat;*_pick.dat|All files (*.*)|*.*",
-            .initial_name = offered,
-            .default_extension = "dat"};
-}
-
 bool is_sample(const TrackTable& track, std::int64_t sample_index)
 {
     return sample_index >= 1 && sample_index <= track.count;
@@ -92,6 +84,12 @@ void PickWorkflow::load_pick_list_on_form(const IndexedTrack& ground)
 
 void PickWorkflow::Command_mark_anomaly_location(const TrackTable& track, std::int32_t current_sample)
 {
+    const bool is_on_current_pick = is_pick(picks_, current_pick_) && is_sample(track, current_sample) &&
+                                    picks_.pick_sample_index[static_cast<std::size_t>(current_pick_)] == current_sample;
+    if (is_on_current_pick) {
+        op_.show_note(pick_at(picks_, current_pick_).name + " is marked here already");
+        return;
+    }
     offer_location(track, current_sample);
 }
 
@@ -194,25 +192,37 @@ void PickWorkflow::delete_pick(std::int32_t pick, const IndexedTrack& ground)
 void PickWorkflow::undo(const IndexedTrack& ground)
 {
     if (changes_.empty()) return;
-    const Change change = changes_.back();
-    if (change.kind == ChangeKind::aside) {
+    if (changes_.back().kind == ChangeKind::aside) {
+        const Change change = changes_.back();
         changes_.pop_back();
         change.take_back();
         display_.show_pick_controls(controls());
         return;
     }
+    bool has_taken = false;
+    for (bool is_more = true; is_more;) {
+        is_more = changes_.back().with_one_before;
+        if (!take_back_last_change()) break;
+        has_taken = true;
+    }
+    if (!has_taken) return;
+    write_pick_file(picks_, op_);
+    show_changed_list(ground);
+}
+
+bool PickWorkflow::take_back_last_change()
+{
+    const Change change = changes_.back();
     if (change.kind == ChangeKind::addition) {
         changes_.pop_back();
         undo_addition(change);
-        write_pick_file(picks_, op_);
-        show_changed_list(ground);
-        return;
+        return true;
     }
     const bool is_deletion = change.kind == ChangeKind::deletion;
     const std::int32_t replaced = is_deletion ? 0 : change.pick;
     if (change.kind != ChangeKind::move && name_is_in_use(picks_, change.before.name, replaced)) {
         op_.show_message("That name is already in use");
-        return;
+        return false;
     }
     changes_.pop_back();
     if (is_deletion) {
@@ -224,8 +234,7 @@ void PickWorkflow::undo(const IndexedTrack& ground)
     }
     current_pick_ = change.current_pick;
     select_pick_row(0);
-    write_pick_file(picks_, op_);
-    show_changed_list(ground);
+    return true;
 }
 
 PickControls PickWorkflow::controls() const
@@ -246,15 +255,11 @@ PickControls PickWorkflow::controls() const
         const Change& last = changes_.back();
         shown.undo_caption = last.kind == ChangeKind::aside
                                  ? "Undo " + last.before.name
-                                 : std::string("Undo ") + word_for(last.kind) + " of " + last.before.name;
+                                 : std::string("Undo ") + word_for(last.kind) + " of " + last.before.name +
+                                       (last.with_one_before ? " and others" : "");
         shown.undo_enabled = true;
     }
     return shown;
-}
-
-PickListControls PickWorkflow::list_controls() const
-{
-    return {.editing_enabled = edited_pick_ != 0, .writing_enabled = picks_.number_of_picks > 0};
 }
 
 PickTexts PickWorkflow::new_pick_texts() const
@@ -273,7 +278,10 @@ int PickWorkflow::Command_save_anomaly(const PickTexts& texts)
     if (!may_share_sample()) return -1;
     if (check_new_pick(AddPick::yes, texts, picks_, op_) < 0) return -1;
     place_pick(picks_, picks_.number_of_picks, new_pick_location_);
-    if (write_to_a_named_file() == 0) op_.show_message("The pick has been saved");
+    if (write_to_a_named_file() == 0) {
+        constexpr const char* kSaved = "The pick has been saved";
+        settings_.ShowNewPickDialog ? op_.show_message(kSaved) : op_.show_note(kSaved); // nobody waits for it
+    }
     if (picks_.pick_file_name.empty()) op_.show_message("The pick is in no file yet: no pick file has been chosen");
     return 0;
 }
@@ -281,7 +289,13 @@ int PickWorkflow::Command_save_anomaly(const PickTexts& texts)
 bool PickWorkflow::may_share_sample() const
 {
     const std::string others = names_on_sample(picks_, new_pick_location_.sample_index);
-    return others.empty() || op_.ask_yes_no("This sample has a pick already: " + others + ". Save another one there?");
+    if (!others.empty()) {
+        return op_.ask_yes_no("This sample has a pick already: " + others + ". Save another one there?");
+    }
+    const std::string near =
+        names_within(picks_, new_pick_location_.x, new_pick_location_.y, settings_.DuplicateRadius);
+    return near.empty() || op_.ask_yes_no("Less than " + format_significant(settings_.DuplicateRadius) +
+                                          " m away is a pick already: " + near + ". Save another one here?");
 }
 
 bool PickWorkflow::may_move_onto_track(const TrackTable& track) const
@@ -307,30 +321,6 @@ int PickWorkflow::delete_leftover_file()
     return 0;
 }
 
-PickTexts PickWorkflow::select_pick_row(std::int32_t pick)
-{
-    edited_pick_ = is_pick(picks_, pick) ? pick : 0;
-    remembered_ = edited_pick_ == 0 ? PickTexts{} : pick_texts(picks_, pick);
-    return remembered_;
-}
-
-PickTexts PickWorkflow::Command_save_edit(const PickTexts& texts)
-{
-    if (edited_pick_ == 0 || texts == remembered_) return texts;
-    if (check_new_pick(AddPick::no, texts, picks_, op_, edited_pick_) < 0) return remembered_;
-
-    remember(ChangeKind::edit, edited_pick_);
-    const auto at = static_cast<std::size_t>(edited_pick_);
-    rename_pick_remark(picks_.pick_names[at], full_pick_name(texts));
-    picks_.pick_names[at] = full_pick_name(texts);
-    picks_.pick_types[at] = rounded_to_int32(leading_number(texts.type));
-    if (write_pick_file(picks_, op_) == 0) op_.show_message("The edits have been saved");
-    display_.display_pick_item(edited_pick_);
-    display_.show_pick_controls(controls());
-    display_.redraw_picks();
-    return select_pick_row(edited_pick_);
-}
-
 bool PickWorkflow::may_leave_list() const
 {
     if (!picks_.is_unsaved || picks_.number_of_picks == 0) return true;
@@ -340,27 +330,9 @@ bool PickWorkflow::may_leave_list() const
                                ". Go on and lose them?");
 }
 
-void PickWorkflow::menu_read_list(const IndexedTrack& ground)
+void PickWorkflow::remember(ChangeKind kind, std::int32_t pick, bool with_one_before)
 {
-    if (!may_leave_list()) return;
-    const std::optional<std::string> chosen = op_.choose_file_to_open(pick_file_question(picks_.pick_file_name));
-    if (!chosen) return;
-    picks_.pick_file_name = *chosen;
-    read_pick_file(*chosen, picks_, op_);
-    read_remarks();
-    forget_list();
-    show_changed_list(ground);
-}
-
-void PickWorkflow::menu_write_list()
-{
-    write_to_a_named_file();
-    display_.show_pick_controls(controls()); // the list may have got its file, or got onto the disk
-}
-
-void PickWorkflow::remember(ChangeKind kind, std::int32_t pick)
-{
-    changes_.push_back({kind, pick, pick_at(picks_, pick), current_pick_, remark_of(pick)});
+    changes_.push_back({kind, pick, pick_at(picks_, pick), current_pick_, remark_of(pick), with_one_before});
 }
 
 void PickWorkflow::show_changed_list(const IndexedTrack& ground)

@@ -23,6 +23,9 @@ struct IndexedTrack {
 // What undo takes back. aside: nothing of the list itself, but of what goes with it.
 enum class ChangeKind { move, edit, deletion, addition, aside };
 
+// What a chooser of pick files shows.
+FileQuestion pick_file_question(const std::string& offered);
+
 // The location that one sample of the track offers for a pick.
 PickLocation location_of_sample(const TrackTable& track, std::int32_t sample_index);
 
@@ -93,8 +96,12 @@ public:
     PickTexts Command_save_edit(const PickTexts& texts);
     PickTexts Command_cancel_edit() const { return remembered_; }
     void Command_delete_selected_pick(const IndexedTrack& ground);
+    // Several at once, undone at once. set_types: 0 or -1, none has changed and the operator has been told why.
+    int set_types(const std::vector<std::int32_t>& chosen, const std::string& type);
+    void delete_picks(const std::vector<std::int32_t>& chosen, const IndexedTrack& ground);
     void menu_read_list(const IndexedTrack& ground);
     void menu_write_list();
+    void menu_write_list_as(); // another file, which becomes the list's own once it is written
 
     // To be asked before the list is given up: false when it is not in its file and the operator wants to keep it.
     bool may_leave_list() const;
@@ -106,6 +113,7 @@ private:
         Pick before;
         std::int32_t current_pick = -1; // before the change
         std::string remark = {};        // likewise
+        bool with_one_before = false;   // made and undone together with the change before it
         std::function<void()> take_back = nullptr;
     };
 
@@ -113,7 +121,8 @@ private:
     bool may_move_onto_track(const TrackTable& track) const;
     void offer_location(const TrackTable& track, std::int32_t sample_index);
     void delete_pick(std::int32_t pick, const IndexedTrack& ground);
-    void remember(ChangeKind kind, std::int32_t pick);
+    void remember(ChangeKind kind, std::int32_t pick, bool with_one_before = false);
+    bool take_back_last_change(); // false: refused
     void show_changed_list(const IndexedTrack& ground);
     void forget_list();
     int write_to_a_named_file();

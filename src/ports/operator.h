@@ -22,6 +22,8 @@ class Operator {
 public:
     virtual ~Operator() = default;
     virtual void show_message(const std::string& text) = 0; // OK button
+    // What need not be answered; for a program that can let it pass by.
+    virtual void show_note(const std::string& text) { show_message(text); }
     // For a program that has a place for warnings which waits for no answer.
     virtual void show_warnings(const Warnings& warnings)
     {

@@ -44,9 +44,14 @@ bool write_grid(const ExportRequest& request, const ExportSink& sink)
     return true;
 }
 
+const PickList& picks_of(const ExportRequest& request)
+{
+    return request.picks != nullptr ? *request.picks : request.survey.picks;
+}
+
 bool write_picks_csv(const ExportRequest& request, const ExportSink& sink)
 {
-    sink(pick_csv_text(request.survey.picks));
+    sink(pick_csv_text(picks_of(request)));
     return true;
 }
 
@@ -59,7 +64,7 @@ std::vector<MapFeature> features_of(const ExportRequest& request)
                                  "them from");
     }
     if (request.projections == nullptr) throw std::runtime_error("this program knows no survey grids");
-    return pick_features(request.survey.picks, *request.projections->open(grid));
+    return pick_features(picks_of(request), *request.projections->open(grid));
 }
 
 bool write_picks_geojson(const ExportRequest& request, const ExportSink& sink)

@@ -16,6 +16,7 @@ struct ExportRequest {
     const SurveyState& survey;
     const Projections* projections = nullptr; // nullptr: the program knows none
     ExportProgress progress = nullptr;        // of samples
+    const PickList* picks = nullptr;          // instead of the survey's
 };
 
 // A kind of file that the survey can be written as.

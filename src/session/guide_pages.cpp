@@ -18,8 +18,6 @@ constexpr std::array<PageOfPlace, 18> kPages = {{{"Dock_DisplayDials", "window"}
                                                  {"Dock_DisplayMessages", "troubleshooting"},
                                                  {"Dock_DisplayLive", "live"},
                                                  {"Dock_DisplayPicks", "picks"},
-                                                 {"Dock_DisplayFit", "targets"},
-                                                 {"Dock_DisplayProposals", "targets"},
                                                  {"Dock_DisplayLines", "residual"},
                                                  {"Dock_DisplayLayers", "layers"},
                                                  {"Dock_DisplayFit", "targets"},

@@ -66,6 +66,12 @@ void LoggingOperator::show_message(const std::string& text)
     op_.show_message(text);
 }
 
+void LoggingOperator::show_note(const std::string& text)
+{
+    log_message(log_, MessageKind::message, text, clock_());
+    op_.show_note(text);
+}
+
 void LoggingOperator::show_warnings(const Warnings& warnings)
 {
     for (const Warning& warning : warnings) log_message(log_, MessageKind::warning, warning.text, clock_());

@@ -43,6 +43,7 @@ public:
     std::function<bool(const std::string&)> is_told;
 
     void show_message(const std::string& text) override;
+    void show_note(const std::string& text) override;
     void show_warnings(const Warnings& warnings) override;
     bool ask_yes_no(const std::string& question) override { return op_.ask_yes_no(question); }
     bool ask_before_loss(const std::string& question) override { return op_.ask_before_loss(question); }

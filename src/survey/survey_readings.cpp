@@ -133,8 +133,7 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
     std::string text = place_text({track.easting[record], track.northing[record]});
     if (text.empty()) text = "no position";
     text += "   at " + readable_number(track.distance[record], 1) + " m";
-    const std::int32_t line = line_of_record(survey.processing.lines, record);
-    const double number = line > 0 ? survey.processing.lines.LineNumbers[line] : kNull;
+    const double number = line_number_of_record(survey.processing, record);
     if (is_valid_channel(number)) text += "   line " + line_name(number);
     const double spacing = distance_to_other_line(survey.processing, record);
     if (is_valid_channel(spacing)) text += "   next line " + format_fixed(spacing, 1) + " m off";
@@ -144,6 +143,13 @@ std::string record_text(const SurveyState& survey, std::int32_t record)
         text += sensor_text(store, sensor, record);
     }
     return text;
+}
+
+double line_number_of_record(const SampleProcessing& run, std::int32_t record)
+{
+    if (record < 1 || record > run.store.RecordCount) return kNull;
+    const std::int32_t line = line_of_record(run.lines, record);
+    return line > 0 ? run.lines.LineNumbers[line] : kNull;
 }
 
 std::string track_caption(const SurveyState& survey)

@@ -28,6 +28,9 @@ DialReadings dial_readings_of_record(const SurveyState& survey, std::int32_t rec
 // One line about a stored record for the status bar: position, distance, line, time and the sensors' values.
 std::string record_text(const SurveyState& survey, std::int32_t record);
 
+// The number of a stored record's survey line; kNull where it has none.
+double line_number_of_record(const SampleProcessing& run, std::int32_t record);
+
 // What a picture of the track is of: file, dates and quantity.
 std::string track_caption(const SurveyState& survey);
 

@@ -252,8 +252,72 @@ TEST_F(PickWindowTest, LinesInGraphsAndBarsShowChooseAndMovePicks)
     EXPECT_EQ(list(), "Wreck 1@31 | Wreck 2@230 | Wreck 3@250");
     EXPECT_TRUE(current_is_at(230)) << "the view goes along with a pick that would leave it";
     window.view().make_current(60, Recentre::no);
-    QTest::mouseClick(&bar, Qt::LeftButton, {}, {x_in_bar(60), 5});
+    QTest::mouseClick(&graph, Qt::LeftButton, {}, {x_in_graph(60), 40});
     EXPECT_EQ(window.survey().current_pick, 2) << "no pick is there any more";
+}
+
+TEST_F(PickWindowTest, ANameInABarChoosesItsPickAndMMarksNoSecondOne)
+{
+    mark(30, "A long name of a wreck");
+    mark(250);
+    window.view().make_current(60, Recentre::no);
+    QApplication::processEvents();
+    auto& bar = control<QWidget>("Picture_TG_colour_bar_1");
+    const RecordValues& distance = window.survey().processing.store.distance;
+    const double share = 0.5 + (distance[30] - distance[60]) / 100;
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {static_cast<int>(share * bar.width()) + 12, 4}); // beside the line
+    EXPECT_EQ(window.survey().current_pick, 1);
+    EXPECT_EQ(window.survey().track_image.current_record, 30);
+    op.messages.clear();
+    press(Qt::Key_M);
+    EXPECT_EQ(window.findChild<NewPickForm*>(), nullptr);
+    EXPECT_EQ(op.messages, std::vector<std::string>{"A long name of a wreck 1 is marked here already"});
+    press(Qt::Key_Period);
+    press(Qt::Key_Period);
+    press(Qt::Key_Comma);
+    EXPECT_EQ(window.survey().track_image.current_record, 31) << "the current point goes by samples";
+    EXPECT_EQ(picks().pick_sample_index[1], 30) << "and no pick goes with it";
+}
+
+TEST_F(PickWindowTest, TheListNarrowsAndWorksOnSeveral)
+{
+    mark(30, "Wreck");
+    mark(60, "Anchor");
+    mark(90, "Chain");
+    action("menu_display_pick_list").trigger();
+    auto* const form = window.findChild<PickListForm*>();
+    ASSERT_NE(form, nullptr);
+    auto& grid = *form->findChild<QTableView*>("Grid_anomaly_picks");
+    const auto box = [form](const char* name) { return form->findChild<QLineEdit*>(QLatin1String(name)); };
+    box("Text_filter_name")->setText(QStringLiteral("ch"));
+    EXPECT_EQ(grid.model()->rowCount(), 2);
+    grid.selectAll();
+    EXPECT_FALSE(box("Text_anomaly_name")->isEnabled()) << "they have names of their own";
+    box("Text_anomaly_type")->setText(QStringLiteral("7"));
+    form->findChild<QPushButton*>("Command_save_edit")->click();
+    EXPECT_EQ(picks().pick_types[1], 0);
+    EXPECT_EQ(picks().pick_types[2] + picks().pick_types[3], 14);
+
+    grid.selectAll();
+    op.chosen_file = folder.path("some.csv");
+    form->findChild<QAction*>("menu_list_export_picks")->trigger();
+    const std::string some = folder.read("some.csv");
+    EXPECT_EQ(std::count(some.begin(), some.end(), '\n'), 3) << "those two alone";
+    EXPECT_EQ(some.find("Wreck"), std::string::npos);
+    form->findChild<QPushButton*>("Command_delete_selected_pick")->click();
+    EXPECT_EQ(picks().number_of_picks, 1);
+    form->findChild<QAbstractButton*>("Command_show_all_picks")->click();
+    EXPECT_EQ(grid.model()->rowCount(), 1);
+
+    grid.selectRow(0);
+    box("Text_anomaly_name")->setText(QStringLiteral("Wrong"));
+    op.answer = false;
+    QTest::keyClick(form, Qt::Key_Escape);
+    EXPECT_EQ(op.questions.back(), "What was edited here is not saved. Close and lose it?");
+    EXPECT_TRUE(form->isVisible());
+    op.answer = true;
+    QTest::keyClick(form, Qt::Key_Escape);
+    EXPECT_FALSE(form->isVisible());
 }
 
 TEST_F(PickWindowTest, AKilledProgramHasEverythingOnItsSamplesWhenItStartsAgain)

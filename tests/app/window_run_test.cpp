@@ -1,4 +1,6 @@
 #include "app/panels/hint_bar.h"
+#include "survey/survey_readings.h"
+#include "text/numbers.h"
 #include "window_fixture.h"
 
 #include <QAction>
@@ -68,6 +70,29 @@ TEST_F(WindowTest, PausedAndResumedReplayReadsEveryLineOnce)
     }
     EXPECT_GE(pauses, 1);
     EXPECT_EQ(stored_samples(window.survey().processing), loaded_samples(file));
+}
+
+TEST_F(WindowTest, APausedReplayShowsAndMarksTheClickedPoint)
+{
+    window.open_file(write_survey(folder, "a", kManyLines));
+    at_turn([this] { return window.survey().processing.store.RecordCount >= 300; }, [this] { click(kLoad); });
+    click(kReplay);
+    ASSERT_TRUE(run().run_paused);
+    const std::int32_t newest = window.survey().processing.store.RecordCount;
+    EXPECT_GT(window.view().middle_record(), newest / 2) << "no point was chosen";
+    window.view().make_current(100, Recentre::no);
+    EXPECT_EQ(window.view().middle_record(), 100);
+    const std::string text = record_text(window.survey(), 100);
+    EXPECT_EQ(control<QLabel>("Label_pointed").text().toStdString(), text);
+    EXPECT_NE(text.find("   line 1   "), std::string::npos) << "by its name";
+    EXPECT_EQ(control<QLabel>("Text_current_line").text(), QStringLiteral("line 1"));
+    EXPECT_EQ(control<QLabel>("Dial_field_1").text().toStdString(),
+              readable_number(dial_readings_of_record(window.survey(), 100).total_field[1], 2) + " nT");
+    window.survey().pick_settings.ShowNewPickDialog = false;
+    control<QAction>("menu_mark_anomaly").trigger();
+    EXPECT_EQ(window.survey().picks.pick_sample_index[1], 100);
+    click(kReplay);
+    EXPECT_TRUE(eventually([this] { return !run().any_run_active(); }));
 }
 
 TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)

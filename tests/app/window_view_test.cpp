@@ -122,17 +122,65 @@ TEST_F(LoadedWindowTest, GraphsTakeATypedLengthAndFitTheirHeights)
         }
         return rows;
     };
-    const int before = rows_of_curves();
+    const int fitted = rows_of_curves();
     click("Command_fit_heights");
-    EXPECT_GT(rows_of_curves(), 2 * before);
-    QTest::mouseDClick(&control<QWidget>("Graph_profiles"), Qt::LeftButton, {}, {200, 100});
-    EXPECT_EQ(rows_of_curves(), before);
+    EXPECT_LT(rows_of_curves(), fitted / 2);
+    EXPECT_TRUE(eventually([this] { return settings.values["FitHeights"] == "0"; }));
+    click("Command_fit_heights");
+    EXPECT_EQ(rows_of_curves(), fitted);
 
     length.setFocus();
     length.selectAll();
     QTest::keyClicks(&length, QStringLiteral("333"));
     window.close();
     EXPECT_EQ(settings.values["TrackAxisLength"], "333") << "what was being typed is kept";
+}
+
+TEST_F(LoadedWindowTest, GraphsBarsSectionAndBoxSpanTheSameMetres)
+{
+    const RecordValues& distance = window.survey().processing.store.distance;
+    QWidget& graph = control<QWidget>("Graph_profiles");
+    QWidget& bar = control<QWidget>("Picture_TG_colour_bar_1");
+    const auto expect_same_metres = [&](const char* label) {
+        const double length = control<QComboBox>("Combo_display_axis_length").currentText().toDouble();
+        const std::int32_t middle = window.view().middle_record();
+        EXPECT_DOUBLE_EQ(window.survey().display_settings.track_axis_length, length) << label;
+        EXPECT_GE(distance[image().section.first], distance[middle] - length / 2) << label;
+        EXPECT_NEAR(distance[image().section.last], distance[middle] + length / 2, 1) << label;
+        for (QWidget* const shown : {&graph, &bar}) { // a click at the right end goes half the length on
+            const int end = shown == &graph ? graph.width() - kEndMargin - 1 : bar.width() - 1;
+            window.view().hold_middle(middle);
+            QTest::mouseClick(shown, Qt::LeftButton, {}, {end, 7});
+            EXPECT_NEAR(distance[image().current_record], distance[middle] + length / 2, 1.5) << label;
+        }
+        window.view().make_current(200, Recentre::no);
+    };
+    const auto turn = [&](int notches) {
+        QWheelEvent event(QPointF(150, 60), graph.mapToGlobal(QPoint(150, 60)), {}, {0, 120 * notches}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&graph, &event);
+    };
+    window.view().make_current(200, Recentre::no);
+    expect_same_metres("at first");
+    turn(-3);
+    EXPECT_EQ(control<QComboBox>("Combo_display_axis_length").currentText(), QStringLiteral("200"));
+    expect_same_metres("zoomed out");
+    turn(6);
+    expect_same_metres("zoomed in");
+    QTest::mousePress(&graph, Qt::LeftButton, {}, {200, 60});
+    QTest::mouseMove(&graph, {180, 60});
+    QTest::mouseMove(&graph, {160, 60});
+    QTest::mouseRelease(&graph, Qt::LeftButton, {}, {160, 60});
+    EXPECT_GT(window.view().middle_record(), 203);
+    EXPECT_EQ(image().current_record, 200);
+    expect_same_metres("dragged");
+    control<QAction>("menu_whole_line").trigger();
+    EXPECT_NEAR(window.survey().display_settings.track_axis_length,
+                distance[window.survey().processing.store.RecordCount], 1);
+    QTest::mouseClick(&graph, Qt::LeftButton, {}, {(kAxisMargin + graph.width()) / 2 + 20, 60});
+    EXPECT_LT(image().section.first, 3) << "the line stays whole when a point of it becomes current";
+    control<QAction>("menu_whole_line").trigger();
+    expect_same_metres("back from the whole line");
 }
 
 TEST_F(LoadedWindowTest, PlayMovesAlongTheTrackToItsEnd)

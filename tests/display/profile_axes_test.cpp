@@ -1,8 +1,11 @@
 #include "display/profile_axes.h"
+#include "display/profile_heights.h"
 
 #include "test_track.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace tarvo {
 
@@ -28,24 +31,47 @@ TEST(ProfileAxes, TickStepsAreTheWantedOnesOrRound)
     }
 }
 
-TEST(ProfileAxes, ZoomKeepsItsPlaceAndTheRecordComesBack)
+TEST(ProfileAxes, SectionIsAboutItsRecordAndZoomedWithinItsLimits)
 {
     TestTrack track;
     for (int record = 0; record < 11; ++record) track.add(0, 0, 1); // 10 m from record to record
-    const TrackTable table = track.scene().track;
-    ProfileStretch stretch;
-    const auto shown = [&] { return stretch.shown(table, 6, 40.0F); };
-    EXPECT_EQ(shown(), (DistanceRange{30, 70}));
-    stretch.zoom(shown(), 60, 0.5);
-    EXPECT_EQ(shown(), (DistanceRange{45, 65})) << "60 m stays three quarters along";
-    stretch.move(-5);
-    EXPECT_EQ(shown(), (DistanceRange{40, 60}));
-    stretch.zoom(shown(), 40, 1e-9);
-    EXPECT_NEAR(shown().from, 40, 1e-12);
-    EXPECT_NEAR(shown().length(), 0.04, 1e-12) << "a thousandth of the axis at least";
-    stretch.centre();
-    EXPECT_NEAR(shown().middle(), 50, 1e-12);
-    EXPECT_EQ(ProfileStretch().shown(TrackTable(), 0, 40.0F), (DistanceRange{0, 40}));
+    EXPECT_EQ(section_about(track.scene().track, 6, 40.0F), (DistanceRange{30, 70}));
+    EXPECT_EQ(section_about(TrackTable(), 0, 40.0F), (DistanceRange{0, 40}));
+    EXPECT_DOUBLE_EQ(zoomed_section_length(100.0F, 1.26), 126);
+    EXPECT_DOUBLE_EQ(zoomed_section_length(1234.0F, 1.0013), 1236) << "four places";
+    EXPECT_DOUBLE_EQ(zoomed_section_length(30.0F, 0.5), 26) << "the setting is over 25";
+    EXPECT_DOUBLE_EQ(zoomed_section_length(9e5F, 2), 1e6);
+}
+
+TEST(ProfileAxes, HeightsAreThoseOfReadings)
+{
+    struct Case {
+        const char* label;
+        std::vector<std::vector<double>> curves;
+        HeightsOf of;
+        ValueExtent extent;
+        double middle;
+    };
+    constexpr auto kField = HeightsOf::total_field;
+    constexpr auto kOther = HeightsOf::other_values;
+    const Case cases[] = {
+        {"nothing", {{}, {}}, kField, {}, 0},
+        {"medians of two sensors", {{50000, 50001, 50015}, {50101, 50100, 50102}}, kField, {50000, 50102}, 50051},
+        {"a dead sensor's nines", {{-9999.99, -9999.99}, {50000, 50015}}, kField, {50000, 50015}, 50000},
+        {"nines in a sensor", {{50000, 99999, 50002}}, kField, {50000, 50002}, 50000},
+        {"nothing but nines", {{-9999.99}}, kOther, {-9999.99, -9999.99}, -9999.99},
+        {"zeroes beside a field", {{0, 0, 0}, {50000, 50001, 50002}}, kField, {50000, 50002}, 50001},
+        {"half away is an anomaly", {{50000, 50000, 75000}}, kField, {50000, 75000}, 50000},
+        {"farther is none", {{50000, 50000, 75001}}, kField, {50000, 50000}, 50000},
+        {"a depth of 0 is one", {{0, 4, 5}}, kOther, {0, 5}, 4},
+    };
+    for (Case c : cases) {
+        const CurveHeights heights = heights_of_curves(c.curves, c.of);
+        EXPECT_EQ(heights.extent, c.extent) << c.label;
+        EXPECT_EQ(heights.middle, c.middle) << c.label;
+    }
+    const ProfileCurve curve = {{9, 10, 20, 21}, {900, 1, std::nan(""), 900}};
+    EXPECT_EQ(values_in_stretch(curve, {10, 20}), std::vector<double>{1}) << "nothing beside the window counts";
 }
 
 TEST(ProfileAxes, ValuesLieAboutTheMiddleOrFromZeroAndFitTheCurves)
@@ -76,6 +102,9 @@ TEST(ProfileAxes, ValuesLieAboutTheMiddleOrFromZeroAndFitTheCurves)
     EXPECT_NEAR(gradient.shown().greatest, 22, 1e-9);
     gradient.follow({0, 0});
     EXPECT_NEAR(gradient.shown().greatest, 22, 1e-9) << "nothing to enlarge";
+    gradient.least_range = 5;
+    gradient.follow({0, 0.1});
+    EXPECT_NEAR(gradient.shown().greatest, 5, 1e-9) << "quiet curves stay quiet";
 }
 
 } // namespace tarvo

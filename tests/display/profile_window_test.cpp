@@ -26,6 +26,20 @@ std::vector<double> curve_values(const TestTrack& track, const DistanceRange& ra
 
 } // namespace
 
+TEST(ProfileWindow, TheRecordNearADistanceIsWithinReach)
+{
+    const TestTrack track = track_of({1, 1, 1}); // at 0, 10 and 20 m
+    const TrackTable table = track.scene().track;
+    struct Case {
+        double distance;
+        double reach;
+        std::int32_t record;
+    };
+    const Case cases[] = {{-3, 3, 1}, {-3, 2.9, 0}, {14, 6, 2}, {15, 6, 2}, {16, 6, 3}, {20, 0, 3}, {24, 4, 3}};
+    for (const Case& c : cases) EXPECT_EQ(record_near(table, c.distance, c.reach), c.record) << c.distance;
+    EXPECT_EQ(record_near(TrackTable(), 1, 9), 0);
+}
+
 TEST(LineEndParts, AreThoseInTheStretchAndNeverOverlap)
 {
     const TestTrack track = track_of(std::vector<double>(12, 1)); // 0 to 110 m

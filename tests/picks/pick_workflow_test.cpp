@@ -173,6 +173,66 @@ TEST_F(PickWork, OffersToDeleteTheFileThatAnEmptiedListLeaves)
     EXPECT_EQ(leftover_pick_file(picks), "") << "not this list's";
 }
 
+TEST_F(PickWork, SeveralAreTypedDeletedAndTakenBackAtOnce)
+{
+    for (const std::int32_t sample : {2, 4, 6, 8}) mark(sample, {"Target", std::to_string(sample), "0"});
+    EXPECT_EQ(work.set_types({1, 3}, "x"), -1);
+    EXPECT_EQ(picks.pick_types[1], 0);
+    EXPECT_EQ(work.set_types({3, 1, 3, 9}, "5"), 0);
+    EXPECT_EQ(picks.pick_types[1] + picks.pick_types[3], 10);
+    EXPECT_EQ(picks.pick_types[2], 0);
+
+    work.choose_pick(4);
+    op.answer = false;
+    work.delete_picks({2, 1}, ground);
+    EXPECT_EQ(op.questions.back(), "Delete 2 anomalies: Target 2, Target 4?");
+    EXPECT_EQ(picks.number_of_picks, 4);
+    op.answer = true;
+    work.delete_picks({3, 1, 2}, ground);
+    EXPECT_EQ(list(), "Target 8@8");
+    EXPECT_EQ(current_pick, 1) << "still Target 8";
+    EXPECT_EQ(work.controls().undo_caption, "Undo delete of Target 2 and others");
+    work.undo(ground);
+    EXPECT_EQ(list(), "Target 2@2, Target 4@4, Target 6@6, Target 8@8");
+    EXPECT_EQ(current_pick, 4);
+    work.undo(ground);
+    EXPECT_EQ(picks.pick_types[1] + picks.pick_types[3], 0) << "the types, both at once";
+    EXPECT_FALSE(work.controls().undo_enabled);
+}
+
+TEST_F(PickWork, ADuplicateIsAskedAboutOrNotMade)
+{
+    settings.ShowNewPickDialog = false;
+    work.Command_mark_anomaly_location(track.table(), 3);
+    work.Command_mark_anomaly_location(track.table(), 3); // the chosen pick is here
+    EXPECT_EQ(op.messages.back(), "Anomaly 1 is marked here already");
+    op.answer = false;
+    settings.DuplicateRadius = 10;
+    work.Command_mark_anomaly_location(track.table(), 4); // exactly 10 m on
+    EXPECT_EQ(list(), "Anomaly 1@3, Anomaly 2@4");
+    EXPECT_TRUE(op.questions.empty());
+    settings.DuplicateRadius = 10.5;
+    work.Command_mark_anomaly_location(track.table(), 5);
+    EXPECT_EQ(op.questions.back(), "Less than 10.5 m away is a pick already: Anomaly 2. Save another one here?");
+    EXPECT_EQ(picks.number_of_picks, 2);
+}
+
+TEST_F(PickWork, SavesUnderAnotherNameAndKeepsItsOwnWhenThatFails)
+{
+    work.menu_write_list_as();
+    EXPECT_TRUE(op.file_questions.empty()) << "nothing to save";
+    mark(2, {"Target", "1", "0"});
+    op.chosen_file = folder.path("gone/other.dat");
+    work.menu_write_list_as();
+    EXPECT_TRUE(op.messages.back().starts_with("An error occurred while saving the aomaly file: "));
+    EXPECT_EQ(picks.pick_file_name, folder.path("line7_pick.dat"));
+    EXPECT_FALSE(picks.is_unsaved);
+    op.chosen_file = folder.path("other.dat");
+    work.menu_write_list_as();
+    EXPECT_EQ(picks.pick_file_name, folder.path("other.dat"));
+    EXPECT_EQ(folder.read("other.dat"), folder.read("line7_pick.dat"));
+}
+
 TEST_F(PickWork, FollowsItsTwoSwitches)
 {
     settings = {.ShowNewPickDialog = false, .DeferPickCombo = true};

@@ -44,6 +44,11 @@ void QtOperator::show_message(const std::string& text)
     exec_box(box);
 }
 
+void QtOperator::show_note(const std::string& text)
+{
+    take_note ? take_note(text) : show_message(text);
+}
+
 void QtOperator::show_warnings(const Warnings& warnings)
 {
     take_warnings ? take_warnings(warnings) : Operator::show_warnings(warnings);

@@ -17,6 +17,7 @@ public:
     explicit QtOperator(QWidget* window = nullptr) : window_(window) {}
 
     void show_message(const std::string& text) override;
+    void show_note(const std::string& text) override;
     void show_warnings(const Warnings& warnings) override;
     bool ask_yes_no(const std::string& question) override;
     bool ask_before_loss(const std::string& question) override;
@@ -29,6 +30,9 @@ public:
 
     // Asked before a message's box opens; true: the message is shown already.
     std::function<bool(const std::string&)> take_message;
+
+    // Where notes go instead of a box; none: a box after all.
+    std::function<void(const std::string&)> take_note;
 
     // Where warnings go instead of a box; none: a box after all.
     std::function<void(const Warnings&)> take_warnings;

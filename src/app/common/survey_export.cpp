@@ -33,12 +33,13 @@ Picture picture_of(const QImage& image)
 
 } // namespace
 
-void export_file(const ExportFormat& format, const SurveyState& survey, Operator& op, QWidget* window)
+void export_file(const ExportFormat& format, const SurveyState& survey, Operator& op, QWidget* window,
+                 const PickList* picks)
 {
     const std::optional<std::string> file_name = op.choose_file_to_create(export_question(format, survey));
     if (!file_name) return;
     const LoadedProjections projections;
-    ExportRequest request = {survey, &projections};
+    ExportRequest request = {survey, &projections, nullptr, picks};
     if (format.subject != ExportSubject::samples) {
         write_export(format, request, *file_name, op);
         return;

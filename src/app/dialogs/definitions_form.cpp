@@ -5,6 +5,7 @@
 #include "app/common/texts.h"
 #include "app/dialogs/data_fields_page.h"
 #include "app/dialogs/data_format_page.h"
+#include "app/dialogs/loss_question.h"
 #include "app/dialogs/preview_model.h"
 #include "app/dialogs/sensors_page.h"
 #include "definitions/definitions_menu.h"
@@ -175,12 +176,18 @@ QLayout* DefinitionsForm::button_row()
         asks_for_load_ = true;
         accept();
     });
-    connect(cancel, &QPushButton::clicked, this, &DefinitionsForm::reject);
+    connect(cancel, &QPushButton::clicked, this, [this] { QDialog::reject(); });
     return row;
+}
+
+void DefinitionsForm::reject()
+{
+    if (!has_edits_ || op_.ask_before_loss(kLossQuestion)) QDialog::reject();
 }
 
 void DefinitionsForm::start_over()
 {
+    has_edits_ = false;
     editor_ = open_definitions_editor(survey_, op_);
     sensor_ = 1;
     show_editor();
@@ -216,8 +223,8 @@ void DefinitionsForm::show_note()
         all += to_qt(choice_text(choice));
         if (choice.is_needed) open += to_qt(choice.key + ": " + choice.reason);
     }
-    QString text = tr("<b>These definitions are a guess from what the file holds.</b> %1").arg(rest);
-    if (!open.isEmpty()) text += tr("<br>Open: %1").arg(open.join(QStringLiteral("; ")).toHtmlEscaped());
+    QString text = tr("These definitions are a guess from what the file holds. %1").arg(rest);
+    if (!open.isEmpty()) text += tr("\nOpen: %1").arg(open.join(QStringLiteral("; ")));
     note_->setText(text);
     note_->setToolTip(plain_tip(all.join(QLatin1Char('\n'))));
     note_->setVisible(editor_.origin == DefinitionsEditor::Origin::guess);
@@ -258,6 +265,7 @@ void DefinitionsForm::show_preview()
 void DefinitionsForm::page_edited()
 {
     if (showing_) return;
+    has_edits_ = true;
     const QScopedValueRollback<bool> guard(showing_, true);
     const DefinitionsPage page = data_fields_->page();
     const SurveyDefinitions before = editor_.working;
@@ -283,6 +291,7 @@ void DefinitionsForm::page_edited()
 void DefinitionsForm::sensor_edited()
 {
     if (showing_) return;
+    has_edits_ = true;
     sensor_edited_ = true;
     take_sensor_page(sensors_->page(), editor_.working, sensor_);
     show_preview();
@@ -326,18 +335,21 @@ void DefinitionsForm::sensor_done()
 
 void DefinitionsForm::fill_templates()
 {
+    has_edits_ = true;
     fill_using_template_number(editor_.working);
     show_editor();
 }
 
 void DefinitionsForm::switch_data_format(bool in_use)
 {
+    has_edits_ = true;
     use_data_format(editor_, in_use);
     show_editor();
 }
 
 void DefinitionsForm::edit_key(const std::string& key, const std::string& value)
 {
+    has_edits_ = true;
     const QScopedValueRollback<bool> guard(showing_, true);
     data_format_->show_fault(key, edit_data_format(editor_, key, value));
     show_preview();
@@ -348,6 +360,7 @@ void DefinitionsForm::edit_key(const std::string& key, const std::string& value)
 
 void DefinitionsForm::guess()
 {
+    has_edits_ = true;
     guess_from_header(editor_);
     show_editor();
 }
@@ -382,6 +395,7 @@ bool DefinitionsForm::accept_changes()
         tabs_->setCurrentWidget(sensors_);
         show_sensor(acceptance.refused_sensor);
     }
+    if (acceptance.status == 0) has_edits_ = false;
     return acceptance.status == 0;
 }
 

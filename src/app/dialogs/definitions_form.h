@@ -33,6 +33,8 @@ public:
     // True when it was closed by the button that also loads the data file.
     bool asks_for_load() const { return asks_for_load_; }
 
+    void reject() override; // Esc and the window's own button ask before what was edited is lost
+
 private:
     QWidget* preview_box();
     QLayout* button_row();
@@ -62,6 +64,7 @@ private:
     DefinitionsEditor editor_;
     int sensor_ = 1;             // on its page
     bool sensor_edited_ = false; // since it came on its page
+    bool has_edits_ = false;     // that are not accepted
     bool showing_ = false;       // boxes change by the program, not by the operator
     bool has_changed_survey_ = false;
     bool asks_for_load_ = false;

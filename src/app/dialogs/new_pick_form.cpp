@@ -2,12 +2,15 @@
 
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "app/dialogs/loss_question.h"
+#include "app/dialogs/type_button.h"
 #include "picks/pick_texts.h"
 #include "text/numbers.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -15,9 +18,9 @@
 
 namespace tarvo {
 
-NewPickForm::NewPickForm(PickWorkflow& work, const PickList& picks, QWidget* parent)
-    : QDialog(parent), work_(work), picks_(picks), existing_(new QComboBox), name_(new QLineEdit), id_(new QLineEdit),
-      type_(new QLineEdit)
+NewPickForm::NewPickForm(PickWorkflow& work, const SurveyState& survey, Operator& op, QWidget* parent)
+    : QDialog(parent), work_(work), survey_(survey), op_(op), offered_(work.new_pick_texts()), existing_(new QComboBox),
+      name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit)
 {
     setObjectName(QStringLiteral("Form_save_new_pick"));
     setWindowTitle(tr("Save a new pick"));
@@ -29,7 +32,7 @@ NewPickForm::NewPickForm(PickWorkflow& work, const PickList& picks, QWidget* par
     layout->addWidget(where);
     layout->addWidget(make_fields());
     layout->addWidget(make_buttons());
-    show_texts(work_.new_pick_texts());
+    show_texts(offered_);
     name_->setFocus();
     name_->selectAll();
 }
@@ -39,11 +42,11 @@ QWidget* NewPickForm::make_fields()
     existing_->setObjectName(QStringLiteral("Combo_current_pick"));
     existing_->setToolTip(tr("Takes name, ID and type from a pick of the list; \"Next ID\" then continues its series"));
     existing_->setPlaceholderText(tr("Take from a pick"));
-    for (const std::string& name : pick_names_in_order(picks_)) existing_->addItem(to_qt(name));
+    for (const std::string& name : pick_names_in_order(survey_.picks)) existing_->addItem(to_qt(name));
     existing_->setCurrentIndex(-1);
     existing_->setEnabled(existing_->count() > 0);
     connect(existing_, &QComboBox::activated, this,
-            [this](int position) { show_texts(pick_texts(picks_, position + 1)); });
+            [this](int position) { show_texts(pick_texts(survey_.picks, position + 1)); });
 
     name_->setObjectName(QStringLiteral("Text_anomaly_name"));
     name_->setToolTip(tr("Name of the series, such as Anomaly"));
@@ -57,7 +60,15 @@ QWidget* NewPickForm::make_fields()
     add_plain_row(*rows, tr("&Existing picks"), existing_);
     add_plain_row(*rows, tr("&Name"), name_);
     add_plain_row(*rows, tr("&ID"), id_);
-    add_plain_row(*rows, tr("&Type"), type_);
+    auto* const type = new QWidget;
+    auto* const type_row = new QHBoxLayout(type);
+    type_row->setContentsMargins(0, 0, 0, 0);
+    type_row->addWidget(type_, 1);
+    auto* const names = new TypeButton(*type_);
+    type_row->addWidget(names);
+    names->set_names(survey_.pick_settings.PickTypeNames);
+    add_plain_row(*rows, tr("&Type"), type);
+    static_cast<QLabel*>(rows->labelForField(type))->setBuddy(type_);
     return fields;
 }
 
@@ -78,7 +89,7 @@ QWidget* NewPickForm::make_buttons()
     close_button->setAutoDefault(false);
     connect(next, &QPushButton::clicked, this, [this] { show_texts(work_.Command_add_next(entered_texts())); });
     connect(save_button, &QPushButton::clicked, this, &NewPickForm::save);
-    connect(close_button, &QPushButton::clicked, this, &NewPickForm::reject);
+    connect(close_button, &QPushButton::clicked, this, [this] { QDialog::reject(); });
     return buttons;
 }
 
@@ -93,6 +104,11 @@ void NewPickForm::show_texts(const PickTexts& texts)
 PickTexts NewPickForm::entered_texts() const
 {
     return {edited_text(*name_, shown_.name), edited_text(*id_, shown_.id), edited_text(*type_, shown_.type)};
+}
+
+void NewPickForm::reject()
+{
+    if (entered_texts() == offered_ || op_.ask_before_loss(kLossQuestion)) QDialog::reject();
 }
 
 // A refusal leaves the form open with what was entered.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "picks/pick_workflow.h"
+#include "survey/survey_state.h"
 
 #include <QDialog>
 
@@ -14,7 +14,9 @@ class NewPickForm : public QDialog {
     Q_OBJECT
 
 public:
-    NewPickForm(PickWorkflow& work, const PickList& picks, QWidget* parent = nullptr);
+    NewPickForm(PickWorkflow& work, const SurveyState& survey, Operator& op, QWidget* parent = nullptr);
+
+    void reject() override; // Esc and the window's own button ask before what was typed is lost
 
 private:
     QWidget* make_fields();
@@ -22,11 +24,13 @@ private:
     void show_texts(const PickTexts& texts);
     PickTexts entered_texts() const;
 
-    PickTexts shown_; // before the operator typed
     void save();
 
     PickWorkflow& work_;
-    const PickList& picks_;
+    const SurveyState& survey_;
+    Operator& op_;
+    PickTexts offered_; // on opening
+    PickTexts shown_;   // before the operator typed
     QComboBox* existing_;
     QLineEdit* name_;
     QLineEdit* id_;

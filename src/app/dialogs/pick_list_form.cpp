@@ -3,10 +3,14 @@
 #include "app/common/plain_label.h"
 #include "app/common/survey_export.h"
 #include "app/common/texts.h"
+#include "app/dialogs/loss_question.h"
+#include "app/dialogs/pick_filter_bar.h"
+#include "app/dialogs/type_button.h"
 
 #include <QAction>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -19,7 +23,7 @@
 namespace tarvo {
 
 PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidget* parent)
-    : QDialog(parent), session_(session), op_(op), model_(session.survey.picks, session.survey.current_pick, op),
+    : QDialog(parent), session_(session), op_(op), model_(session.survey, op), filter_(new PickFilterBar),
       grid_(new QTableView), file_(plain_label()), name_(new QLineEdit), id_(new QLineEdit), type_(new QLineEdit),
       remark_(new QLineEdit)
 {
@@ -30,12 +34,15 @@ PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidge
     file_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto* const layout = new QVBoxLayout(this);
     layout->setMenuBar(make_menu(undo));
+    layout->addWidget(filter_);
     layout->addWidget(grid_, 1);
     layout->addWidget(make_fields());
     layout->addWidget(file_);
-    resize(860, 420);
+    connect(filter_, &PickFilterBar::edited, this, [this] { model_.set_filter(filter_->filter()); });
+    resize(860, 460);
     session_.pick_work.select_pick_row(session_.survey.current_pick); // opens on it
     display_pick_list();
+    grid_->setFocus();
 }
 
 QMenuBar* PickListForm::make_menu(QAction* undo)
@@ -47,36 +54,67 @@ QMenuBar* PickListForm::make_menu(QAction* undo)
         return action;
     };
     PickWorkflow& work = session_.pick_work;
-    const SurveyState& survey = session_.survey;
     auto* const bar = new QMenuBar;
     QMenu& list = *bar->addMenu(tr("&List"));
     add(list, "menu_read_list", tr("&Read list..."),
         [this, &work] { work.menu_read_list(indexed_track(session_.survey)); });
     write_list_ = add(list, "menu_write_list", tr("&Write list"), [&work] { work.menu_write_list(); });
+    add(list, "menu_write_list_as", tr("&Save picks as..."), [&work] { work.menu_write_list_as(); });
     list.addSeparator();
     for (const ExportFormat& format : export_formats()) {
         if (format.subject != ExportSubject::picks) continue;
         const std::string name = std::string("menu_list_export_") + format.key;
-        add(list, name.c_str(), tr(format.caption),
-            [this, &format, &survey] { export_file(format, survey, op_, this); });
+        add(list, name.c_str(), tr(format.caption), [this, &format] { export_picks(format); });
     }
     list.addSeparator();
     add(list, "menu_close", tr("C&lose"), [this] { close(); });
     QMenu& edit = *bar->addMenu(tr("&Edit"));
     edit.addAction(undo);
     addAction(undo); // its shortcut works here as well
+    add(edit, "menu_name_types", tr("&Names of types..."), [this] { name_types(); });
     return bar;
+}
+
+// Of several selected rows those alone.
+void PickListForm::export_picks(const ExportFormat& format)
+{
+    const std::vector<std::int32_t> rows = chosen();
+    const PickList picks = chosen_picks(session_.survey.picks, rows);
+    export_file(format, session_.survey, op_, this, rows.size() > 1 ? &picks : nullptr);
+}
+
+void PickListForm::name_types()
+{
+    std::string& names = session_.survey.pick_settings.PickTypeNames;
+    bool is_taken = false;
+    const QString text = QInputDialog::getMultiLineText(
+        this, tr("Names of types"), tr("A type's number and name on each line, as in \"1 mine\""),
+        to_qt(names).replace(QStringLiteral("; "), QStringLiteral("\n")), &is_taken);
+    if (!is_taken) return;
+    names = pick_types_text(pick_types_of(to_utf8(text)));
+    type_names_->set_names(names);
+    display_pick_list();
+    emit type_names_changed();
+}
+
+std::vector<std::int32_t> PickListForm::chosen() const
+{
+    std::vector<std::int32_t> picks;
+    for (const QModelIndex& row : grid_->selectionModel()->selectedRows())
+        picks.push_back(model_.pick_of_row(row.row()));
+    return picks;
 }
 
 void PickListForm::make_grid()
 {
     grid_->setObjectName(QStringLiteral("Grid_anomaly_picks"));
     grid_->setToolTip(tr("Click on a header: sort by that column, the list itself keeps its order. Double click on a "
-                         "pick: show it on the track."));
+                         "pick: show it on the track. Ctrl and Shift select several, for type, Delete and export."));
     grid_->setToolTipDuration(4000);
     grid_->setModel(&model_);
     grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    grid_->setSelectionMode(QAbstractItemView::SingleSelection);
+    grid_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    grid_->setAccessibleName(tr("Picks"));
     grid_->setTabKeyNavigation(false);
     grid_->setAlternatingRowColors(true);
     grid_->horizontalHeader()->setSortIndicatorClearable(true); // a third click: the order of the list
@@ -120,6 +158,9 @@ QWidget* PickListForm::make_fields()
     add_field(*name_, "Text_anomaly_name", tr("&Name"), tr("Name of the series of the selected pick"), 4);
     add_field(*id_, "Text_anomaly_ID", tr("&ID"), tr("Number in the series, 0 or more"), 1);
     add_field(*type_, "Text_anomaly_type", tr("&Type"), tr("Type number, 0 or more"), 1);
+    type_names_ = new TypeButton(*type_);
+    type_names_->set_names(session_.survey.pick_settings.PickTypeNames);
+    row->addWidget(type_names_);
     add_field(*remark_, "Text_anomaly_remark", tr("Re&mark"), tr("Anything about the pick; kept beside the pick file"),
               4);
     QPushButton* const save = make_button("Command_save_edit", tr("Save"),
@@ -135,7 +176,8 @@ QWidget* PickListForm::make_fields()
     close_button->setAutoDefault(false);
     connect(close_button, &QPushButton::clicked, this, &QDialog::close);
     for (QPushButton* const button : {save, cancel, remove, close_button}) row->addWidget(button);
-    editing_ = {name_, id_, type_, remark_, save, cancel, remove};
+    editing_ = {type_, type_names_, save, cancel, remove};
+    editing_one_ = {name_, id_, remark_};
     return fields;
 }
 
@@ -159,8 +201,8 @@ void PickListForm::show_current_pick()
 
 void PickListForm::select_row()
 {
-    const QModelIndexList rows = grid_->selectionModel()->selectedRows();
-    show_texts(session_.pick_work.select_pick_row(rows.isEmpty() ? 0 : model_.pick_of_row(rows.constFirst().row())));
+    const std::vector<std::int32_t> rows = chosen();
+    show_texts(session_.pick_work.select_pick_row(rows.size() == 1 ? rows.front() : 0));
 }
 
 // After the grid was made anew: the pick that is being edited is selected again, wherever its row is now.
@@ -182,14 +224,26 @@ void PickListForm::show_texts(const PickTexts& texts)
     id_->setText(to_qt(texts.id));
     type_->setText(to_qt(texts.type));
     remark_->setText(to_qt(session_.pick_work.remark_of(session_.pick_work.edited_pick())));
+    show_controls();
+}
+
+void PickListForm::show_controls()
+{
     const PickListControls controls = session_.pick_work.list_controls();
-    for (QWidget* const control : editing_) control->setEnabled(controls.editing_enabled);
+    const bool has_several = chosen().size() > 1;
+    for (QWidget* const control : editing_) control->setEnabled(controls.editing_enabled || has_several);
+    for (QWidget* const control : editing_one_) control->setEnabled(controls.editing_enabled);
     write_list_->setEnabled(controls.writing_enabled);
 }
 
 void PickListForm::save_edit()
 {
     PickWorkflow& work = session_.pick_work;
+    const std::vector<std::int32_t> rows = chosen();
+    if (rows.size() > 1) {
+        work.set_types(rows, to_utf8(type_->text()));
+        return;
+    }
     const PickTexts shown = work.Command_cancel_edit();
     const PickTexts wanted = {edited_text(*name_, shown.name), edited_text(*id_, shown.id),
                               edited_text(*type_, shown.type)};
@@ -205,7 +259,23 @@ void PickListForm::cancel_edit()
 
 void PickListForm::delete_pick()
 {
-    session_.pick_work.Command_delete_selected_pick(indexed_track(session_.survey));
+    const std::vector<std::int32_t> rows = chosen();
+    if (rows.size() > 1) {
+        session_.pick_work.delete_picks(rows, indexed_track(session_.survey));
+    } else {
+        session_.pick_work.Command_delete_selected_pick(indexed_track(session_.survey));
+    }
+}
+
+void PickListForm::reject()
+{
+    const PickWorkflow& work = session_.pick_work;
+    const PickTexts shown = work.Command_cancel_edit();
+    const std::string remark = work.remark_of(work.edited_pick());
+    const bool is_edited = PickTexts{edited_text(*name_, shown.name), edited_text(*id_, shown.id),
+                                     edited_text(*type_, shown.type)} != shown ||
+                           edited_text(*remark_, remark) != remark;
+    if (!is_edited || op_.ask_before_loss(kLossQuestion)) QDialog::reject();
 }
 
 } // namespace tarvo

@@ -1,6 +1,7 @@
 #include "app/dialogs/pick_list_model.h"
 
 #include "app/common/texts.h"
+#include "text/numbers.h"
 
 #include <QFont>
 
@@ -9,8 +10,8 @@
 
 namespace tarvo {
 
-PickListModel::PickListModel(const PickList& picks, const std::int32_t& current_pick, Operator& op, QObject* parent)
-    : QAbstractTableModel(parent), picks_(picks), current_pick_(current_pick), op_(op)
+PickListModel::PickListModel(const SurveyState& survey, Operator& op, QObject* parent)
+    : QAbstractTableModel(parent), survey_(survey), op_(op)
 {
     show_list();
 }
@@ -18,15 +19,61 @@ PickListModel::PickListModel(const PickList& picks, const std::int32_t& current_
 void PickListModel::show_list()
 {
     beginResetModel();
-    grid_ = pick_grid(picks_, op_);
-    if (sorted_column_ >= 0 && sorted_column_ < kFitColumn) {
-        order_ = sorted_picks(picks_, static_cast<PickColumn>(sorted_column_),
-                              sort_order_ == Qt::AscendingOrder ? SortOrder::rising : SortOrder::falling);
-    } else {
-        order_.resize(static_cast<std::size_t>(picks_.number_of_picks));
-        std::iota(order_.begin(), order_.end(), 1);
-    }
+    grid_ = pick_grid(survey_.picks, op_);
+    types_ = pick_types_of(survey_.pick_settings.PickTypeNames);
+    order_ = filtered_picks(survey_.picks, survey_.processing.lines, types_, filter_, all_in_order());
     endResetModel();
+}
+
+std::vector<std::int32_t> PickListModel::all_in_order() const
+{
+    if (sorted_column_ >= 0 && sorted_column_ < kFitColumn) {
+        return sorted_picks(survey_.picks, static_cast<PickColumn>(sorted_column_),
+                            sort_order_ == Qt::AscendingOrder ? SortOrder::rising : SortOrder::falling);
+    }
+    std::vector<std::int32_t> order(static_cast<std::size_t>(survey_.picks.number_of_picks));
+    std::iota(order.begin(), order.end(), 1);
+    if (sorted_column_ < 0) return order;
+    std::vector<std::pair<double, std::string>> keys(order.size() + 1); // by pick
+    for (const std::int32_t pick : order) {
+        const std::string shown = further_text(pick, sorted_column_);
+        keys[static_cast<std::size_t>(pick)] = {numeric_value(shown).value_or(kNull), shown};
+    }
+    std::stable_sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
+        const auto& first = keys[static_cast<std::size_t>(a)];
+        const auto& second = keys[static_cast<std::size_t>(b)];
+        return sort_order_ == Qt::AscendingOrder ? first < second : second < first;
+    });
+    return order;
+}
+
+void PickListModel::set_filter(const PickFilter& filter)
+{
+    filter_ = filter;
+    show_list();
+}
+
+// Of the columns behind those of the list.
+std::string PickListModel::further_text(std::int32_t pick, int column) const
+{
+    const PickList& picks = survey_.picks;
+    const auto at = static_cast<std::size_t>(pick);
+    switch (column) {
+    case kFitColumn: return fit_summary_ ? fit_summary_(pick) : std::string();
+    case kRemarkColumn: {
+        const auto remark = picks.remarks.find(picks.pick_names[at]);
+        return remark == picks.remarks.end() ? std::string() : remark->second;
+    }
+    case kTypeNameColumn: return pick_type_name(types_, picks.pick_types[at]);
+    case kLineColumn: return line_of_pick(picks, pick, survey_.processing.lines);
+    default: return {};
+    }
+}
+
+std::string PickListModel::text(std::int32_t pick, int column) const
+{
+    if (column >= kFitColumn) return further_text(pick, column);
+    return grid_[static_cast<std::size_t>(pick)][static_cast<std::size_t>(column)];
 }
 
 std::int32_t PickListModel::pick_of_row(int row) const
@@ -47,27 +94,18 @@ int PickListModel::rowCount(const QModelIndex& parent) const
 
 int PickListModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : kRemarkColumn + 1;
+    return parent.isValid() ? 0 : kColumns;
 }
 
 QVariant PickListModel::data(const QModelIndex& index, int role) const
 {
-    const auto pick = static_cast<std::size_t>(pick_of_row(index.row()));
-    if (pick == 0 || pick >= grid_.size()) return {};
-    const auto column = static_cast<std::size_t>(index.column());
-    if (index.column() == kFitColumn && role == Qt::DisplayRole) {
-        return fit_summary_ ? to_qt(fit_summary_(static_cast<std::int32_t>(pick))) : QString();
-    }
-    if (index.column() == kRemarkColumn && role == Qt::DisplayRole) {
-        const auto remark = picks_.remarks.find(picks_.pick_names[pick]);
-        return remark == picks_.remarks.end() ? QString() : to_qt(remark->second);
-    }
-    if (index.column() >= kFitColumn && role == Qt::TextAlignmentRole) return {};
-    if (role == Qt::DisplayRole) return to_qt(grid_[pick][column]);
-    if (role == Qt::TextAlignmentRole && static_cast<PickColumn>(column) != PickColumn::name) {
-        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
-    }
-    if (role == Qt::FontRole && static_cast<std::int32_t>(pick) == current_pick_) {
+    const std::int32_t pick = pick_of_row(index.row());
+    if (pick == 0 || static_cast<std::size_t>(pick) >= grid_.size()) return {};
+    const bool is_text = index.column() == static_cast<int>(PickColumn::name) || index.column() == kTypeNameColumn ||
+                         index.column() == kFitColumn || index.column() == kRemarkColumn;
+    if (role == Qt::DisplayRole) return to_qt(text(pick, index.column()));
+    if (role == Qt::TextAlignmentRole && !is_text) return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == Qt::FontRole && pick == survey_.current_pick) {
         QFont font;
         font.setBold(true);
         return font;
@@ -81,6 +119,8 @@ QVariant PickListModel::headerData(int section, Qt::Orientation orientation, int
     if (orientation == Qt::Vertical) return pick_of_row(section); // its number in the list
     if (section == kFitColumn) return tr("Fit");
     if (section == kRemarkColumn) return tr("Remark");
+    if (section == kTypeNameColumn) return tr("Type name");
+    if (section == kLineColumn) return tr("Line");
     return to_qt(grid_[0][static_cast<std::size_t>(section)]);
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "app/dialogs/loss_question.h"
 #include "app/dialogs/residual_page.h"
 #include "session/settings_table.h"
 #include "survey/survey_residual.h"
@@ -46,7 +47,7 @@ ProcessingForm::ProcessingForm(SurveyState& survey, Operator& op, QWidget* paren
     cancel->setToolTip(tr("Close without change"));
     cancel->setAutoDefault(false);
     connect(done, &QPushButton::clicked, this, &ProcessingForm::done_pressed);
-    connect(cancel, &QPushButton::clicked, this, &ProcessingForm::reject);
+    connect(cancel, &QPushButton::clicked, this, [this] { QDialog::reject(); });
     auto* const buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(done);
@@ -56,6 +57,12 @@ ProcessingForm::ProcessingForm(SurveyState& survey, Operator& op, QWidget* paren
     layout->addWidget(pages);
     layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+    opened_ = page();
+}
+
+void ProcessingForm::reject()
+{
+    if (page() == opened_ || op_.ask_before_loss(kLossQuestion)) QDialog::reject();
 }
 
 QWidget* ProcessingForm::make_parameters()

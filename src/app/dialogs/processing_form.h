@@ -26,6 +26,8 @@ public:
     // What has to follow, once the dialog was accepted.
     const ProcessingChanges& changes() const { return changes_; }
 
+    void reject() override; // Esc and the window's own button ask before what was typed is lost
+
 private:
     struct Box {
         const Setting* setting;
@@ -47,6 +49,7 @@ private:
     Operator& op_;
     ProcessingChanges changes_;
     std::vector<Box> boxes_;
+    ProcessingPage opened_; // what the boxes held at first
     ResidualPage* residual_ = nullptr;
 };
 

@@ -39,31 +39,37 @@ void ColourBar::paintEvent(QPaintEvent*)
                  static_cast<qsizetype>(picture.width()) * 4, QImage::Format_RGB32);
     image.setDevicePixelRatio(devicePixelRatioF());
     painter.drawImage(0, 0, image);
-    if (has_cursor) {
+    if (cursor >= 0 && cursor <= 1) {
+        const int x = static_cast<int>(cursor * width());
         painter.setPen(Qt::white); // in step with the graphs' cursor
-        painter.drawLine(width() / 2, 0, width() / 2, height());
+        painter.drawLine(x, 0, x, height());
     }
     static const PickLineColours kOverColours = {QColor(200, 200, 200), Qt::white, Qt::black};
     draw_pick_lines(painter, rect(), picks, kOverColours);
-    if (has_names) draw_pick_line_names(painter, rect(), picks, kOverColours);
+    draw_pick_names(painter, names(), kOverColours);
 }
 
 void ColourBar::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton || width() < 1) return;
-    const double x = event->position().x();
-    if (const std::int32_t pick = pick_at_x(picks, x); pick > 0) {
+    if (const std::int32_t pick = pick_at(picks, names(), event->position()); pick > 0) {
         emit pick_clicked(pick);
     } else {
-        emit clicked(x / width());
+        emit clicked(event->position().x() / width());
     }
+}
+
+std::vector<PickName> ColourBar::names() const
+{
+    return has_names ? pick_names(rect(), picks, fontMetrics()) : std::vector<PickName>();
 }
 
 ColourBarPanel::ColourBarPanel(SurveyView& view, QWidget* parent)
     : QWidget(parent), view_(view), lines_(new QVBoxLayout(this))
 {
     setObjectName(QStringLiteral("Frame_colour_bars"));
-    setFocusPolicy(Qt::ClickFocus); // for the pick keys
+    setFocusPolicy(Qt::StrongFocus); // for the pick keys
+    setAccessibleName(tr("Colour bars"));
     lines_->setContentsMargins(0, 2, 0, 2);
     lines_->setSpacing(2);
     connect(&view_, &SurveyView::values_changed, this, &ColourBarPanel::refresh);
@@ -150,24 +156,26 @@ void ColourBarPanel::draw_bars()
         ColourBar& bar = *rows_[sensor - 1].bar;
         bar.picture = std::move(bars[sensor]);
         if (rows_[sensor - 1].hidden->isChecked()) clear(bar.picture);
-        bar.has_cursor = middle > 0 && !view_.is_running();
-        bar.picks = pick_lines(survey, shown_stretch(), 0, bar.width());
+        bar.cursor = cursor_share(survey);
+        bar.picks = pick_lines(survey, view_.shown_stretch(), 0, bar.width());
         bar.has_names = sensor == 1; // the lines of all bars stand below each other
         bar.update();
     }
 }
 
-DistanceRange ColourBarPanel::shown_stretch() const
+// Where the current point is in the bars, from the left; outside 0 to 1: nowhere.
+double ColourBarPanel::cursor_share(const SurveyState& survey) const
 {
-    const SurveyState& survey = view_.survey();
-    return distance_range_about(track_table(survey.processing.store), view_.middle_record(),
-                                survey.display_settings.track_axis_length);
+    const std::int32_t current = survey.track_image.current_record;
+    if (view_.shows_newest() || current < 1 || current > survey.processing.store.RecordCount) return -1;
+    const DistanceRange shown = view_.shown_stretch();
+    return (survey.processing.store.distance[current] - shown.from) / shown.length();
 }
 
 void ColourBarPanel::choose_point(double share)
 {
     const TrackTable track = track_table(view_.survey().processing.store);
-    const DistanceRange range = shown_stretch();
+    const DistanceRange range = view_.shown_stretch();
     if (!(range.length() > 0)) return;
     const double distance = range.from + share * range.length();
     view_.make_current(calculate_track_index_from_distance(track, distance, 1, view_.op()), Recentre::yes);

@@ -20,8 +20,8 @@ class ColourBar : public QWidget {
 public:
     ColourBar(int sensor, QWidget* parent = nullptr);
 
-    Picture picture;         // device pixels, the core's
-    bool has_cursor = false; // the middle is the current point
+    Picture picture;    // device pixels, the core's
+    double cursor = -1; // the current point, as a share of the width
     std::vector<PickLine> picks;
     bool has_names = false; // of the picks
     QSize pixel_size() const;
@@ -35,6 +35,9 @@ signals:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    std::vector<PickName> names() const;
 };
 
 // The sensors' colour bars, one below the other, each with a check box that shows or hides the sensor in bars and
@@ -64,7 +67,7 @@ private:
     };
     void fit_sensors(int count);
     void draw_bars();
-    DistanceRange shown_stretch() const;
+    double cursor_share(const SurveyState& survey) const;
 
     bool locked_ = false;
     void choose_point(double share);

@@ -15,6 +15,12 @@
 
 namespace tarvo {
 
+namespace {
+
+constexpr int kNoteTime = 4000; // milliseconds
+
+} // namespace
+
 HintBar::HintBar(QWidget* parent) : QFrame(parent), layout_(new QVBoxLayout(this))
 {
     setObjectName(QStringLiteral("Frame_hints"));
@@ -26,6 +32,9 @@ HintBar::HintBar(QWidget* parent) : QFrame(parent), layout_(new QVBoxLayout(this
     layout_->setContentsMargins(6, 2, 6, 2);
     layout_->setSpacing(2);
     hide();
+    note_timer_.setSingleShot(true);
+    note_timer_.setInterval(kNoteTime);
+    connect(&note_timer_, &QTimer::timeout, this, [this] { show_hint(QStringLiteral("note"), {}); });
     parent->installEventFilter(this);
 }
 
@@ -91,6 +100,12 @@ void HintBar::show_hint(const QString& name, const QString& text, const Action& 
     lie_on_upper_edge();
     show();
     raise();
+}
+
+void HintBar::show_note(const QString& text)
+{
+    show_hint(QStringLiteral("note"), text);
+    note_timer_.start();
 }
 
 void HintBar::clear_hints()

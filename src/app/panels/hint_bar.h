@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFrame>
+#include <QTimer>
 
 #include <functional>
 #include <map>
@@ -25,6 +26,7 @@ public:
     // The hint of this name, in place of an earlier one; an empty text takes it away.
     void show_hint(const QString& name, const QString& text, const Action& action = {});
     void clear_hints();
+    void show_note(const QString& text); // goes by itself after a moment
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -34,6 +36,7 @@ private:
     void lie_on_upper_edge();
 
     std::map<QString, QWidget*> rows_;
+    QTimer note_timer_;
     QVBoxLayout* layout_;
 };
 

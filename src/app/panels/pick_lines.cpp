@@ -52,24 +52,39 @@ void draw_pick_lines(QPainter& painter, const QRect& area, const std::vector<Pic
     }
 }
 
-void draw_pick_line_names(QPainter& painter, const QRect& area, const std::vector<PickLine>& lines,
-                          const PickLineColours& colours)
+std::vector<PickName> pick_names(const QRect& area, const std::vector<PickLine>& lines, const QFontMetrics& metrics)
 {
-    const QFontMetrics metrics = painter.fontMetrics();
-    std::vector<QString> names;
+    std::vector<QString> texts;
     std::vector<LabelWish> wishes;
     const int height = std::min(metrics.height(), area.height()); // of the one row of names
     for (const PickLine& line : lines) {
-        names.push_back(metrics.elidedText(line.name, Qt::ElideRight, kLongestPickName));
+        texts.push_back(metrics.elidedText(line.name, Qt::ElideRight, kLongestPickName));
         wishes.push_back({static_cast<int>(std::lround(line.x)) - area.left(), height / 2,
-                          metrics.horizontalAdvance(names.back()) + 2, height, line.is_current});
+                          metrics.horizontalAdvance(texts.back()) + 2, height, line.is_current});
     }
     const auto places = arrange_labels(wishes, area.width(), height, 1);
+    std::vector<PickName> names;
     for (std::size_t at = 0; at < wishes.size(); ++at) {
         if (!places[at]) continue;
         const QRect box(area.left() + places[at]->left, area.top() + places[at]->top, places[at]->width,
                         places[at]->height);
-        draw_outlined(painter, box, Qt::AlignCenter, names[at], lines[at].is_current ? colours.current : colours.line,
+        names.push_back({lines[at].pick, texts[at], box, lines[at].is_current});
+    }
+    return names;
+}
+
+std::int32_t pick_at(const std::vector<PickLine>& lines, const std::vector<PickName>& names, const QPointF& place)
+{
+    for (const PickName& name : names) {
+        if (name.box.contains(place.toPoint())) return name.pick;
+    }
+    return pick_at_x(lines, place.x());
+}
+
+void draw_pick_names(QPainter& painter, const std::vector<PickName>& names, const PickLineColours& colours)
+{
+    for (const PickName& name : names) {
+        draw_outlined(painter, name.box, Qt::AlignCenter, name.text, name.is_current ? colours.current : colours.line,
                       colours.edge);
     }
 }

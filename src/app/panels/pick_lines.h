@@ -4,6 +4,7 @@
 #include "survey/survey_state.h"
 
 #include <QColor>
+#include <QFontMetrics>
 #include <QRect>
 #include <QString>
 
@@ -28,6 +29,19 @@ std::vector<PickLine> pick_lines(const SurveyState& survey, const DistanceRange&
 // The pick whose line is nearest to x within a hand's reach; 0: none.
 std::int32_t pick_at_x(const std::vector<PickLine>& lines, double x);
 
+// A pick's name as it is drawn.
+struct PickName {
+    std::int32_t pick = 0;
+    QString text;
+    QRect box;
+    bool is_current = false;
+};
+// Along the upper edge of an area. Where picks are crowded, names are left out, the current one's last.
+std::vector<PickName> pick_names(const QRect& area, const std::vector<PickLine>& lines, const QFontMetrics& metrics);
+
+// The pick whose name or line is at a place; 0: none.
+std::int32_t pick_at(const std::vector<PickLine>& lines, const std::vector<PickName>& names, const QPointF& place);
+
 // How lines and names stand out from what is below them.
 struct PickLineColours {
     QColor line;
@@ -37,9 +51,7 @@ struct PickLineColours {
 
 void draw_pick_lines(QPainter& painter, const QRect& area, const std::vector<PickLine>& lines,
                      const PickLineColours& colours);
-// Along the upper edge of an area. Where picks are crowded, names are left out, the current one's last.
-void draw_pick_line_names(QPainter& painter, const QRect& area, const std::vector<PickLine>& lines,
-                          const PickLineColours& colours);
+void draw_pick_names(QPainter& painter, const std::vector<PickName>& names, const PickLineColours& colours);
 
 // Text with an edge of another colour, so that it can be read over anything.
 void draw_outlined(QPainter& painter, const QRect& area, int flags, const QString& text, const QColor& colour,

@@ -26,15 +26,21 @@ public:
         return pick_lines(survey_, {range.lower, range.upper}, rect_.left(), rect_.width());
     }
 
+    // As the painter of the plot, of the widget's font, has placed them.
+    std::vector<PickName> names(const QFontMetrics& metrics) const
+    {
+        if (!has_names_) return {};
+        return pick_names(rect_.rect().adjusted(0, 1, 0, 0), lines(), metrics);
+    }
+
     // A click is judged by the widget, as over the colour bars.
     double selectTest(const QPointF&, bool, QVariant*) const override { return -1; }
 
 protected:
     void draw(QCPPainter* painter) override
     {
-        const std::vector<PickLine> shown = lines();
-        draw_pick_lines(*painter, rect_.rect(), shown, colours);
-        if (has_names_) draw_pick_line_names(*painter, rect_.rect().adjusted(0, 1, 0, 0), shown, colours);
+        draw_pick_lines(*painter, rect_.rect(), lines(), colours);
+        draw_pick_names(*painter, names(painter->fontMetrics()), colours);
     }
 
 private:

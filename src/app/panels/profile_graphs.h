@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/panels/survey_view.h"
-#include "display/profile_axes.h"
+#include "display/profile_heights.h"
 
 #include <QWidget>
 
@@ -15,9 +15,11 @@ class QCPAxisRect;
 class QCPGraph;
 class QCPItemRect;
 class QCPItemStraightLine;
+class QCPItemText;
 class QToolButton;
 class QCustomPlot;
 class QComboBox;
+class QLayout;
 class QMouseEvent;
 class QWheelEvent;
 
@@ -42,7 +44,7 @@ public:
     void set_locked(bool locked); // its controls, by an open pipe
 
     void refresh();                // ranges and curves
-    void show_whole_range();       // zoom and pan back to the current point
+    void show_whole_range();       // the heights as they are kept, and in a run back to the newest record
     void fit_heights(bool fitted); // to the curves in view, from now on
 
 signals:
@@ -51,45 +53,55 @@ signals:
 protected:
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     // One of the three plots.
     struct Plot {
         QCPAxisRect* rect = nullptr;
         QCPItemStraightLine* cursor = nullptr;
+        QCPItemStraightLine* pointer = nullptr;
+        QCPItemText* reading = nullptr; // at the pointer
         PickLinesItem* picks = nullptr;
         std::vector<QCPGraph*> graphs;
         ValueAxis values;
-        ValueExtent curves; // the drawn ones
+        ValueExtent curves; // that its heights are fitted to
     };
     enum PlotIndex : std::size_t { kQuantity, kField, kVertical };
 
+    QLayout* make_tools();
     void make_plots();
+    void make_plot(PlotIndex which, const QString& unit);
+    void make_legend();
     void apply_palette();
     void fit_graphs(Plot& plot, std::size_t count);
     void fill_quantity_plot(Plot& plot);
     void fill_field_plot(Plot& plot);
     void cover_line_ends();
     void draw_thresholds();
-    void fill_curves(Plot& plot, std::span<const double* const> columns, std::int32_t count);
+    void fill_curves(Plot& plot, std::span<const double* const> columns, std::int32_t count, HeightsOf of);
     void fill_vertical_plot(Plot& plot);
     void label_vertical_plot();
-    ValueExtent set_curve(QCPGraph& graph, const double* values, std::int32_t count);
+    std::vector<double> set_curve(QCPGraph& graph, const double* values, std::int32_t count);
     static void show_values(Plot& plot, double tick_step);
     void go_back();
     void place_cursors();
+    void show_reading(double distance);
+    void hide_reading();
+    void show_legend(bool shown);
 
-    DistanceRange view_range() const;
     Plot* plot_at(const QPointF& position);
     double distance_at(const QPointF& position) const;
     void turn_wheel(QWheelEvent* event);
     void press(QMouseEvent* event);
     void move(QMouseEvent* event);
     void release(QMouseEvent* event);
+    void look_at(double distance);
 
     SurveyView& view_;
     QCustomPlot* plot_;
     QComboBox* length_;
+    QToolButton* whole_line_;
     QToolButton* fit_;
     std::array<Plot, 3> plots_;
     std::function<bool(int)> is_shown_;
@@ -98,12 +110,12 @@ private:
     std::vector<QCPItemRect*> line_ends_;          // of the residual
     std::vector<QCPItemStraightLine*> thresholds_; // likewise
     std::function<std::optional<double>()> threshold_;
-    ProfileStretch stretch_;
-    QString vertical_label_; // where there is room for it
+    std::vector<QCPItemText*> legend_; // of the heights: depth, elevation
+    QString vertical_label_;           // where there is room for it
     bool pressed_ = false;
     bool dragged_ = false;
     double pressed_x_ = 0;
-    double last_x_ = 0;
+    double pressed_distance_ = 0;          // that was in the middle then, metres
     std::int32_t record_before_click_ = 0; // the current one
 };
 

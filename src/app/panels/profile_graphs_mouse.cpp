@@ -1,7 +1,9 @@
 // What the mouse does over the profiles.
 
+#include "app/common/texts.h"
 #include "app/panels/pick_lines_item.h"
 #include "app/panels/profile_graphs.h"
+#include "survey/graph_readings.h"
 
 #include <cmath>
 
@@ -27,7 +29,7 @@ void ProfileGraphs::turn_wheel(QWheelEvent* event)
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
         if (Plot* const plot = plot_at(event->position())) plot->values.zoom(factor);
     } else {
-        stretch_.zoom(view_range(), distance_at(event->position()), factor);
+        view_.zoom_section(factor);
     }
     refresh();
     event->accept();
@@ -38,18 +40,25 @@ void ProfileGraphs::press(QMouseEvent* event)
     if (event->button() != Qt::LeftButton) return;
     pressed_ = true;
     dragged_ = false;
-    pressed_x_ = last_x_ = event->position().x();
+    pressed_x_ = event->position().x();
+    pressed_distance_ = view_.shown_stretch().middle();
 }
 
 void ProfileGraphs::move(QMouseEvent* event)
 {
+    show_reading(distance_at(event->position()));
     if (!pressed_) return;
     const double x = event->position().x();
     dragged_ |= std::abs(x - pressed_x_) >= QApplication::startDragDistance();
-    if (!dragged_) return;
-    stretch_.move(distance_at({last_x_, 0}) - distance_at({x, 0}));
-    last_x_ = x;
-    refresh();
+    if (dragged_) look_at(pressed_distance_ + distance_at({pressed_x_, 0}) - distance_at({x, 0}));
+}
+
+// Brings a distance along the track to the middle of graphs and bars.
+void ProfileGraphs::look_at(double distance)
+{
+    const TrackTable track = track_table(view_.survey().processing.store);
+    const std::int32_t record = calculate_track_index_from_distance(track, distance, 1, view_.op());
+    if (record > 0) view_.hold_middle(record);
 }
 
 void ProfileGraphs::release(QMouseEvent* event)
@@ -59,7 +68,8 @@ void ProfileGraphs::release(QMouseEvent* event)
     record_before_click_ = 0;
     if (dragged_) return;
     record_before_click_ = view_.survey().track_image.current_record;
-    if (const std::int32_t pick = pick_at_x(plots_[kQuantity].picks->lines(), event->position().x()); pick > 0) {
+    const PickLinesItem& picks = *plots_[kQuantity].picks;
+    if (const std::int32_t pick = pick_at(picks.lines(), picks.names(fontMetrics()), event->position()); pick > 0) {
         emit pick_clicked(pick);
         return;
     }
@@ -67,6 +77,51 @@ void ProfileGraphs::release(QMouseEvent* event)
     const std::int32_t record =
         calculate_track_index_from_distance(track, distance_at(event->position()), 1, view_.op());
     if (record > 0) view_.make_current(record, Recentre::yes);
+}
+
+// What the curves show at the pointer, in each graph.
+void ProfileGraphs::show_reading(double distance)
+{
+    const SurveyState& survey = view_.survey();
+    const TrackTable track = track_table(survey.processing.store);
+    constexpr double kReach = 0.03; // of the shown length
+    const double length = view_.shown_stretch().length();
+    const std::int32_t record = record_near(track, distance, kReach * length);
+    const GraphReadings readings = graph_readings(survey, record, is_shown_);
+    const std::string* const texts[] = {&readings.quantity, &readings.field, &readings.heights};
+    for (std::size_t which = 0; which < plots_.size(); ++which) {
+        Plot& plot = plots_[which];
+        plot.reading->setText(to_qt(*texts[which]));
+        plot.reading->setVisible(!texts[which]->empty());
+        plot.pointer->setVisible(record > 0);
+        if (record < 1) continue;
+        plot.pointer->point1->setCoords(track.distance[record], 0);
+        plot.pointer->point2->setCoords(track.distance[record], 1);
+    }
+    show_legend(record < 1); // it is where the reading is, which has the names, too
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+void ProfileGraphs::show_legend(bool shown)
+{
+    const bool has_both = plots_[kVertical].graphs.size() == legend_.size();
+    for (QCPItemText* const text : legend_) text->setVisible(shown && has_both);
+}
+
+void ProfileGraphs::hide_reading()
+{
+    show_legend(true);
+    for (Plot& plot : plots_) {
+        plot.reading->setVisible(false);
+        plot.pointer->setVisible(false);
+    }
+    plot_->replot(QCustomPlot::rpQueuedReplot);
+}
+
+bool ProfileGraphs::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Leave) hide_reading();
+    return QWidget::eventFilter(watched, event);
 }
 
 // The first click of a double click has made another point current.

@@ -2,6 +2,7 @@
 
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "survey/survey_readings.h"
 #include "text/numbers.h"
 
 #include <QHBoxLayout>
@@ -58,7 +59,8 @@ RunStrip::RunStrip(QWidget* parent) : QWidget(parent), progress_(new QProgressBa
     short_lines_ = add_counter(*row, QStringLiteral("Text_num_short_lines"), {},
                                tr("Survey lines that were dropped, for they have too few samples: see Minimum line "
                                   "records in the processing parameters"));
-    line_ = add_counter(*row, QStringLiteral("Text_current_line"), {}, tr("The current survey line"));
+    line_ = add_counter(*row, QStringLiteral("Text_current_line"), {},
+                        tr("The survey line of the newest sample in a run, else of the current point"));
     show_counters({});
 }
 
@@ -92,9 +94,13 @@ void RunStrip::show_numbers(const RunCounters& counters)
     show_in_place(*not_averaged_, count_text(counters.lines_not_averaged));
     short_lines_->setVisible(counters.short_lines_dropped > 0);
     short_lines_->setText(tr("%1 short lines dropped").arg(count_text(counters.short_lines_dropped)));
-    const bool has_line = is_valid_channel(counters.current_line_number);
-    line_->setText(
-        tr("line %1").arg(has_line ? to_qt(format_fixed(counters.current_line_number, 0)) : QStringLiteral("\u2013")));
+    show_line(counters.current_line_number);
+}
+
+void RunStrip::show_line(double number)
+{
+    const bool has_line = is_valid_channel(number);
+    show_in_place(*line_, tr("line %1").arg(has_line ? to_qt(line_name(number)) : QStringLiteral("\u2013")));
 }
 
 void RunStrip::show_counters(const RunCounters& counters)

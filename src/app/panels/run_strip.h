@@ -21,6 +21,7 @@ public:
     explicit RunStrip(QWidget* parent = nullptr);
 
     void show_counters(const RunCounters& counters);
+    void show_line(double number);               // survey line of what is shown; kNull: none
     void show_totals(const RunCounters& totals); // of a finished run, whose own counters stand at 0
 
 private:

@@ -7,6 +7,8 @@
 #include "survey/ground_grid.h"
 #include "survey/survey_readings.h"
 
+#include <algorithm>
+
 namespace tarvo {
 
 SurveyView::SurveyView(SurveyState& survey, Operator& op, QObject* parent) : QObject(parent), survey_(survey), op_(op)
@@ -99,13 +101,32 @@ void SurveyView::pan_to(int position)
 {
     survey_.pan_range.position = position;
     HScroll_pan_change(survey_.track_image, scene(), position, survey_.pan_range.TrackSkip, op_);
-    emit current_record_changed();
+    take_current_record();
 }
 
 void SurveyView::make_current(std::int32_t record, Recentre recentre)
 {
     make_record_current(survey_.track_image, scene(), record, recentre, op_);
     survey_.pan_range.position = pan_position_of(survey_.track_image.current_record, survey_.pan_range.TrackSkip);
+    take_current_record();
+}
+
+void SurveyView::step_point(int records)
+{
+    const std::int32_t count = survey_.processing.store.RecordCount;
+    const std::int32_t current = survey_.track_image.current_record;
+    if (count > 0) make_current(std::clamp(current + records, 1, count), Recentre::yes);
+}
+
+// Bars, graphs and section go with the current point.
+void SurveyView::take_current_record()
+{
+    if (is_whole_line()) {
+        span_line_of(survey_.track_image.current_record);
+        show_section();
+    } else {
+        held_middle_ = 0;
+    }
     emit current_record_changed();
 }
 
@@ -157,8 +178,8 @@ void SurveyView::change_display_setting(const std::string& key, const QString& t
 
 SectionLimits SurveyView::current_section()
 {
-    const DisplaySettings& settings = survey_.display_settings;
-    return calculate_section_limits(scene().track, survey_.track_image.current_record, settings.track_axis_length, op_);
+    const std::int32_t middle = held_middle_ > 0 ? held_middle_ : survey_.track_image.current_record;
+    return calculate_section_limits(scene().track, middle, survey_.display_settings.track_axis_length, op_);
 }
 
 QString SurveyView::record_readout(std::int32_t record)
@@ -175,17 +196,87 @@ QString SurveyView::place_readout(const GridPlace& place)
     return to_qt(place_text(place) + (degrees.empty() ? "" : "   " + degrees));
 }
 
-void SurveyView::set_running(bool running)
+void SurveyView::show_section()
 {
+    survey_.track_image.section = current_section();
+    update_image_display(survey_.track_image, scene(), Redraw::as_needed, op_);
+    emit track_changed();
+    emit values_changed();
+    emit settings_changed();
+}
+
+void SurveyView::set_running(bool running, bool paused)
+{
+    const bool was_newest = shows_newest();
+    if (running != running_) {
+        show_whole_line(false);
+        held_middle_ = 0;
+    }
     running_ = running;
+    paused_ = paused;
+    if (was_newest != shows_newest()) emit values_changed();
+}
+
+bool SurveyView::shows_newest() const
+{
+    return running_ && held_middle_ == 0 && (!paused_ || survey_.track_image.current_record == 0);
 }
 
 std::int32_t SurveyView::middle_record() const
 {
-    if (running_) {
-        return record_behind_newest(track_table(survey_.processing.store), survey_.display_settings.track_axis_length);
+    if (held_middle_ > 0 && held_middle_ <= survey_.processing.store.RecordCount) return held_middle_;
+    if (!shows_newest()) return survey_.track_image.current_record;
+    return record_behind_newest(track_table(survey_.processing.store), survey_.display_settings.track_axis_length);
+}
+
+DistanceRange SurveyView::shown_stretch() const
+{
+    return section_about(track_table(survey_.processing.store), middle_record(),
+                         survey_.display_settings.track_axis_length);
+}
+
+void SurveyView::hold_middle(std::int32_t record)
+{
+    if (record == held_middle_) return;
+    held_middle_ = record;
+    show_section();
+}
+
+void SurveyView::zoom_section(double factor)
+{
+    float& length = survey_.display_settings.track_axis_length;
+    length = static_cast<float>(zoomed_section_length(length, factor));
+    length_before_.reset();
+    show_section();
+}
+
+void SurveyView::show_whole_line(bool whole)
+{
+    if (whole == is_whole_line()) return;
+    if (whole && middle_record() < 1) {
+        emit values_changed(); // the button goes back
+        return;
     }
-    return survey_.track_image.current_record;
+    float& length = survey_.display_settings.track_axis_length;
+    if (whole) {
+        const std::int32_t record = middle_record();
+        length_before_ = length;
+        span_line_of(record);
+    } else {
+        length = *length_before_;
+        length_before_.reset();
+        held_middle_ = 0;
+    }
+    show_section();
+}
+
+void SurveyView::span_line_of(std::int32_t record)
+{
+    const TrackTable track = scene().track;
+    const DistanceRange line = line_stretch(track, survey_.processing.lines, record);
+    if (!(line.length() > 0)) return;
+    survey_.display_settings.track_axis_length = static_cast<float>(zoomed_section_length(1, line.length()));
+    held_middle_ = calculate_track_index_from_distance(track, line.middle(), 1, op_);
 }
 
 void SurveyView::show_new_pick_marker(const GridPlace& place, std::int32_t record)

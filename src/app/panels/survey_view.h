@@ -1,12 +1,14 @@
 #pragma once
 
-#include "display/profile_window.h"
+#include "display/profile_axes.h"
 #include "display/track_navigation.h"
 #include "survey/position_readout.h"
 #include "survey/survey_state.h"
 
 #include <QObject>
 #include <QString>
+
+#include <optional>
 
 namespace tarvo {
 
@@ -45,6 +47,7 @@ public:
     // The current point. Positions are those of HScroll_pan.
     void pan_to(int position);
     void make_current(std::int32_t record, Recentre recentre);
+    void step_point(int records); // along the track, to its ends
 
     // The displayed quantity and its colours, by their keys. One that the survey cannot give is told and not shown.
     void choose_quantity(const QString& key);
@@ -64,9 +67,22 @@ public:
     PositionTexts position_texts(const GridPlace& place) { return readout_.texts(survey_, place); }
 
     // While a run goes on, bars and graphs end at the newest record; else they are about the current one.
-    void set_running(bool running);
+    // In the pauses of a replay the point that the operator has chosen counts again.
+    void set_running(bool running, bool paused);
     bool is_running() const { return running_; }
+    bool shows_newest() const;          // the middle of bars and graphs goes with the newest record
     std::int32_t middle_record() const; // of bars and graphs; 0: none
+    // Holds bars, graphs and highlighted section about a record, wherever the current point or the newest record is,
+    // until another point becomes current; 0: lets them go back.
+    void hold_middle(std::int32_t record);
+    // Holds them about the whole survey line of the current point, or of what is in their middle, and goes with that
+    // point to another line; off: as long as before, about the current point.
+    void show_whole_line(bool whole);
+    bool is_whole_line() const { return length_before_.has_value(); }
+
+    // What bars and graphs show of the track, as long as the highlighted section; and that length, times a factor.
+    DistanceRange shown_stretch() const;
+    void zoom_section(double factor);
 
     // The ring that offers the place of a new pick.
     void show_new_pick_marker(const GridPlace& place, std::int32_t record);
@@ -88,15 +104,22 @@ signals:
     void values_changed();         // stored samples, ranges or sensors
     void planned_line_changed();   // its text
     void ranges_changed();         // display settings, to be kept
+    void settings_changed();       // others that are to be kept
 
 private:
     TrackScene scene() const { return track_scene(survey_); }
     SectionLimits current_section();
+    void take_current_record();
+    void span_line_of(std::int32_t record);
+    void show_section();
     void show_changed_colours();
 
     SurveyState& survey_;
     Operator& op_;
     bool running_ = false;
+    bool paused_ = false;
+    std::int32_t held_middle_ = 0;       // record; 0: not held
+    std::optional<float> length_before_; // of the section, while a whole line is shown
     QString planned_line_text_;
     PositionReadout readout_;
 };

@@ -120,15 +120,6 @@ void draw_pick_names(QPainter& painter, const QRect& area, double pixel_ratio, c
     }
 }
 
-QString invitation(const SurveyState& survey)
-{
-    if (survey.data_file_name.empty()) {
-        return QCoreApplication::translate("Track", "Open a survey data file, or drop one here");
-    }
-    return QCoreApplication::translate(
-        "Track", "Run > Start load (F5) shows the track, Run > Start replay (F6) how it was made");
-}
-
 } // namespace
 
 QColor lettering_colour(const QPalette& palette)
@@ -140,11 +131,7 @@ QColor lettering_colour(const QPalette& palette)
 void draw_track_lettering(QPainter& painter, const QRect& area, double pixel_ratio, const SurveyState& survey,
                           const QColor& ink)
 {
-    if (survey.processing.store.RecordCount < 1) {
-        if (survey.processing.lines_read > 0) return; // a run has only begun
-        draw_outlined(painter, area, Qt::AlignCenter | Qt::TextWordWrap, invitation(survey), QColor(190, 190, 190));
-        return;
-    }
+    if (survey.processing.store.RecordCount < 1) return;
     const PixelTransform transform = active_transform(survey.track_image);
     draw_pick_names(painter, area, pixel_ratio, survey, ink);
     draw_scale_bar(painter, area, pixel_ratio / (transform.scale * transform.zoom), ink);

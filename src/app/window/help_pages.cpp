@@ -74,14 +74,16 @@ void show_about_box(QWidget* window)
 
 void show_shortcuts_page(const std::vector<ShortcutLine>& keys, QWidget* window)
 {
-    constexpr std::array<std::array<const char*, 2>, 8> kMouse = {
+    constexpr std::array<std::array<const char*, 2>, 10> kMouse = {
         {{"Wheel on the track", "Zoom about the pointer; the keys + and - about the middle"},
          {"Drag", "Move the enlarged track"},
          {"Click", "Make the nearest point current"},
          {"Double click on the track", "Mark a pick there"},
-         {"Wheel on graphs", "Zoom along the track"},
+         {"Wheel on graphs", "Length of graphs, bars and highlighted section"},
          {"Ctrl+Wheel on graphs", "Zoom the values"},
-         {"Double click on graphs", "Back to the current point"},
+         {"Drag on graphs", "Move graphs, bars and highlighted section along the track"},
+         {"Double click on graphs", "Back to the current point, or to the newest one in a run"},
+         {"Tab, Shift+Tab", "To the next control, and back"},
          {"Click on a pick's name", "Choose the pick"}}};
     QDialog dialog(window);
     dialog.setObjectName(QStringLiteral("Form_shortcuts"));

@@ -15,6 +15,7 @@
 #include "survey/layer_files.h"
 #include "survey/survey_readings.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QDragEnterEvent>
@@ -41,10 +42,12 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     survey().projections = &projections_;
     boxes_.before_box = [this] { panels_.picks->stop_moving(); };
     boxes_.take_message = [this](const std::string& text) { return take_message_in_live_run(text); };
+    boxes_.take_note = [this](const std::string& text) { panels_.hints->show_note(to_qt(text)); };
     boxes_.take_warnings = [this](const Warnings& warnings) { take_warnings(warnings); };
     op_.is_told = [this](const std::string& text) { return is_in_live_run() && panels_.live->op().has_told(text); };
     read_settings(survey(), settings_);
 
+    qApp->installEventFilter(&manners_);
     make_panels();
     make_docks();
     make_menus();
@@ -205,6 +208,21 @@ void MainWindow::show_range_hint()
     panels_.hints->show_hint(QStringLiteral("range"), to_qt(missing.empty() ? range_hint(survey()) : missing),
                              missing.empty() ? HintBar::Action{tr("Fit"), [this] { view_.fit_range(); }}
                                              : HintBar::Action{});
+}
+
+// What leads on from an empty track.
+void MainWindow::take_track_step(TrackStep step)
+{
+    switch (step) {
+    case TrackStep::open_file: choose_file(); break;
+    case TrackStep::define_columns: session_.when_idle([this] { edit_definitions(); }); break;
+    case TrackStep::load:
+        press_start(StartButton::load_or_pause);
+        if (!range_hint(survey()).empty()) view_.fit_range();
+        break;
+    case TrackStep::list_rejected: show_rejected_lines(); break;
+    case TrackStep::none: break;
+    }
 }
 
 void MainWindow::show_run_controls(const RunControls& controls)

@@ -3,6 +3,7 @@
 #include "app/common/colour_schemes.h"
 #include "app/common/icons.h"
 #include "app/common/qt_operator.h"
+#include "app/common/window_manners.h"
 #include "app/panels/survey_view.h"
 #include "app/window/guide.h"
 #include "app/window/layer_show.h"
@@ -16,6 +17,7 @@
 #include "ports/settings_store.h"
 #include "session/message_log.h"
 #include "session/session.h"
+#include "survey/empty_track.h"
 #include "tools/common/projections_module.h"
 
 #include <QMainWindow>
@@ -94,6 +96,7 @@ private:
     void make_view_menu();
     void add_layout_menu(QMenu& menu);
     void add_colour_menu(QMenu& menu);
+    void add_point_menu(QMenu& menu);
     void choose_colours(ColourScheme scheme);
     void toggle_night();
     void add_recent_files(QMenu& menu);
@@ -109,6 +112,7 @@ private:
     void take_warnings(const Warnings& warnings);
     void show_finished_run_hints();
     void show_range_hint();
+    void take_track_step(TrackStep step);
     void show_run_controls(const RunControls& controls);
     QString stored(const char* key) const;
     void store(const char* key, const QString& value);
@@ -135,6 +139,7 @@ private:
     ColourSchemes colours_;
     ColourScheme day_colours_ = ColourScheme::system; // those that the night's give way to
 
+    WindowManners manners_; // of the program's windows
     QLabel* pointed_ = nullptr;
     QLabel* sender_text_ = nullptr; // a live survey's
 

@@ -9,6 +9,7 @@
 #include "app/panels/header_box.h"
 #include "app/panels/hint_bar.h"
 #include "app/panels/layer_panel.h"
+#include "app/panels/line_stack_panel.h"
 #include "app/panels/line_table_panel.h"
 #include "app/panels/live_panel.h"
 #include "app/panels/message_panel.h"
@@ -17,6 +18,7 @@
 #include "app/panels/quantity_bar.h"
 #include "app/panels/run_bar.h"
 #include "app/panels/run_strip.h"
+#include "app/panels/track_note.h"
 #include "app/panels/track_panel.h"
 #include "app/panels/track_widget.h"
 #include "app/window/main_window.h"
@@ -38,7 +40,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr int kLayoutVersion = 3; // of what is kept: a layout of other docks is not taken
+constexpr int kLayoutVersion = 4; // of what is kept: a layout of other docks is not taken
 
 } // namespace
 
@@ -77,6 +79,8 @@ void MainWindow::make_panels()
                                  {tr("All messages"), [this] { docks_.show("DisplayMessages"); }});
     };
     panels_.track = new TrackPanel(view_, icons_);
+    auto* const note = new TrackNote(view_, &panels_.track->track());
+    connect(note, &TrackNote::pressed, this, &MainWindow::take_track_step);
     panels_.hints = new HintBar(panels_.track);
     panels_.dials = new DialPanel;
     panels_.bars = new ColourBarPanel(view_);
@@ -111,6 +115,10 @@ void MainWindow::make_docks()
                                            {kBottom, 700, false},
                                            {kBottom, 700, false}});
     connect(&lines, &QDockWidget::visibilityChanged, &survey_tools_, &SurveyTools::show_survey);
+    auto* const stack = new LineStackPanel(view_);
+    stack->set_sensor_filter([this](int sensor) { return panels_.bars->is_sensor_shown(sensor); });
+    connect(panels_.bars, &ColourBarPanel::shown_sensors_changed, stack, &LineStackPanel::refresh);
+    docks_.add({"DisplayLinesBeside", tr("Lines &beside"), stack, {kBottom, 700, false}, {kRight, 260, false}});
     docks_.add({"DisplayMessages",
                 tr("&Messages"),
                 new MessagePanel(log_, op_, this),
@@ -215,6 +223,7 @@ void MainWindow::connect_panels()
     connect(&run_view_, &RunView::controls_changed, this, &MainWindow::show_run_controls);
     connect(&run_view_, &RunView::finished, this, &MainWindow::show_finished_run_hints);
     connect(&view_, &SurveyView::ranges_changed, this, &MainWindow::show_range_hint);
+    connect(&view_, &SurveyView::settings_changed, &settings_timer_, qOverload<>(&QTimer::start));
     connect(&run_view_, &RunView::finished, &survey_tools_, &SurveyTools::show_survey);
     connect(&run_view_, &RunView::cleared, &survey_tools_, &SurveyTools::show_survey);
     connect(&run_view_, &RunView::cleared, this, [this] {

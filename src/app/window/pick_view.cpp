@@ -139,6 +139,7 @@ void PickView::show_list()
         list_->set_fit_summary(fit_summary_);
         list_->setAttribute(Qt::WA_DeleteOnClose);
         connect(list_, &QObject::destroyed, this, [this] { list_ = nullptr; });
+        connect(list_, &PickListForm::type_names_changed, &view_, &SurveyView::settings_changed);
     }
     list_->show();
     list_->raise();
@@ -221,7 +222,7 @@ void PickView::show_sample(std::int32_t sample_index)
 
 void PickView::open_new_pick_dialog()
 {
-    NewPickForm form(session_.pick_work, session_.survey.picks, &window_);
+    NewPickForm form(session_.pick_work, session_.survey, op_, &window_);
     form.exec();
     window_.activateWindow(); // the form went together with the message over it
 }

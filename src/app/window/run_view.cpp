@@ -42,9 +42,10 @@ void RunView::cut_wait_short()
 // In a paused replay it is the clicked point, as without a run.
 void RunView::show_point_readings()
 {
-    if (view_.is_running() && !session_.driver.state().run_paused) return;
     const std::int32_t record = session_.survey.track_image.current_record;
+    if (view_.is_running() && (!session_.driver.state().run_paused || record == 0)) return;
     panels_.dials->show_readings(dial_readings_of_record(session_.survey, record));
+    panels_.run_strip->show_line(line_number_of_record(session_.survey.processing, record));
     emit point_text_changed(view_.record_readout(record));
 }
 
@@ -56,8 +57,12 @@ void RunView::show_controls(const RunControls& controls)
     panels_.bars->set_locked(!controls.profile_controls_enabled);
     panels_.graphs->set_locked(!controls.profile_controls_enabled);
     panels_.picks->set_moving_locked(!controls.moving_anomalies_enabled);
-    view_.set_running(state.any_run_active());
+    view_.set_running(state.any_run_active(), state.run_paused);
     emit controls_changed(controls);
+    if (state.run_paused) {
+        refresh_frame(); // what the pause stands at
+        show_point_readings();
+    }
     if (session_.driver.is_finishing()) return; // the timer shows how far it has come
     if (!state.any_run_active()) {
         frame_timer_.stop();
@@ -153,9 +158,9 @@ void RunView::show_finished_run()
 {
     const SurveyState& survey = session_.survey;
     const std::int32_t records = survey.processing.store.RecordCount;
+    panels_.run_strip->show_totals(session_.driver.counters());
     if (records > 0) view_.make_current(is_load_ ? (records + 1) / 2 : records, Recentre::no);
     panels_.header->show_survey(survey);
-    panels_.run_strip->show_totals(session_.driver.counters());
     view_.announce(); // the core has drawn the track
     emit finished();
 }

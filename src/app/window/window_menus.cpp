@@ -9,6 +9,7 @@
 #include "app/panels/track_widget.h"
 #include "app/window/help_pages.h"
 #include "app/window/main_window.h"
+#include "app/window/system_report.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -83,6 +84,8 @@ void MainWindow::make_menus()
                         tr("The guide's page about what has the keyboard")},
                        {"menu_shortcuts", tr("&Keyboard and mouse"), "Shift+F1", Needs::nothing,
                         [this] { show_shortcuts_page(actions_.shortcuts(), this); }, tr("This page")},
+                       {"menu_system_report", tr("&System report..."), "", Needs::nothing,
+                        [this] { show_system_report(survey(), log_, op_, this); }},
                        {"menu_about", tr("&About Tarvo"), "", Needs::nothing, [this] { show_about_box(this); }}});
 }
 
@@ -120,6 +123,8 @@ void MainWindow::make_pick_menu()
          {"menu_display_pick_list", tr("Pick &list..."), "Ctrl+L", Needs::nothing, [this] { pick_view_.show_list(); }},
          {"menu_read_pick_list", tr("&Read a pick list..."), "", Needs::nothing,
           [this] { session_.pick_work.menu_read_list(indexed_track(survey())); }},
+         {"menu_save_picks_as", tr("&Save picks as..."), "", Needs::nothing,
+          [this] { session_.pick_work.menu_write_list_as(); }},
          {},
          {"menu_undo_pick", tr("&Undo"), "Ctrl+Z", Needs::nothing, [this] { pick_view_.undo(); },
           tr("Undo the last move, edit or deletion of a pick")},
@@ -169,6 +174,7 @@ void MainWindow::make_view_menu()
                            {"menu_rejected_lines", tr("&Rejected lines..."), "", Needs::nothing,
                             [this] { show_rejected_lines(); }, tr("List the lines that were rejected, and why")},
                            {}});
+    add_point_menu(menu);
     fill_quantity_menu(*menu.addMenu(tr("Displayed &quantity")), view_);
     fill_colour_menu(*menu.addMenu(tr("Colour &map")), view_);
     survey_tools_.add_view_actions(actions_, menu);
@@ -179,6 +185,23 @@ void MainWindow::make_view_menu()
     add_colour_menu(menu);
     actions_.add(menu, {"menu_full_screen", tr("F&ull screen"), "F11", Needs::nothing,
                         [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); }});
+}
+
+void MainWindow::add_point_menu(QMenu& menu)
+{
+    constexpr int kFar = 10; // samples
+    QMenu& point = *menu.addMenu(tr("Current &point"));
+    const auto add_step = [&](const char* name, const QString& text, const char* shortcut, int samples) {
+        actions_.add(point, {name, text, shortcut, Needs::samples, [this, samples] { view_.step_point(samples); },
+                             tr("Current point: %1").arg(QString(text).remove(QLatin1Char('&')).toLower())});
+    };
+    add_step("menu_step_back", tr("A sample &back"), ",", -1);
+    add_step("menu_step_on", tr("A sample &on"), ".", 1);
+    add_step("menu_step_far_back", tr("Ten samples back"), "Ctrl+,", -kFar);
+    add_step("menu_step_far_on", tr("Ten samples on"), "Ctrl+.", kFar);
+    actions_.add(menu, {"menu_whole_line", tr("Profile of the whole &line"), "L", Needs::samples,
+                        [this] { view_.show_whole_line(!view_.is_whole_line()); },
+                        tr("Graphs and bars over the whole survey line, and back")});
 }
 
 void MainWindow::add_colour_menu(QMenu& menu)

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QObject>
+
+class QWidget;
+
+namespace tarvo {
+
+// Gives every control of a window that assistive tools know by no name (a caption, a label that leads to it) the first
+// sentence of its tooltip, or else the window's title.
+void name_controls(QWidget& window);
+
+// What holds for all windows of the program: tooltips are plain text that wraps, and controls have names.
+class WindowManners : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override; // of the application
+};
+
+} // namespace tarvo
