@@ -20,8 +20,6 @@ constexpr std::array<PageOfPlace, 18> kPages = {{{"Dock_DisplayDials", "window"}
                                                  {"Dock_DisplayPicks", "picks"},
                                                  {"Dock_DisplayLines", "residual"},
                                                  {"Dock_DisplayLayers", "layers"},
-                                                 {"Dock_DisplayFit", "targets"},
-                                                 {"Dock_DisplayProposals", "targets"},
                                                  {"Form_define_colum_names", "logger-data"},
                                                  {"Form_rejected_lines", "logger-data"},
                                                  {"Form_processing_parameters", "settings"},
