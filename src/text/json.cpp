@@ -1,6 +1,7 @@
 #include "text/json.h"
 
 #include "text/numbers.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -12,29 +13,6 @@ namespace tarvo {
 namespace {
 
 constexpr int kDeepest = 64;
-
-// A UTF-8 sequence at the start of a text: its length, 0 for anything else (RFC 3629: no surrogates, no longer form
-// than needed, nothing above U+10FFFF).
-std::size_t utf8_length(std::string_view text)
-{
-    const auto byte = [&](std::size_t at) {
-        return at < text.size() ? static_cast<unsigned char>(text[at]) : static_cast<unsigned char>(0);
-    };
-    const auto goes_on = [&](std::size_t at) { return (byte(at) & 0xC0) == 0x80; };
-    const unsigned first = byte(0);
-    if (first < 0x80) return 1;
-    if (first >= 0xC2 && first <= 0xDF && goes_on(1)) return 2;
-    if (first >= 0xE0 && first <= 0xEF && goes_on(1) && goes_on(2)) {
-        const bool is_too_long = first == 0xE0 && byte(1) < 0xA0;
-        const bool is_surrogate = first == 0xED && byte(1) >= 0xA0;
-        return is_too_long || is_surrogate ? 0 : 3;
-    }
-    if (first >= 0xF0 && first <= 0xF4 && goes_on(1) && goes_on(2) && goes_on(3)) {
-        const bool is_outside = (first == 0xF0 && byte(1) < 0x90) || (first == 0xF4 && byte(1) >= 0x90);
-        return is_outside ? 0 : 4;
-    }
-    return 0;
-}
 
 void append_utf8(std::string& text, std::uint32_t code)
 {

@@ -25,8 +25,8 @@ public:
     Outcome next_line(std::string_view& line);
 
     // Whole lines with their ends, about so many bytes of them; the file's last one also without an end. The next line
-    // where it is too long, by itself, without its text. What next_line would say of each is for the caller to tell, and to count: line_number()
-    // stays as it was.
+    // where it is too long, by itself, without its text. What next_line would say of each is for the caller to tell,
+    // and to count: line_number() stays as it was.
     Outcome next_block(std::string& lines, std::size_t about);
 
     const std::string& file_name() const { return file_name_; }
