@@ -36,7 +36,7 @@ double round_step(double value)
 }
 
 // The ground on the picture.
-struct MapFrame {
+struct MapOnPage {
     PositionExtent extent;
     double pixels_a_metre = 1;
     double width = 0; // pixels
@@ -57,7 +57,7 @@ void widen(PositionExtent& extent, double east, double north)
     extent.y_max = std::max(extent.y_max, north);
 }
 
-MapFrame map_frame(PositionExtent extent, double width)
+MapOnPage map_frame(PositionExtent extent, double width)
 {
     constexpr double kMargin = 0.04;
     constexpr double kLeastSpan = 1;     // metres
@@ -66,7 +66,7 @@ MapFrame map_frame(PositionExtent extent, double width)
     const double across = std::max(extent.x_max - extent.x_min, kLeastSpan);
     const double up = std::max(extent.y_max - extent.y_min, kLeastSpan);
     const double margin = kMargin * std::max(across, up);
-    MapFrame frame;
+    MapOnPage frame;
     frame.width = width;
     frame.pixels_a_metre = std::min(width / (across + 2 * margin), most_height / (up + 2 * margin));
     frame.height = std::max((up + 2 * margin) * frame.pixels_a_metre, kLeastHeight);
@@ -79,7 +79,7 @@ MapFrame map_frame(PositionExtent extent, double width)
     return frame;
 }
 
-void draw_grid(SvgDrawing& drawing, const MapFrame& frame)
+void draw_grid(SvgDrawing& drawing, const MapOnPage& frame)
 {
     constexpr double kApart = 150; // pixels
     const double step = round_step(kApart / frame.pixels_a_metre);
@@ -134,7 +134,7 @@ std::size_t colour_of(double value, double range)
 // One square a cell of the picture, in the colour of the strongest value on it.
 class TrackCells {
 public:
-    explicit TrackCells(const MapFrame& frame)
+    explicit TrackCells(const MapOnPage& frame)
         : across_(static_cast<std::size_t>(frame.width / kCell) + 1),
           cells_(across_ * (static_cast<std::size_t>(frame.height / kCell) + 1), kEmpty)
     {
@@ -170,7 +170,7 @@ private:
     std::vector<std::uint8_t> cells_; // colour, row by row
 };
 
-void draw_track(SvgDrawing& drawing, const MapScene& scene, const MapFrame& frame, double range)
+void draw_track(SvgDrawing& drawing, const MapScene& scene, const MapOnPage& frame, double range)
 {
     TrackCells cells(frame);
     const TrackTable& track = scene.track;
@@ -191,7 +191,7 @@ std::string map_name(const std::string& name)
     return name.substr(0, end) + "..";
 }
 
-void draw_targets(SvgDrawing& drawing, const MapScene& scene, const MapFrame& frame)
+void draw_targets(SvgDrawing& drawing, const MapScene& scene, const MapOnPage& frame)
 {
     for (const Target& target : scene.targets) {
         const GridCoordinates place = place_of(target);
@@ -208,7 +208,7 @@ std::string length_text(double metres)
     return metres >= 1000 ? format_shortest(metres / 1000) + " km" : format_shortest(metres) + " m";
 }
 
-void draw_legend(SvgDrawing& drawing, const MapScene& scene, const MapFrame& frame, double range)
+void draw_legend(SvgDrawing& drawing, const MapScene& scene, const MapOnPage& frame, double range)
 {
     constexpr double kMargin = 10;
     constexpr double kSwatch = 16;
@@ -239,7 +239,7 @@ std::string survey_map(const MapScene& scene, double width)
         const GridCoordinates place = place_of(target);
         widen(*extent, place.easting, place.northing);
     }
-    const MapFrame frame = map_frame(*extent, width);
+    const MapOnPage frame = map_frame(*extent, width);
     const double range = colour_range(scene);
     SvgDrawing drawing(frame.width, frame.height);
     drawing.box(0, 0, frame.width, frame.height, "#ffffff", {kFaint, 1});
