@@ -1,5 +1,6 @@
 #include "processing/run_warnings.h"
 
+#include "processing/angles.h"
 #include "text/file_names.h"
 #include "text/numbers.h"
 
@@ -39,8 +40,7 @@ std::int64_t positioned_records(const SampleStore& store)
 // Metres on WGS 84 of a thousandth of a degree along a meridian.
 double meridian_step(double latitude)
 {
-    constexpr double kRadians = 3.14159265358979323846 / 180;
-    const double phi = latitude * kRadians;
+    const double phi = latitude * kRadiansPerDegree;
     return 111.132954 - 0.559822 * std::cos(2 * phi) + 0.001175 * std::cos(4 * phi);
 }
 

@@ -1,5 +1,7 @@
 #include "targets/dipole_fit.h"
 
+#include "processing/angles.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -11,7 +13,6 @@ namespace tarvo {
 
 namespace {
 
-constexpr double kDegreesPerRadian = 180 / 3.14159265358979323846;
 constexpr double kApartInAltitudes = 0.5; // places further from each other are different solutions
 
 double square(double value)

@@ -1,5 +1,6 @@
 #include "targets/earth_field.h"
 
+#include "processing/angles.h"
 #include "processing/track_table.h"
 #include "targets/igrf.h"
 
@@ -10,7 +11,6 @@ namespace tarvo {
 
 namespace {
 
-constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180;
 constexpr double kFirstRealDay = 29221; // 1980-01-01 as a date-time: what is before counts from some start of a clock
 
 struct ModelField {

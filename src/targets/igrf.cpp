@@ -1,5 +1,6 @@
 #include "targets/igrf.h"
 
+#include "processing/angles.h"
 #include "processing/fixed_time.h"
 #include "targets/igrf_table.h"
 
@@ -12,7 +13,6 @@ namespace tarvo {
 
 namespace {
 
-constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180;
 constexpr double kReferenceRadius = 6371.2; // kilometres, of the coefficients
 constexpr double kEquatorRadius = 6378.137; // kilometres, of WGS 84
 constexpr double kFlattening = 1 / 298.257223563;

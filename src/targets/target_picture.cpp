@@ -1,5 +1,6 @@
 #include "targets/target_picture.h"
 
+#include "processing/angles.h"
 #include "targets/svg_drawing.h"
 
 #include <algorithm>
@@ -12,8 +13,6 @@
 namespace tarvo {
 
 namespace {
-
-constexpr double kDegrees = 180 / 3.14159265358979323846; // of a radian
 
 // By sensor from 1, and so on again: told apart on white and on black.
 const char* sensor_colour(int sensor)
@@ -112,7 +111,7 @@ void draw_fitted_place(SvgDrawing& drawing, const PlanFrame& frame, const Target
     const ErrorEllipse ellipse = error_ellipse(fit);
     const double most = 2 * frame.half; // a wider one says no more
     drawing.ellipse(place, std::min(ellipse.long_half, most) * frame.pixels_a_metre,
-                    std::min(ellipse.short_half, most) * frame.pixels_a_metre, -ellipse.direction * kDegrees,
+                    std::min(ellipse.short_half, most) * frame.pixels_a_metre, -ellipse.direction * kDegreesPerRadian,
                     {colours.model, 1, "4 3"});
     drawing.cross(place, 6, {colours.model, 2});
     if (!fit.other_place) return;

@@ -1,5 +1,6 @@
 #include "app/panels/fit_mark.h"
 
+#include "processing/angles.h"
 #include "targets/fit_curves.h"
 
 #include <QPainter>
@@ -10,7 +11,6 @@ namespace tarvo {
 
 namespace {
 
-constexpr double kDegreesPerRadian = 180 / 3.14159265358979323846;
 constexpr double kMostPixels = 4000; // a wider ellipse is beyond every screen
 
 void draw_cross(QPainter& painter, const QPointF& middle)
