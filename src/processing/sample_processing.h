@@ -128,7 +128,7 @@ struct SampleProcessing {
     std::optional<std::int64_t> newest_time;    // of all accepted lines, and the file that it stands in
     std::size_t newest_time_file = 0;
     std::int64_t shortest_step = 0; // from one line to a later one, ten-thousandths of a second; 0: none
-    bool file_has_time = false; // a line of this file was accepted
+    bool file_has_time = false;     // a line of this file was accepted
     std::vector<FileOverlap> overlaps;
 };
 

@@ -12,22 +12,24 @@ struct PageOfPlace {
     std::string_view page;
 };
 
-constexpr std::array<PageOfPlace, 18> kPages = {{{"Dock_DisplayDials", "window"},
-                                                 {"Dock_DisplayGraphs", "window"},
-                                                 {"Dock_DisplayColourBars", "window"},
-                                                 {"Dock_DisplayMessages", "troubleshooting"},
-                                                 {"Dock_DisplayLive", "live"},
-                                                 {"Dock_DisplayPicks", "picks"},
-                                                 {"Dock_DisplayLines", "residual"},
-                                                 {"Dock_DisplayLayers", "layers"},
-                                                 {"Form_define_colum_names", "logger-data"},
-                                                 {"Form_rejected_lines", "logger-data"},
-                                                 {"Form_processing_parameters", "settings"},
-                                                 {"Form_base_station", "residual"},
-                                                 {"Form_pick_list", "picks"},
-                                                 {"Form_save_new_pick", "picks"},
-                                                 {"Page_residual", "residual"},
-                                                 {"Form_Tarvo", "window"}}};
+constexpr auto kPages = std::to_array<PageOfPlace>({{"Dock_DisplayDials", "window"},
+                                                    {"Dock_DisplayGraphs", "window"},
+                                                    {"Dock_DisplayColourBars", "window"},
+                                                    {"Dock_DisplayMessages", "troubleshooting"},
+                                                    {"Dock_DisplayLive", "live"},
+                                                    {"Dock_DisplayPicks", "picks"},
+                                                    {"Dock_DisplayFit", "targets"},
+                                                    {"Dock_DisplayProposals", "targets"},
+                                                    {"Dock_DisplayLines", "residual"},
+                                                    {"Dock_DisplayLayers", "layers"},
+                                                    {"Form_define_colum_names", "logger-data"},
+                                                    {"Form_rejected_lines", "logger-data"},
+                                                    {"Form_processing_parameters", "settings"},
+                                                    {"Form_base_station", "residual"},
+                                                    {"Form_pick_list", "picks"},
+                                                    {"Form_save_new_pick", "picks"},
+                                                    {"Page_residual", "residual"},
+                                                    {"Form_Tarvo", "window"}});
 
 } // namespace
 

@@ -33,7 +33,9 @@ bool is_control(const QWidget& widget)
         widget.objectName().startsWith(QLatin1String("qt_")) || qobject_cast<const QLineEdit*>(parent) != nullptr ||
         qobject_cast<const QComboBox*>(parent) != nullptr || qobject_cast<const QDockWidget*>(parent) != nullptr ||
         qobject_cast<const QAbstractItemView*>(parent) != nullptr;
-    if (is_part || (qobject_cast<const QTabBar*>(&widget) != nullptr && !widget.isVisible())) return false;
+    const auto* const tabs = qobject_cast<const QTabBar*>(&widget);
+    const bool has_no_tabs = tabs != nullptr && (!tabs->isVisible() || tabs->currentIndex() < 0);
+    if (is_part || has_no_tabs) return false;
     return (widget.focusPolicy() & Qt::TabFocus) != 0 || qobject_cast<const QAbstractButton*>(&widget) != nullptr ||
            qobject_cast<const QLineEdit*>(&widget) != nullptr || qobject_cast<const QComboBox*>(&widget) != nullptr ||
            qobject_cast<const QAbstractItemView*>(&widget) != nullptr;
