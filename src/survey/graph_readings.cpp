@@ -20,7 +20,8 @@ std::string sensor_texts(int sensors, const std::function<bool(int)>& is_shown, 
     for (int sensor = 1; sensor <= sensors; ++sensor) {
         if (is_shown && !is_shown(sensor)) continue;
         if (++listed > kMostValues) return text + ' ' + unit + " ...";
-        text += (text.empty() ? "" : kBetween) + text_of(sensor);
+        if (!text.empty()) text += kBetween;
+        text += text_of(sensor);
     }
     return text.empty() ? text : text + ' ' + unit;
 }

@@ -157,8 +157,9 @@ public:
             std::vector<SvgPoint> squares;
             for (std::size_t cell = 0; cell < cells_.size(); ++cell) {
                 if (cells_[cell] != colour) continue;
+                const std::size_t row = cell / across_;
                 squares.push_back(
-                    {static_cast<double>(cell % across_) * kCell, (static_cast<double>(cell / across_) + 0.5) * kCell});
+                    {static_cast<double>(cell % across_) * kCell, (static_cast<double>(row) + 0.5) * kCell});
             }
             drawing.squares(squares, kCell, kFieldColours[colour]);
         }

@@ -57,7 +57,7 @@ void expect_true_to_scale(const TrackImage& image, const TrackScene& scene, unsi
 // by the view's transform gives.
 TEST(FollowView, ShowsWhatARepaintWould)
 {
-    for (unsigned seed = 1; seed <= 60; ++seed) {
+    for (unsigned seed = 1; seed <= 20; ++seed) {
         const TestTrack made = random_track(seed, 900);
         TestTrack track = made;
         TrackScene scene = track.scene();

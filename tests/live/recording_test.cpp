@@ -7,6 +7,7 @@
 #include <sys/resource.h>
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <thread>
 
@@ -19,7 +20,7 @@ std::atomic<bool> disk_stands_still = false;
 // Stands before the system's own: a disk that takes as long as a test wants.
 extern "C" int fsync(int)
 {
-    while (disk_stands_still) std::this_thread::yield();
+    while (disk_stands_still) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     return 0;
 }
 
@@ -69,7 +70,7 @@ protected:
         std::string told;
         while (!condition(told)) {
             if (const auto warning = recording->take_warning()) told += *warning + '|';
-            std::this_thread::yield();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         return told;
     }

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
 #include <thread>
 
@@ -16,7 +17,7 @@ void finish(TargetWork& work)
     work.look();
     while (work.is_working()) {
         work.take_results();
-        std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(2)); // the fit needs the processor
     }
 }
 
