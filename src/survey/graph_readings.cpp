@@ -17,13 +17,13 @@ std::string sensor_texts(int sensors, const std::function<bool(int)>& is_shown, 
 {
     std::string text;
     int listed = 0;
-    for (int sensor = 1; sensor <= sensors; ++sensor) {
-        if (is_shown && !is_shown(sensor)) continue;
-        if (++listed > kMostValues) return text + ' ' + unit + " ...";
+    for (int sensor = 1; sensor <= sensors && listed <= kMostValues; ++sensor) {
+        if ((is_shown && !is_shown(sensor)) || ++listed > kMostValues) continue;
         if (!text.empty()) text += kBetween;
         text += text_of(sensor);
     }
-    return text.empty() ? text : text + ' ' + unit;
+    if (text.empty()) return text;
+    return text + ' ' + unit + (listed > kMostValues ? " ..." : "");
 }
 
 std::string height_text(const SampleStore& store, int slot, const char* name, std::int32_t record)

@@ -117,7 +117,7 @@ std::string load_until(const std::string& file, int workers, std::int64_t last_l
 // Whatever the threads are at.
 TEST(LinesAhead, LeaveALoadThatIsStoppedAtAnyMomentWithTheLinesItTook)
 {
-    constexpr int kLinesOfLoad = 15'000;
+    constexpr int kLinesOfLoad = 10'000;
     std::string data = "Time,East,North,M1\n";
     for (int line = 0; line < kLinesOfLoad; ++line) {
         data +=
