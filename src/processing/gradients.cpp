@@ -59,14 +59,14 @@ double filter_weight(int kind, std::int32_t half_width, std::int32_t k)
     }
 }
 
-constexpr std::int32_t kBlock = 256; // records computed side by side
+constexpr std::int32_t kSideBySide = 256; // records computed side by side
 
-// The filter over `count` records, kBlock at most, from `first` on, as apply_symmetric_filter would give it, when no
-// value in reach is null: the same operations in the same order, record beside record.
+// The filter over `count` records, kSideBySide at most, from `first` on, as apply_symmetric_filter would give it, when
+// no value in reach is null: the same operations in the same order, record beside record.
 void apply_without_nulls(int kind, std::int32_t half_width, const std::vector<float>& weights, const double* input,
                          double* output, double divisor, std::int32_t first, std::int32_t count)
 {
-    std::array<float, kBlock> acc = {};
+    std::array<float, kSideBySide> acc = {};
     const double* const x = input + first;
     for (std::int32_t i = 0; i < count; ++i) acc[static_cast<std::size_t>(i)] = static_cast<float>(weights[0] * x[i]);
     for (std::int32_t k = 1; k <= half_width - 1; ++k) {
@@ -92,8 +92,8 @@ void apply_over_records(int kind, std::int32_t half_width, const std::vector<flo
 {
     const std::int32_t reach = half_width - 1;
     std::int32_t next_to_mend = first;
-    for (std::int32_t block = first; block <= last; block += kBlock) {
-        const std::int32_t block_last = std::min(last, block + kBlock - 1);
+    for (std::int32_t block = first; block <= last; block += kSideBySide) {
+        const std::int32_t block_last = std::min(last, block + kSideBySide - 1);
         apply_without_nulls(kind, half_width, weights, input, output, divisor, block, block_last - block + 1);
         next_to_mend = std::max(next_to_mend, block);
         for (std::int32_t suspect = block - reach; suspect <= block_last + reach; ++suspect) {

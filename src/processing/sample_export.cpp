@@ -10,7 +10,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr std::size_t kBlock = 1 << 16;
+constexpr std::size_t kWriteSize = 1 << 16;
 constexpr std::int32_t kRecordsPerReport = 4096;
 
 void append_whole(std::string& text, std::int64_t value)
@@ -101,7 +101,7 @@ bool export_samples(const SampleStore& store, const SurveyLines& lines, const Ex
     for (std::int32_t record = 1; record <= store.RecordCount; ++record) {
         while (line < lines.CurrentLine && lines.last_record(line) < record) ++line;
         append_record(text, store, residual, lines.LineNumbers[line], record);
-        if (text.size() >= kBlock) {
+        if (text.size() >= kWriteSize) {
             sink(text);
             text.clear();
         }

@@ -11,9 +11,9 @@ namespace tarvo {
 
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{1} << 17;
+constexpr std::size_t kReadSize = std::size_t{1} << 17;
 // Room for the longest line with its CR LF, and for one block behind it.
-constexpr std::size_t kBufferSize = LineReader::kLongestLine + 2 + kBlock;
+constexpr std::size_t kBufferSize = LineReader::kLongestLine + 2 + kReadSize;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string reason(int error_number)
@@ -132,7 +132,7 @@ bool LineReader::fill_buffer()
         end_ -= begin_;
         begin_ = 0;
     }
-    const std::size_t read = std::fread(buffer_.get() + end_, 1, kBlock, file_.get());
+    const std::size_t read = std::fread(buffer_.get() + end_, 1, kReadSize, file_.get());
     if (read == 0 && std::ferror(file_.get())) {
         throw std::runtime_error(file_name_ + ": reading failed after " + std::to_string(consumed_) +
                                  " bytes of lines: " + reason(errno));

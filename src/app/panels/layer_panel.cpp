@@ -2,6 +2,7 @@
 
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "app/common/tool_button.h"
 #include "app/panels/layer_tree.h"
 #include "ports/busy_flag.h"
 #include "text/file_names.h"
@@ -73,10 +74,7 @@ LayerPanel::~LayerPanel()
 QToolButton* LayerPanel::make_button(const char* name, const QString& text, const QString& tip,
                                      void (LayerPanel::*press)())
 {
-    auto* const button = new QToolButton;
-    button->setObjectName(QLatin1String(name));
-    button->setText(text);
-    button->setToolTip(tip);
+    QToolButton* const button = make_tool_button(QLatin1String(name), text, tip);
     button->setAccessibleName(tip);
     connect(button, &QToolButton::clicked, this, press);
     layer_buttons_.push_back(button);
@@ -85,10 +83,8 @@ QToolButton* LayerPanel::make_button(const char* name, const QString& text, cons
 
 QWidget* LayerPanel::make_buttons()
 {
-    auto* const add = new QToolButton;
-    add->setObjectName(QStringLiteral("Command_add_layer"));
-    add->setText(tr("Add..."));
-    add->setToolTip(tr("Opens a raster, a grid, a drawing or a chart under the track"));
+    QToolButton* const add = make_tool_button(QStringLiteral("Command_add_layer"), tr("Add..."),
+                                              tr("Opens a raster, a grid, a drawing or a chart under the track"));
     connect(add, &QToolButton::clicked, this, &LayerPanel::add_wanted);
 
     QWidget* const remove = make_button("Command_remove_layer", tr("Remove"),

@@ -2,6 +2,7 @@
 
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "app/common/tool_button.h"
 #include "survey/displayed_quantity.h"
 #include "text/numbers.h"
 
@@ -13,7 +14,6 @@
 #include <QMenu>
 #include <QPainter>
 #include <QSignalBlocker>
-#include <QToolButton>
 
 namespace tarvo {
 
@@ -21,16 +21,6 @@ namespace {
 
 constexpr QSize kPreview(64, 12); // pixels
 constexpr int kRangeCharacters = 13;
-
-QToolButton* make_button(const QString& name, const QString& text, const QString& tip)
-{
-    auto* const button = new QToolButton;
-    button->setObjectName(name);
-    button->setText(text);
-    button->setToolTip(tip);
-    button->setFocusPolicy(Qt::TabFocus);
-    return button;
-}
 
 // The gradient's range begins at 0: its end is all there is to type.
 QString range_text(const SurveyState& survey)
@@ -61,9 +51,9 @@ QAction* add_choice(QMenu& menu, QActionGroup& group, const char* key, const QSt
 
 QuantityBar::QuantityBar(SurveyView& view, QWidget* parent)
     : QWidget(parent), view_(view), quantity_(new QComboBox), range_(new QLineEdit), unit_(plain_label()),
-      automatic_(make_button(QStringLiteral("Command_automatic_range"), tr("Auto"),
-                             tr("The range follows the survey: from the 2nd to the 98th of 100 values"))),
-      colours_(make_button(QStringLiteral("Command_colours"), {}, tr("Colour map")))
+      automatic_(make_tool_button(QStringLiteral("Command_automatic_range"), tr("Auto"),
+                                  tr("The range follows the survey: from the 2nd to the 98th of 100 values"))),
+      colours_(make_tool_button(QStringLiteral("Command_colours"), {}, tr("Colour map")))
 {
     setObjectName(QStringLiteral("Frame_quantity"));
     quantity_->setObjectName(QStringLiteral("Combo_quantity"));
@@ -87,8 +77,8 @@ QuantityBar::QuantityBar(SurveyView& view, QWidget* parent)
         view_.type_range(automatic_->isChecked() ? QStringLiteral("auto") : range_->text());
         show_state();
     });
-    auto* const fit = make_button(QStringLiteral("Command_fit_range"), tr("Fit"),
-                                  tr("Set the range to the values in view: 98 of 100 lie below its end"));
+    auto* const fit = make_tool_button(QStringLiteral("Command_fit_range"), tr("Fit"),
+                                       tr("Set the range to the values in view: 98 of 100 lie below its end"));
     connect(fit, &QToolButton::clicked, &view_, &SurveyView::fit_range);
 
     auto* const maps = new QMenu(colours_);
@@ -119,7 +109,7 @@ QuantityBar::QuantityBar(SurveyView& view, QWidget* parent)
 QToolButton* QuantityBar::make_adjuster(int index, int value, const QString& text, const QString& tip)
 {
     const QString name = QStringLiteral("VScroll_TG_%1_%2").arg(index).arg(value == 1 ? "narrow" : "widen");
-    QToolButton* const button = make_button(name, text, tip);
+    QToolButton* const button = make_tool_button(name, text, tip);
     button->setAutoRepeat(true);
     connect(button, &QToolButton::clicked, &view_, [this, index, value] { view_.adjust_range(index, value); });
     return button;

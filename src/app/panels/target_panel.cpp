@@ -2,6 +2,7 @@
 
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "app/common/tool_button.h"
 #include "app/panels/svg_view.h"
 #include "targets/fit_texts.h"
 #include "targets/target_picture.h"
@@ -90,10 +91,8 @@ QWidget* TargetPanel::make_wishes()
     radius_->setObjectName(QStringLiteral("HScroll_fit_radius"));
     radius_->setRange(kLeastRadius * kStepsAMetre, kGreatestRadius * kStepsAMetre);
     radius_->setToolTip(tr("How far from the pick readings are used"));
-    auto* const usual = new QToolButton;
-    usual->setObjectName(QStringLiteral("Command_usual_radius"));
-    usual->setText(tr("Auto"));
-    usual->setToolTip(tr("Three altitudes"));
+    QToolButton* const usual =
+        make_tool_button(QStringLiteral("Command_usual_radius"), tr("Auto"), tr("Three altitudes"));
     row->addWidget(caption);
     row->addWidget(radius_, 1);
     row->addWidget(radius_text_);

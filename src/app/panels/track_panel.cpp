@@ -3,6 +3,7 @@
 #include "app/common/icons.h"
 #include "app/common/plain_label.h"
 #include "app/common/texts.h"
+#include "app/common/tool_button.h"
 #include "app/panels/arrow_scroll_bar.h"
 #include "app/panels/track_widget.h"
 #include "display/track_navigation.h"
@@ -13,7 +14,6 @@
 #include <QLineEdit>
 #include <QShortcut>
 #include <QSignalBlocker>
-#include <QToolButton>
 
 namespace tarvo {
 
@@ -22,17 +22,6 @@ namespace {
 constexpr int kPlayInterval = 40; // milliseconds
 constexpr int kZoomOn = 1;        // Combo_zoom's option: a click zooms about the current point
 constexpr int kZoomOff = 0;       // a click shows the whole survey
-
-QToolButton* make_button(const QString& name, const QString& text, const QString& tip)
-{
-    auto* const button = new QToolButton;
-    button->setObjectName(name);
-    button->setText(text);
-    button->setToolTip(tip);
-    button->setFocusPolicy(Qt::TabFocus);
-    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    return button;
-}
 
 // One item of a tool bar, so that what belongs together goes into its extension together.
 QWidget* in_a_row(std::initializer_list<QWidget*> widgets)
@@ -75,11 +64,13 @@ TrackPanel::TrackPanel(SurveyView& view, IconSet& icons, QWidget* parent)
 
 void TrackPanel::make_mode_tools()
 {
-    whole_ = make_button(QStringLiteral("Option_whole_track"), tr("Whole"), tr("Show the whole survey"));
-    following_ = make_button(QStringLiteral("Option_follow_track"), tr("Follow"),
-                             tr("Keep the newest sample in the middle, true to scale; the wheel changes the scale"));
-    scrolling_ = make_button(QStringLiteral("Option_scroll_track"), tr("Scroll"),
-                             tr("Scroll the newest samples under the middle, one pixel to the metre in whole steps"));
+    whole_ = make_tool_button(QStringLiteral("Option_whole_track"), tr("Whole"), tr("Show the whole survey"));
+    following_ =
+        make_tool_button(QStringLiteral("Option_follow_track"), tr("Follow"),
+                         tr("Keep the newest sample in the middle, true to scale; the wheel changes the scale"));
+    scrolling_ =
+        make_tool_button(QStringLiteral("Option_scroll_track"), tr("Scroll"),
+                         tr("Scroll the newest samples under the middle, one pixel to the metre in whole steps"));
     for (QToolButton* const button : {whole_, following_, scrolling_}) button->setCheckable(true);
     connect(whole_, &QToolButton::clicked, this, &TrackPanel::show_whole);
     connect(following_, &QToolButton::clicked, &view_, &SurveyView::follow);
@@ -117,7 +108,8 @@ void TrackPanel::make_zoom_tools()
         show_state();
     });
 
-    play_ = make_button(QStringLiteral("Command_play_track"), tr("Play"), tr("Move the current point along the track"));
+    play_ = make_tool_button(QStringLiteral("Command_play_track"), tr("Play"),
+                             tr("Move the current point along the track"));
     play_->setCheckable(true);
     connect(play_, &QToolButton::clicked, this, &TrackPanel::toggle_playing);
     stop_key_ = new QShortcut(Qt::Key_Escape, this);
