@@ -321,7 +321,7 @@ void SurveyView::show_newest()
     TrackImage& image = survey_.track_image;
     keep_newest_in_view(image, scene(), op_);
     // New samples are marked by the whole view's transform: a zoomed picture is made anew instead.
-    if (image.mode == TrackMode::follow || image.zoomed_view.zoom > 1) {
+    if (image.mode != TrackMode::whole || image.zoomed_view.zoom > 1) {
         update_image_display(image, scene(), Redraw::as_needed, op_);
     }
     emit track_changed();
