@@ -1,5 +1,6 @@
 #include "app/common/qt_settings_store.h"
 #include "app/common/texts.h"
+#include "app/common/window_manners.h"
 #include "app/end_signals.h"
 #include "app/window/launch_options.h"
 #include "app/window/main_window.h"
@@ -97,6 +98,7 @@ int run(QApplication& application, const LaunchOptions& options)
     QtSettingsStore settings;
     ConsoleOperator console; // for a picture that nobody waits for: no box may
     MainWindow window(settings, options.screenshot.empty() ? nullptr : &console, options.settings);
+    if (options.screenshot.empty()) fit_on_screen(window);
     window.show();
     const ExitGuard guard(window);
     const EndSignals signals_that_end([&window](int signal) { end_by_signal(window, signal); });

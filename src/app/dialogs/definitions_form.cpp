@@ -114,7 +114,6 @@ QWidget* DefinitionsForm::preview_box()
     top->addWidget(header_line_);
     top->addWidget(guess);
     top->addStretch();
-    top->addWidget(recognised_only_);
 
     table_ = new QTableView;
     table_->setObjectName(QStringLiteral("Grid_preview"));
@@ -125,6 +124,10 @@ QWidget* DefinitionsForm::preview_box()
     table_->horizontalHeader()->setMaximumSectionSize(220);
     rejected_ = plain_label();
     rejected_->setObjectName(QStringLiteral("Label_rejected"));
+    rejected_->setWordWrap(true); // the dialog is to fit on a screen of 1024 pixels
+    auto* const below = new QHBoxLayout;
+    below->addWidget(rejected_, 1);
+    below->addWidget(recognised_only_);
     warnings_ = plain_label();
     warnings_->setObjectName(QStringLiteral("Label_warnings"));
     warnings_->setWordWrap(true);
@@ -138,7 +141,7 @@ QWidget* DefinitionsForm::preview_box()
     auto* const layout = new QVBoxLayout(box);
     layout->addLayout(top);
     layout->addWidget(table_, 1);
-    layout->addWidget(rejected_);
+    layout->addLayout(below);
     layout->addWidget(warnings_);
     return box;
 }
