@@ -9,7 +9,6 @@
 #include "longest_wait.h"
 #include "settings_in_memory.h"
 #include "tools/common/console.h"
-#include "tools/process_options.h"
 
 #include <QAction>
 #include <QApplication>
@@ -86,13 +85,10 @@ int main(int argc, char** argv)
     }
     SettingsInMemory settings;
     ConsoleOperator op;
-    MainWindow window(settings, &op);
+    MainWindow window(settings, &op, {argv + std::min(argc, 3), argv + argc});
     window.resize(1280, 720);
     window.show();
     QApplication::processEvents();
-    for (int at = 3; at < argc; ++at) {
-        take_setting(argv[at], window.survey());
-    }
     LongestWait wait(&window);
     for (int turn = 0; turn < 3; ++turn) measure_load(window, argv[1], wait);
     measure_replay(window, argv[1], argc > 2 ? std::atoll(argv[2]) : 500000, wait);

@@ -14,6 +14,7 @@
 #include "survey/displayed_quantity.h"
 #include "survey/layer_files.h"
 #include "survey/survey_readings.h"
+#include "tools/process_options.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -28,7 +29,7 @@
 
 namespace tarvo {
 
-MainWindow::MainWindow(SettingsStore& settings, Operator* op)
+MainWindow::MainWindow(SettingsStore& settings, Operator* op, const std::vector<std::string>& set)
     : settings_(settings), boxes_(this),
       op_(op != nullptr ? *op : boxes_, log_, [] { return QDateTime::currentSecsSinceEpoch(); }),
       run_view_(session_, view_, panels_), pick_view_(session_, view_, op_, panels_, *this),
@@ -46,6 +47,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     boxes_.take_warnings = [this](const Warnings& warnings) { take_warnings(warnings); };
     op_.is_told = [this](const std::string& text) { return is_in_live_run() && panels_.live->op().has_told(text); };
     read_settings(survey(), settings_);
+    for (const std::string& text : set) take_setting(text, survey());
 
     qApp->installEventFilter(&manners_);
     make_panels();
