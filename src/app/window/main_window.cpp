@@ -187,14 +187,9 @@ void MainWindow::show_finished_run_hints()
     };
     panels_.hints->show_hint(QStringLiteral("averages"), to_qt(averaging_hint(survey().processing)),
                              correction(tr("Average every line"), &ProcessingParameters::CarryClosingSample));
-    const auto store_every_line = [this] {
-        session_.reload_after([this] {
-            survey().parameters.LoggingSampleRate = rate_of_lines(survey().processing);
-            survey().parameters.CarryClosingSample = true;
-        });
-    };
-    panels_.hints->show_hint(QStringLiteral("few_samples"), to_qt(few_samples_hint(survey().processing)),
-                             {tr("Store every line"), store_every_line});
+    panels_.hints->show_hint(
+        QStringLiteral("few_samples"), to_qt(few_samples_hint(survey().processing)),
+        {tr("Store every line"), [this] { session_.reload_after([this] { store_every_line(survey()); }); }});
     panels_.hints->show_hint(QStringLiteral("spacing"), to_qt(spacing_hint(survey())),
                              correction(tr("Count over positions"), &ProcessingParameters::SpacingOverFixes));
     panels_.hints->show_hint(QStringLiteral("far_picks"), to_qt(far_picks_hint(survey())));
