@@ -229,8 +229,13 @@ std::string far_picks_hint(const SurveyState& survey)
 std::string averaging_hint(const SampleProcessing& run)
 {
     if (run.lines_not_averaged < 1) return "";
-    return grouped_digits(std::to_string(run.lines_not_averaged)) + " of " +
-           grouped_digits(std::to_string(run.lines_read)) + " lines closed a bin and were not averaged";
+    constexpr double kAboutHalf = 2; // percent off it
+    const double percent = 100.0 * static_cast<double>(run.lines_not_averaged) / static_cast<double>(run.lines_read);
+    const std::string share = std::abs(percent - 50) < kAboutHalf ? "Half"
+                              : percent < 1                       ? "Under 1 %"
+                                                                  : format_fixed(percent, 0) + " %";
+    return share + " of your lines are not used (" + grouped_digits(std::to_string(run.lines_not_averaged)) + " of " +
+           grouped_digits(std::to_string(run.lines_read)) + "): the line that ends a stored sample goes into none";
 }
 
 std::string few_samples_hint(const SampleProcessing& run)

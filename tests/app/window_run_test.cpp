@@ -254,7 +254,7 @@ TEST_F(WindowTest, HintsInsteadOfBoxes)
     click(kLoad);
     const auto* const hint = window.findChild<QWidget*>(QStringLiteral("Hint_averages"));
     ASSERT_NE(hint, nullptr);
-    EXPECT_EQ(hint->findChildren<QLabel*>().constLast()->text().left(8), QStringLiteral("181 of 2"));
+    EXPECT_EQ(hint->findChildren<QLabel*>().constLast()->text().left(8), QStringLiteral("9 % of y"));
     click("Command_hint_averages");
     EXPECT_TRUE(eventually([&] { return window.survey().processing.lines_not_averaged == 0; }));
     EXPECT_EQ(window.survey().processing.lines_read, 2000);

@@ -40,7 +40,12 @@ TEST(SurveyReadings, LinesThatWereNotAveragedAreToldWithTheirNumber)
     run.lines_read = 5381;
     EXPECT_EQ(averaging_hint(run), "");
     run.lines_not_averaged = 2675;
-    EXPECT_EQ(averaging_hint(run), "2,675 of 5,381 lines closed a bin and were not averaged");
+    EXPECT_EQ(averaging_hint(run),
+              "Half of your lines are not used (2,675 of 5,381): the line that ends a stored sample goes into none");
+    run.lines_not_averaged = 491;
+    EXPECT_EQ(averaging_hint(run).substr(0, 9), "9 % of yo");
+    run.lines_not_averaged = 53;
+    EXPECT_EQ(averaging_hint(run).substr(0, 9), "Under 1 %");
 }
 
 TEST(SurveyReadings, FewSamplesOfManyLinesAreTold)

@@ -21,19 +21,21 @@ PickPanel::PickPanel(QWidget* parent) : QWidget(parent), label_(plain_label()), 
     picks_->setAccessibleName(tr("Current pick"));
     picks_->setToolTip(tr("The picks in the order of the list; the chosen one is shown in the middle"));
     picks_->setPlaceholderText(tr("Choose a pick"));
-    picks_->setMinimumContentsLength(8);
+    picks_->setMinimumContentsLength(10); // longer names have the list
     picks_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     connect(picks_, &QComboBox::activated, this, [this](int position) { emit pick_chosen(position + 1); });
 
     auto* const choice = new QHBoxLayout;
     choice->addWidget(label_);
     choice->addWidget(picks_, 1);
-    choice->addWidget(make_actions());
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(4, 4, 4, 4);
     rows->setSpacing(4);
     rows->addLayout(choice);
-    rows->addWidget(make_moving());
+    auto* const work = new QHBoxLayout;
+    work->addWidget(make_moving(), 1);
+    work->addWidget(make_actions());
+    rows->addLayout(work);
     rows->addStretch(1);
     show_controls({});
 }

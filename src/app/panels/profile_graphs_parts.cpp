@@ -75,6 +75,7 @@ QLayout* ProfileGraphs::make_tools()
 
     auto* const tools = new QHBoxLayout;
     tools->setContentsMargins(6, 2, kEndMargin, 0);
+    tools->setSpacing(4);
     auto* const caption = plain_label(tr("Over"));
     // Here, and not over the curves, where the pointer reads values off.
     caption->setToolTip(

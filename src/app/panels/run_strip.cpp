@@ -99,6 +99,12 @@ void RunStrip::show_numbers(const RunCounters& counters)
     show_line(counters.current_line_number);
 }
 
+void RunStrip::set_live(bool live)
+{
+    progress_->setHidden(live);
+    setSizePolicy(live ? QSizePolicy::Maximum : QSizePolicy::Preferred, QSizePolicy::Preferred);
+}
+
 void RunStrip::show_line(double number)
 {
     const bool has_line = is_valid_channel(number);

@@ -281,7 +281,7 @@ void SurveyView::span_line_of(std::int32_t record)
     const TrackTable track = scene().track;
     const DistanceRange line = line_stretch(track, survey_.processing.lines, record);
     if (!(line.length() > 0)) return;
-    survey_.display_settings.track_axis_length = static_cast<float>(zoomed_section_length(1, line.length()));
+    survey_.display_settings.track_axis_length = static_cast<float>(section_length_over(line.length()));
     held_middle_ = calculate_track_index_from_distance(track, line.middle(), 1, op_);
 }
 
