@@ -32,7 +32,6 @@ void take_survey(std::string_view input)
     SurveyRun run(folder.write("a.csv", part_of(input, "data")));
     folder.write("a.def", part_of(input, "definitions"));
     take_settings(part_of(input, "settings"), run.survey());
-    run.survey().display_settings.grid_cell = 0; // the most cells that may be asked for take seconds here
     if (const std::string_view base = part_of(input, "base"); !base.empty()) {
         run.survey().base = read_base_station(folder.write("base.iaga", base)).base;
     }
