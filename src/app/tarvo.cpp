@@ -11,7 +11,6 @@
 #include "tools/common/console.h"
 #include "tools/common/exit_status.h"
 #include "tools/common/version.h"
-#include "tools/process_options.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -97,10 +96,7 @@ int run(QApplication& application, const LaunchOptions& options)
     QApplication::setApplicationVersion(to_qt(version_number()));
     QtSettingsStore settings;
     ConsoleOperator console; // for a picture that nobody waits for: no box may
-    MainWindow window(settings, options.screenshot.empty() ? nullptr : &console);
-    for (const std::string& text : options.settings) {
-        take_setting(text, window.survey());
-    }
+    MainWindow window(settings, options.screenshot.empty() ? nullptr : &console, options.settings);
     window.show();
     const ExitGuard guard(window);
     const EndSignals signals_that_end([&window](int signal) { end_by_signal(window, signal); });

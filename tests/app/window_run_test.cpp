@@ -91,6 +91,16 @@ TEST_F(WindowTest, APausedReplayShowsAndMarksTheClickedPoint)
     window.survey().pick_settings.ShowNewPickDialog = false;
     control<QAction>("menu_mark_anomaly").trigger();
     EXPECT_EQ(window.survey().picks.pick_sample_index[1], 100);
+    const SectionLimits& section = window.survey().track_image.section;
+    at_turn([&] { return window.survey().processing.store.RecordCount > newest + 20; },
+            [&] {
+                window.view().make_current(150, Recentre::no);
+                EXPECT_TRUE(section.is_empty()) << "the bars show other metres";
+                click(kLoad);
+            });
+    click(kLoad);
+    ASSERT_TRUE(run().run_paused);
+    EXPECT_TRUE(section.first < 150 && section.last > 150) << "as the bars";
     click(kReplay);
     EXPECT_TRUE(eventually([this] { return !run().any_run_active(); }));
 }

@@ -1,28 +1,15 @@
 #include "live/live_recording.h"
 
+#include "still_disk.h"
 #include "test_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
 
-#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <thread>
-
-namespace {
-
-std::atomic<bool> disk_stands_still = false;
-
-} // namespace
-
-// Stands before the system's own: a disk that takes as long as a test wants.
-extern "C" int fsync(int)
-{
-    while (disk_stands_still) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return 0;
-}
 
 namespace tarvo {
 

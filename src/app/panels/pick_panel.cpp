@@ -21,7 +21,7 @@ PickPanel::PickPanel(QWidget* parent) : QWidget(parent), label_(plain_label()), 
     picks_->setAccessibleName(tr("Current pick"));
     picks_->setToolTip(tr("The picks in the order of the list; the chosen one is shown in the middle"));
     picks_->setPlaceholderText(tr("Choose a pick"));
-    picks_->setMinimumContentsLength(18);
+    picks_->setMinimumContentsLength(8);
     picks_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     connect(picks_, &QComboBox::activated, this, [this](int position) { emit pick_chosen(position + 1); });
 
@@ -67,7 +67,7 @@ QWidget* PickPanel::make_moving()
     shift_->setPageStep(kLargeShiftStep);
     shift_->setTracking(false); // the handle counts where it is let go
     shift_->setFocusPolicy(Qt::StrongFocus);
-    shift_->setMinimumWidth(160);
+    shift_->setMinimumWidth(120);
     connect(shift_, &QScrollBar::valueChanged, this, [this](int samples) {
         if (samples == 0) return;
         shift_->setValue(0);
