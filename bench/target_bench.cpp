@@ -1,7 +1,7 @@
 // How well and how fast dipoles are fitted and proposed, on made-up surveys whose sources are known: those of
 // make_survey, and crowded ones with curved lines, a slow background and sources as near as 7 m to each other.
 //
-//   target_bench [SEEDS]   so many surveys of each kind (12)
+//   target_bench [SEEDS [FIRST]]   so many surveys of each kind (12), by the seeds from FIRST on (101)
 
 #include "picks/pick_placing.h"
 #include "processing/median.h"
@@ -28,8 +28,6 @@ namespace {
 using namespace tarvo;
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
-
-constexpr std::uint64_t kFirstSeed = 101;
 
 double milliseconds_since(Clock::time_point start)
 {
@@ -299,7 +297,7 @@ void print_speed(KnownSurvey& known)
     std::printf("a later round of it: %.1f ms\n", milliseconds_since(start));
 }
 
-void run(int seeds)
+void run(int seeds, std::uint64_t first_seed)
 {
     const fs::path folder = fs::temp_directory_path() / "tarvo_target_bench";
     fs::create_directories(folder);
@@ -307,9 +305,9 @@ void run(int seeds)
         FitFigures usual;
         FitFigures crowded;
         ProposalFigures proposed, noisy, empty, crowded_proposed;
-        for (std::uint64_t seed = kFirstSeed; seed < kFirstSeed + static_cast<std::uint64_t>(seeds); ++seed) {
+        for (std::uint64_t seed = first_seed; seed < first_seed + static_cast<std::uint64_t>(seeds); ++seed) {
             const std::unique_ptr<KnownSurvey> known = loaded_survey({.seed = seed, .sensors = sensors}, folder);
-            if (seed == kFirstSeed) print_speed(*known);
+            if (seed == first_seed) print_speed(*known);
             take_fits(usual, *known);
             take_proposals(proposed, *known);
             add_noise(*known, 0.3);
@@ -335,7 +333,8 @@ void run(int seeds)
 int main(int argc, char** argv)
 {
     try {
-        run(argc > 1 ? std::max(std::atoi(argv[1]), 1) : 12);
+        const int first_seed = argc > 2 ? std::atoi(argv[2]) : 101;
+        run(argc > 1 ? std::max(std::atoi(argv[1]), 1) : 12, static_cast<std::uint64_t>(first_seed));
         return 0;
     } catch (const std::exception& fault) {
         std::fprintf(stderr, "target_bench: %s\n", fault.what());

@@ -6,29 +6,20 @@
 
 #include "app/common/texts.h"
 #include "app/window/main_window.h"
+#include "longest_wait.h"
 #include "settings_in_memory.h"
 #include "tools/common/console.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QTimer>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 
 namespace {
 
 using namespace tarvo;
-
-double seconds_used()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
 
 double core_load(const std::string& file, const ProcessingParameters& parameters)
 {
@@ -42,40 +33,6 @@ double core_load(const std::string& file, const ProcessingParameters& parameters
     session.driver.Command_start_logging(StartButton::load_or_pause);
     return seconds_used() - begin;
 }
-
-// The longest time between two turns of the event loop: an event that comes right after one waits for the next.
-class LongestWait {
-public:
-    explicit LongestWait(QObject* parent)
-    {
-        auto* const timer = new QTimer(parent);
-        QObject::connect(timer, &QTimer::timeout, parent, [this] { note(); });
-        timer->start(0);
-        restart();
-    }
-    void restart()
-    {
-        longest_ = longest_used_ = 0;
-        clock_.start();
-        used_ = seconds_used();
-    }
-    double note()
-    {
-        longest_ = std::max(longest_, 1e-6 * static_cast<double>(clock_.nsecsElapsed()));
-        longest_used_ = std::max(longest_used_, 1e3 * (seconds_used() - used_));
-        clock_.start();
-        used_ = seconds_used();
-        return longest_;
-    }
-    double milliseconds() const { return longest_; }
-    double milliseconds_used() const { return longest_used_; }
-
-private:
-    QElapsedTimer clock_;
-    double used_ = 0;
-    double longest_ = 0;
-    double longest_used_ = 0;
-};
 
 void measure_load(MainWindow& window, const std::string& file, LongestWait& wait)
 {

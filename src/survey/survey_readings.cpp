@@ -18,7 +18,6 @@ namespace {
 
 constexpr std::int64_t kLongestSpanOfDays = 700'000; // from 1970, either way, that the calendar surely has
 constexpr int kListedSensors = 4;                    // of a text of one line
-constexpr int kListedLines = 5;                      // likewise
 
 double sample_total_field(const ProcessingPlan& plan, std::size_t sensor, const CurrentSample& sample)
 {
@@ -70,12 +69,6 @@ std::string date_time_text(double date_time)
     const auto day = static_cast<std::int64_t>(std::floor(date_time - kDaysTo1970));
     const std::string clock = time_of_day_text(date_time);
     return day == 0 || std::abs(day) > kLongestSpanOfDays ? clock : civil_date_text(date_of_day(day)) + ' ' + clock;
-}
-
-std::string line_name(const SurveyLines& lines, std::int32_t line)
-{
-    const double number = lines.LineNumbers[line];
-    return is_valid_channel(number) ? format_fixed(number, 0) : std::to_string(line);
 }
 
 std::string sensor_text(const SampleStore& store, int sensor, std::int32_t record)
@@ -160,12 +153,6 @@ std::string track_caption(const SurveyState& survey)
         text += "   " + date_time_text(track.time[1]) + " to " + date_time_text(track.time[track.count]);
     }
     return text + "   " + displayed_quantity(survey.display_settings).caption;
-}
-
-std::string line_name(double number)
-{
-    constexpr double kWholeNumbersEnd = 0x1p53; // of 64-bit floats: above they are no names any more
-    return std::abs(number) < kWholeNumbersEnd ? format_fixed(number, 0) : readable_number(number, 0);
 }
 
 std::string place_text(const GridPlace& place)
@@ -285,11 +272,7 @@ std::string spacing_hint(const SurveyState& survey)
     const SurveyLines& lines = survey.processing.lines;
     const std::vector<std::int32_t> found = lines_with_short_spacing(survey.processing.store, lines);
     if (found.empty()) return "";
-    const std::size_t named = std::min<std::size_t>(found.size(), kListedLines);
-    std::string text = found.size() == 1 ? "Line " : "Lines ";
-    for (std::size_t at = 0; at < named; ++at) text += (at == 0 ? "" : ", ") + line_name(lines, found[at]);
-    if (found.size() > named) text += " and " + std::to_string(found.size() - named) + " more";
-    return text + (found.size() == 1 ? " has" : " have") +
+    return lines_that_have(lines, found) +
            " records without a position at an end: the gradients come out too large there";
 }
 

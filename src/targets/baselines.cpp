@@ -1,7 +1,10 @@
 #include "targets/baselines.h"
 
+#include "targets/column_sums.h"
+
 #include <cmath>
 #include <cstddef>
+#include <span>
 
 namespace tarvo {
 
@@ -26,15 +29,11 @@ Baselines::Baselines(const FitReadings& readings) : readings_(&readings), slope_
 void Baselines::take_out(std::vector<double>& column) const
 {
     for (const FitSegment& segment : readings_->segments) {
-        const std::size_t end = segment.first + segment.count;
-        double mean = 0;
-        double slope = 0;
-        for (std::size_t at = segment.first; at < end; ++at) {
-            mean += column[at];
-            slope += column[at] * slope_[at];
-        }
-        mean /= static_cast<double>(segment.count);
-        for (std::size_t at = segment.first; at < end; ++at) column[at] -= mean + slope * slope_[at];
+        const std::span<double> part = std::span(column).subspan(segment.first, segment.count);
+        const std::span<const double> slopes = std::span(slope_).subspan(segment.first, segment.count);
+        const double mean = sum_of(part) / static_cast<double>(segment.count);
+        const double slope = inner_product(part, slopes);
+        for (std::size_t at = 0; at < part.size(); ++at) part[at] -= mean + slope * slopes[at];
     }
 }
 

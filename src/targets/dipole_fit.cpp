@@ -288,7 +288,9 @@ std::vector<FittedPlace> searched_places(ProjectedFit& fit, const FitReadings& r
     ProjectedFit coarse(thin.readings, fit.earth(), thin.values, neighbours);
 
     std::vector<FittedPlace> tried;
-    for (const GridVector& start : starts(readings, ground, bounds)) tried.push_back(coarse.at(start));
+    for (const GridVector& start : starts(readings, ground, bounds)) {
+        tried.push_back({{start, {}}, coarse.square_sum_at(start), false});
+    }
     std::vector<FittedPlace> refined;
     for (const FittedPlace& start : best_apart(std::move(tried), kRefined, apart)) {
         refined.push_back(coarse.refined(start.dipole.place, bounds, kStepsOfSearch));

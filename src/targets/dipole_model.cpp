@@ -1,5 +1,7 @@
 #include "targets/dipole_model.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 
@@ -18,7 +20,8 @@ struct Distance {
 
     explicit Distance(const GridVector& d) : from(d)
     {
-        const double square = std::max(dot(d, d), kLeastSquare);
+        const double apart = dot(d, d);
+        const double square = apart > kLeastSquare ? apart : kLeastSquare; // std::max would be a branch
         per_square = 1 / square;
         cube = kNanoteslaScale * per_square * std::sqrt(per_square);
     }
@@ -47,26 +50,85 @@ GridVector field_at(const GridVector& d, const GridVector& moment)
     return distance.cube * (3 * dot(moment, d) * distance.per_square * d - moment);
 }
 
-// The mean over the points that stand for a reading's way; what: of the vector from the source to a point.
-template <typename What>
-GridVector mean_over_way(const FitReadings& readings, std::size_t reading, const GridVector& place, What what)
+// Readings are worked on in blocks, a column for each axis, so that several fit into a processor's wide registers.
+constexpr std::size_t kBlock = 64; // readings
+
+struct VectorBlock {
+    std::array<double, kBlock> east;
+    std::array<double, kBlock> north;
+    std::array<double, kBlock> up;
+};
+
+// From a place to so many readings from the first on, or to the points so many ways ahead of them. Behind the last the
+// block is filled with the source itself.
+VectorBlock points_of(const FitReadings& readings, const GridVector& place, std::size_t first, std::size_t count,
+                      double ways_ahead)
 {
-    const GridVector middle = readings.place[reading] - place;
-    if (readings.way_weight == 0) return what(middle);
-    const GridVector& reach = readings.way[reading];
-    return (1 - 2 * readings.way_weight) * what(middle) +
-           readings.way_weight * (what(middle + reach) + what(middle - reach));
+    VectorBlock points = {};
+    for (std::size_t at = 0; at < count; ++at) {
+        const GridVector& reading = readings.place[first + at];
+        points.east[at] = reading.east - place.east;
+        points.north[at] = reading.north - place.north;
+        points.up[at] = reading.up - place.up;
+    }
+    if (ways_ahead == 0) return points;
+    for (std::size_t at = 0; at < count; ++at) {
+        const GridVector& way = readings.way[first + at];
+        points.east[at] += ways_ahead * way.east;
+        points.north[at] += ways_ahead * way.north;
+        points.up[at] += ways_ahead * way.up;
+    }
+    return points;
+}
+
+// Calls take(first, count, values) for every block of readings; what: of the vector from the place to a point. The
+// values are means over the points that stand for a reading's way. outer: how much the outer two of them count.
+template <typename What, typename Take>
+void for_blocks(const FitReadings& readings, const GridVector& place, double outer, What what, Take take)
+{
+    struct Point {
+        double ways_ahead;
+        double weight;
+    };
+    const std::array<Point, 3> points = {{{0, 1 - 2 * outer}, {1, outer}, {-1, outer}}};
+    const std::size_t point_count = outer == 0 ? 1 : points.size();
+    for (std::size_t first = 0; first < readings.count(); first += kBlock) {
+        const std::size_t count = std::min(kBlock, readings.count() - first);
+        VectorBlock values = {};
+        for (std::size_t point = 0; point < point_count; ++point) {
+            const VectorBlock from = points_of(readings, place, first, count, points[point].ways_ahead);
+            const double weight = points[point].weight;
+            for (std::size_t at = 0; at < kBlock; ++at) {
+                const GridVector value = what(GridVector{from.east[at], from.north[at], from.up[at]});
+                values.east[at] += weight * value.east;
+                values.north[at] += weight * value.north;
+                values.up[at] += weight * value.up;
+            }
+        }
+        take(first, count, values);
+    }
 }
 
 template <typename What>
 void fill_columns(const FitReadings& readings, const GridVector& place, ModelColumns& columns, What what)
 {
     for (std::vector<double>& column : columns) column.resize(readings.count());
-    for (std::size_t reading = 0; reading < readings.count(); ++reading) {
-        const GridVector value = mean_over_way(readings, reading, place, what);
-        columns[0][reading] = value.east;
-        columns[1][reading] = value.north;
-        columns[2][reading] = value.up;
+    const auto take = [&columns](std::size_t first, std::size_t count, const VectorBlock& values) {
+        std::copy_n(values.east.begin(), count, &columns[0][first]);
+        std::copy_n(values.north.begin(), count, &columns[1][first]);
+        std::copy_n(values.up.begin(), count, &columns[2][first]);
+    };
+    for_blocks(readings, place, readings.way_weight, what, take);
+}
+
+void add_block(const VectorBlock& block, double factor, std::size_t first, std::size_t count,
+               std::vector<GridVector>& fields)
+{
+    for (std::size_t at = 0; at < count; ++at) {
+        GridVector& field = fields[first + at];
+        field.east += factor * block.east[at];
+        field.north += factor * block.north[at];
+        field.up += factor * block.up[at];
     }
 }
 
@@ -86,11 +148,21 @@ void place_columns(const FitReadings& readings, const GridVector& earth, const D
 
 void add_dipole_field(const FitReadings& readings, const Dipole& dipole, double factor, std::vector<GridVector>& fields)
 {
-    for (std::size_t reading = 0; reading < readings.count(); ++reading) {
-        const GridVector field = mean_over_way(readings, reading, dipole.place,
-                                               [&dipole](const GridVector& d) { return field_at(d, dipole.moment); });
-        fields[reading] = fields[reading] + factor * field;
-    }
+    const auto what = [&dipole](const GridVector& d) { return field_at(d, dipole.moment); };
+    for_blocks(
+        readings, dipole.place, readings.way_weight, what,
+        [&](std::size_t first, std::size_t count, auto& block) { add_block(block, factor, first, count, fields); });
+}
+
+void add_far_change(const FitReadings& readings, const Dipole& before, const Dipole& after,
+                    std::vector<GridVector>& fields)
+{
+    const GridVector moved = after.place - before.place;
+    const auto what = [&](const GridVector& d) {
+        return field_at(d - moved, after.moment) - field_at(d, before.moment);
+    };
+    for_blocks(readings, before.place, 0, what,
+               [&](std::size_t first, std::size_t count, auto& block) { add_block(block, 1, first, count, fields); });
 }
 
 double beyond_linear(const GridVector& field, const GridVector& earth, double strength)

@@ -29,6 +29,11 @@ void place_columns(const FitReadings& readings, const GridVector& earth, const D
 void add_dipole_field(const FitReadings& readings, const Dipole& dipole, double factor,
                       std::vector<GridVector>& fields);
 
+// Adds what the field at every reading changes by, nT, when one dipole takes the place of another. Both are so far away
+// that the field over the way of a reading is that in its middle.
+void add_far_change(const FitReadings& readings, const Dipole& before, const Dipole& after,
+                    std::vector<GridVector>& fields);
+
 // What the length of the Earth's field and a source's together adds to the Earth's beyond the part along it, nT:
 // strength: of the Earth's field, nT.
 double beyond_linear(const GridVector& field, const GridVector& earth, double strength);

@@ -5,8 +5,13 @@
 #include "targets/projected_fit.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
 #include <cmath>
+#include <future>
 #include <numeric>
+#include <thread>
 
 namespace tarvo {
 
@@ -16,7 +21,11 @@ constexpr double kAltitudesOfReadings = 3;
 constexpr double kLeastRadius = 5; // metres
 constexpr double kGreatestRadius = 60;
 
+constexpr double kAltitudesOfOpenNeighbours = 4;
 constexpr double kAltitudesOfNeighbours = 15; // a strong one bends a weak one's readings by nanoteslas from there
+
+constexpr int kStepsOfFirstRound = 40;
+constexpr int kStepsOfLaterRounds = 8; // from where the round before has come to
 
 enum class OpenPlaces { no, yes };
 
@@ -48,13 +57,12 @@ double peak_near_pick(const FitTask& task)
 std::vector<OpenNeighbour> open_neighbours(const std::vector<GroupMember>& members, const GroupMember& member,
                                            OpenPlaces places)
 {
-    constexpr double kNear = 4; // altitudes
     std::vector<OpenNeighbour> neighbours;
     const GridVector here = member.fitted ? member.fitted->dipole.place : GridVector{};
     for (const GroupMember& other : members) {
         if (&other == &member || !other.fitted) continue;
         const GridVector place = other.apart - member.apart + other.fitted->dipole.place;
-        if (plan_length(place - here) > kNear * member.task->ground.altitude) continue;
+        if (plan_length(place - here) > kAltitudesOfOpenNeighbours * member.task->ground.altitude) continue;
         neighbours.push_back({{place, other.fitted->dipole.moment}, places == OpenPlaces::yes});
     }
     return neighbours;
@@ -163,25 +171,27 @@ bool feels(const std::vector<GroupMember>& members, const std::vector<std::size_
     return false;
 }
 
-// Brings the members of a set to the places that suit them all. Returns how far the one that moved most moved, metres.
-double settle(std::vector<GroupMember>& members, const std::vector<std::size_t>& set)
+// Brings the members of a set to the places that suit them all, or so many steps towards them. Returns how far the one
+// that moved most moved, metres.
+double settle(std::vector<GroupMember>& members, const std::vector<std::size_t>& set, int most_steps)
 {
-    constexpr int kMostSteps = 30;
     std::vector<GridVector> before;
     before.reserve(set.size());
     for (const std::size_t at : set) before.push_back(members[at].fitted->dipole.place);
     if (set.size() > 1) {
-        fit_jointly(members, set);
+        fit_jointly(members, set, most_steps);
     } else {
         GroupMember& member = members[set.front()];
         const FitTask& task = *member.task;
         ProjectedFit fit(task.readings, task.ground.earth, values_less(task, member.fields, member.own));
         const FitBounds bounds = fit_bounds(task.readings, task.ground);
-        take_model(members, set.front(), fit.refined(before.front(), bounds, kMostSteps));
+        take_model(members, set.front(), fit.refined(before.front(), bounds, most_steps));
     }
     double moved = 0;
     for (std::size_t at = 0; at < set.size(); ++at) {
-        moved = std::max(moved, length(members[set[at]].fitted->dipole.place - before[at]));
+        GroupMember& member = members[set[at]];
+        member.moved = length(member.fitted->dipole.place - before[at]);
+        moved = std::max(moved, member.moved);
     }
     return moved;
 }
@@ -195,13 +205,81 @@ void clear_models(std::vector<GroupMember>& members, const std::vector<std::size
     }
 }
 
-// Tries a crowd again from other starts: the first search of a member did not know its later neighbours. Keeps what
-// makes the whole set fit best.
-void search_again(std::vector<GroupMember>& members, std::vector<std::size_t> set, const FitWatch& watch)
+// A set and all members that its searches may leave open, to be worked on apart from the others, whose models stay as
+// they are in the members' fields.
+struct Crowd {
+    std::vector<GroupMember> members;
+    std::vector<std::size_t> set; // of these members
+};
+
+Crowd crowd_of(const std::vector<GroupMember>& members, const std::vector<std::size_t>& set)
 {
-    const auto stopped = [&watch] { return watch.stop && watch.stop(); };
+    constexpr double kNear = kAltitudesOfOpenNeighbours + 4; // altitudes: fitted places lie off their picks
+    Crowd crowd;
+    std::vector<std::size_t> numbers(members.size(), members.size()); // in the crowd
+    for (std::size_t at = 0; at < members.size(); ++at) {
+        const bool is_near = std::any_of(set.begin(), set.end(), [&](std::size_t chosen) {
+            const double away = plan_length(members[at].apart - members[chosen].apart);
+            return away <= kNear * members[chosen].task->ground.altitude;
+        });
+        if (!is_near) continue;
+        numbers[at] = crowd.members.size();
+        crowd.members.push_back(members[at]);
+    }
+    for (const std::size_t at : set) crowd.set.push_back(numbers[at]);
+    return crowd;
+}
+
+// A new search of a set, in its order, by the readings within so many altitudes.
+struct Attempt {
+    std::vector<std::size_t> set;
+    double altitudes = 0;
+};
+
+struct Outcome {
+    std::vector<GroupMember> members; // of the crowd
+    double square_sum = 0;            // of the set, nT squared
+};
+
+// nullopt: stopped.
+std::optional<Outcome> outcome_of(const Attempt& attempt, std::vector<GroupMember> members,
+                                  const std::function<bool()>& stopped)
+{
+    clear_models(members, attempt.set);
+    for (const std::size_t at : attempt.set) {
+        if (stopped()) return std::nullopt;
+        search(members, at, attempt.altitudes);
+    }
+    settle(members, attempt.set, kStepsOfFirstRound);
+    const double sum = square_sum_of(members, attempt.set);
+    return Outcome{std::move(members), sum};
+}
+
+// Two attempts side by side, the second on a thread of its own where there is a processor for it. Only the caller's
+// thread asks `stopped`. A first one that leaves no more than `enough` needs no second.
+std::array<std::optional<Outcome>, 2> outcomes_of(const std::array<Attempt, 2>& attempts,
+                                                  const std::vector<GroupMember>& members, double enough,
+                                                  const std::function<bool()>& stopped)
+{
+    constexpr std::chrono::milliseconds kLook(10);
+    const bool is_alone = std::thread::hardware_concurrency() < 2;
+    std::atomic<bool> stop_second = false;
+    std::future<std::optional<Outcome>> second = std::async(is_alone ? std::launch::deferred : std::launch::async, [&] {
+        return outcome_of(attempts[1], members, [&] { return stop_second || (is_alone && stopped()); });
+    });
+    std::optional<Outcome> first = outcome_of(attempts[0], members, stopped);
+    if (!first || first->square_sum <= enough) stop_second = true;
+    while (second.wait_for(kLook) == std::future_status::timeout) {
+        if (stopped()) stop_second = true;
+    }
+    return {std::move(first), second.get()};
+}
+
+// Tries a crowd again from other starts: the first search of a member did not know its later neighbours. Keeps what
+// makes the whole set fit best. What is half done when it is stopped counts for nothing.
+void search_again(std::vector<GroupMember>& members, const std::vector<std::size_t>& set, const FitWatch& watch)
+{
     constexpr double kBetter = 0.98;
-    constexpr int kAttempts = 4;
     constexpr double kNearAltitudes = 1.5; // fewer readings see fewer neighbours
     constexpr double kLeastNoise = 0.01;   // nT
     constexpr double kExplained = 3;       // times the noise: what is left is no fault of the places
@@ -211,27 +289,46 @@ void search_again(std::vector<GroupMember>& members, std::vector<std::size_t> se
         const double deviation = std::max(task.noise, kLeastNoise);
         noise += deviation * deviation * static_cast<double>(task.readings.count());
     }
-    std::vector<GroupMember> best = members;
+    const double enough = kExplained * kExplained * noise;
     double least = square_sum_of(members, set);
-    for (int attempt = 0; attempt < kAttempts && least > kExplained * kExplained * noise; ++attempt) {
-        clear_models(members, set);
-        const double altitudes = attempt % 2 == 0 ? kNearAltitudes : kAltitudesOfReadings;
-        for (const std::size_t at : set) {
-            if (stopped()) return; // and so does who asked for it: what is half done counts for nothing
-            search(members, at, altitudes);
-        }
-        settle(members, set);
-        if (const double sum = square_sum_of(members, set); sum < kBetter * least) {
-            least = sum;
-            best = members;
-        }
-        if (attempt % 2 == 0) {
-            std::reverse(set.begin(), set.end());
-        } else {
-            std::rotate(set.begin(), set.begin() + 1, set.end());
+    if (least <= enough) return;
+    const Crowd crowd = crowd_of(members, set);
+    const std::vector<std::size_t> backwards(crowd.set.rbegin(), crowd.set.rend());
+    std::vector<std::size_t> turned = backwards;
+    std::rotate(turned.begin(), turned.begin() + 1, turned.end());
+    const std::vector<std::size_t> turned_back(turned.rbegin(), turned.rend());
+    const std::array<std::array<Attempt, 2>, 2> pairs = {
+        {{{{crowd.set, kNearAltitudes}, {backwards, kAltitudesOfReadings}}},
+         {{{turned, kNearAltitudes}, {turned_back, kAltitudesOfReadings}}}}};
+    std::vector<GroupMember> best;
+    for (const std::array<Attempt, 2>& pair : pairs) {
+        if (least <= enough) break;
+        for (std::optional<Outcome>& outcome :
+             outcomes_of(pair, crowd.members, enough, [&watch] { return watch.stop && watch.stop(); })) {
+            if (!outcome || least <= enough || !(outcome->square_sum < kBetter * least)) continue;
+            least = outcome->square_sum;
+            best = std::move(outcome->members);
         }
     }
-    members = best;
+    if (best.empty()) return;
+    for (std::size_t at = 0; at < set.size(); ++at) {
+        GroupMember& found = best[crowd.set[at]];
+        members[set[at]].others = std::move(found.others);
+        take_model(members, set[at], *found.fitted);
+    }
+}
+
+// How a set moves from round to round.
+struct SetProgress {
+    bool is_settled = false;
+    bool is_given_up = false;  // it moves on and on: its readings do not tell its members apart
+    std::vector<double> moved; // metres, by round
+};
+
+bool moves_on(const std::vector<double>& moved)
+{
+    constexpr std::size_t kRounds = 3; // in which the way is to become half as long
+    return moved.size() > kRounds && moved.back() > moved[moved.size() - 1 - kRounds] / 2;
 }
 
 // False: stopped.
@@ -251,21 +348,27 @@ bool fit_in_rounds(std::vector<GroupMember>& members, const FitWatch& watch)
         search(members, at, kAltitudesOfReadings);
     }
     const std::vector<std::vector<std::size_t>> sets = crowded_sets(members);
-    std::vector<bool> is_settled(sets.size(), false);
+    std::vector<SetProgress> progress(sets.size());
     for (int round = 0; round < kMostRounds; ++round) {
         bool all_stayed = true;
         for (std::size_t set = 0; set < sets.size(); ++set) {
+            SetProgress& here = progress[set];
             if (stopped()) return false;
-            if (is_settled[set]) continue;
-            double moved = settle(members, sets[set]);
+            if (here.is_settled || here.is_given_up) continue;
+            double moved = settle(members, sets[set], round == 0 ? kStepsOfFirstRound : kStepsOfLaterRounds);
             if (round < kRoundsOfSearch && sets[set].size() > 1) search_again(members, sets[set], watch);
             if (stopped()) return false;
-            if (round < kRoundsOfSearch) moved = std::max(moved, 2 * kStays);
-            is_settled[set] = true;
+            if (round < kRoundsOfSearch) {
+                moved = std::max(moved, 2 * kStays);
+            } else {
+                here.moved.push_back(moved);
+                here.is_given_up = moved > kStays && moves_on(here.moved);
+            }
+            here.is_settled = true;
             if (moved <= kStays) continue;
             all_stayed = false;
             for (std::size_t other = 0; other < sets.size(); ++other) {
-                if (feels(members, sets[other], sets[set])) is_settled[other] = false;
+                if (feels(members, sets[other], sets[set])) progress[other].is_settled = false;
             }
         }
         if (all_stayed) break;
@@ -287,10 +390,20 @@ DipoleFit final_fit(const std::vector<GroupMember>& members, GroupMember& member
 
 } // namespace
 
+namespace {
+
+// A source so near to a window is not seen as smooth there.
+bool is_near(double distance, double radius)
+{
+    return distance < 3 * radius;
+}
+
+} // namespace
+
 bool is_felt(const GridVector& moment, double distance, double radius)
 {
     constexpr double kCounts = 0.01; // nT
-    if (distance < 3 * radius) return true;
+    if (is_near(distance, radius)) return true;
     const double away = distance - radius;
     const double part = radius / away;
     return 200 * length(moment) / (away * away * away) * 6 * part * part > kCounts;
@@ -325,12 +438,20 @@ void take_model(std::vector<GroupMember>& members, std::size_t changed, const Fi
             }
             continue;
         }
-        const auto add = [&](const Dipole& dipole, double factor) {
-            if (!is_felt(dipole.moment, length(shift), member.task->radius)) return;
-            add_dipole_field(readings, {dipole.place + shift, dipole.moment}, factor, member.fields);
+        const double distance = length(shift);
+        const auto seen = [&](const Dipole& dipole) {
+            const bool counts = is_felt(dipole.moment, distance, member.task->radius);
+            return Dipole{dipole.place + shift, counts ? dipole.moment : GridVector{}};
         };
-        if (source.fitted) add(source.fitted->dipole, -1);
-        add(fitted.dipole, 1);
+        const Dipole after = seen(fitted.dipole);
+        const Dipole before = source.fitted ? seen(source.fitted->dipole) : Dipole{after.place, {}};
+        if (before.moment == GridVector{} && after.moment == GridVector{}) continue;
+        if (is_near(distance, member.task->radius)) {
+            if (source.fitted) add_dipole_field(readings, before, -1, member.fields);
+            add_dipole_field(readings, after, 1, member.fields);
+        } else {
+            add_far_change(readings, before, after, member.fields);
+        }
     }
     source.fitted = fitted;
 }

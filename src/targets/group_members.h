@@ -19,6 +19,7 @@ struct GroupMember {
     std::optional<FittedPlace> fitted;
     std::vector<FittedPlace> others; // that the search found beside the fitted one
     double strength = 0;             // nT: how far the readings stand out near the pick
+    double moved = 0;                // metres, when its set was settled last
 };
 
 // Whether a model at that distance bends the readings of a window by an amount that counts.
@@ -34,6 +35,6 @@ void take_model(std::vector<GroupMember>& members, std::size_t changed, const Fi
 
 // The places and moments of the chosen members together, by Levenberg and Marquardt on the sum of squares over all
 // their windows: it never grows, whatever they start from. Each of them has a place. Returns that sum, nT squared.
-double fit_jointly(std::vector<GroupMember>& members, std::span<const std::size_t> chosen);
+double fit_jointly(std::vector<GroupMember>& members, std::span<const std::size_t> chosen, int most_steps);
 
 } // namespace tarvo

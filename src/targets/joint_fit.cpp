@@ -1,6 +1,7 @@
 #include "targets/group_members.h"
 
 #include "targets/baselines.h"
+#include "targets/column_sums.h"
 
 #include <algorithm>
 #include <array>
@@ -71,13 +72,6 @@ bool solve(NormalEquations& equations)
     return true;
 }
 
-double product(const std::vector<double>& a, const std::vector<double>& b)
-{
-    double sum = 0;
-    for (std::size_t at = 0; at < a.size(); ++at) sum += a[at] * b[at];
-    return sum;
-}
-
 class JointFit {
 public:
     JointFit(const std::vector<GroupMember>& members, std::span<const std::size_t> chosen)
@@ -95,14 +89,14 @@ public:
     const Models& models() const { return models_; }
     const FitBounds& bounds(std::size_t at) const { return bounds_[at]; }
 
-    void run()
+    void run(int most_steps)
     {
-        constexpr int kMostSteps = 40;
         constexpr double kSmallestStep = 2e-6; // metres
         constexpr double kLargestDamping = 1e8;
+        constexpr double kFalls = 1e-7; // of the sum: less moves no place by more than a hundredth of its deviation
         double damping = 1e-3;
         NormalEquations equations = linearised();
-        for (int steps = 0; steps < kMostSteps && damping < kLargestDamping; ++steps) {
+        for (int steps = 0; steps < most_steps && damping < kLargestDamping; ++steps) {
             double moved = 0;
             const std::optional<Models> wanted = stepped(equations, damping, moved);
             if (!wanted) {
@@ -113,9 +107,11 @@ public:
             std::vector<std::vector<double>> residuals;
             const double sum = evaluate(*wanted, residuals);
             if (sum < square_sum_) {
+                const bool is_done = square_sum_ - sum < kFalls * square_sum_;
                 models_ = *wanted;
                 residuals_ = std::move(residuals);
                 square_sum_ = sum;
+                if (is_done) break;
                 damping = std::max(damping / 10, 1e-12);
                 equations = linearised();
             } else {
@@ -153,7 +149,7 @@ private:
             }
             residuals.push_back(values_less(task, fields, {}));
             window.baselines.take_out(residuals.back());
-            sum += product(residuals.back(), residuals.back());
+            sum += inner_product(residuals.back(), residuals.back());
         }
         return sum;
     }
@@ -189,9 +185,9 @@ private:
             return kUnknowns * window.steered[column / kUnknowns] + column % kUnknowns;
         };
         for (std::size_t row = 0; row < columns.size(); ++row) {
-            equations.right[unknown(row)] += product(columns[row], residuals);
+            equations.right[unknown(row)] += inner_product(columns[row], residuals);
             for (std::size_t column = 0; column <= row; ++column) {
-                const double sum = product(columns[row], columns[column]);
+                const double sum = inner_product(columns[row], columns[column]);
                 equations.at(unknown(row), unknown(column)) += sum;
                 if (row != column) equations.at(unknown(column), unknown(row)) += sum;
             }
@@ -254,10 +250,10 @@ private:
 
 } // namespace
 
-double fit_jointly(std::vector<GroupMember>& members, std::span<const std::size_t> chosen)
+double fit_jointly(std::vector<GroupMember>& members, std::span<const std::size_t> chosen, int most_steps)
 {
     JointFit fit(members, chosen);
-    fit.run();
+    fit.run(most_steps);
     for (std::size_t at = 0; at < chosen.size(); ++at) {
         const Dipole& dipole = fit.models()[at];
         take_model(members, chosen[at], {dipole, 0, touches_bound(dipole.place, fit.bounds(at))});

@@ -1,5 +1,7 @@
 #include "targets/projected_fit.h"
 
+#include "targets/column_sums.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -14,26 +16,11 @@ namespace {
 using Matrix = std::array<std::array<double, 3>, 3>;
 using Triple = std::array<double, 3>;
 
-double inner_product_of(const std::vector<double>& a, const std::vector<double>& b)
-{
-    double sum = 0;
-    for (std::size_t at = 0; at < a.size(); ++at) sum += a[at] * b[at];
-    return sum;
-}
-
-void take_off(std::vector<double>& column, double factor, const std::vector<double>& other)
-{
-    for (std::size_t at = 0; at < column.size(); ++at) column[at] -= factor * other[at];
-}
+constexpr double kExplained = 1e-8; // what little of a column neighbours and baselines leave is no anomaly of its own
 
 Triple as_triple(const GridVector& v)
 {
     return {v.east, v.north, v.up};
-}
-
-Triple column_of(const Matrix& matrix, std::size_t column)
-{
-    return {matrix[0][column], matrix[1][column], matrix[2][column]};
 }
 
 GridVector as_vector(const Triple& t)
@@ -99,16 +86,16 @@ ProjectedFit::ProjectedFit(const FitReadings& readings, const GridVector& earth,
 {
     open_neighbours(neighbours);
     without_baselines(values_);
-    signal_ = inner_product_of(values_, values_);
+    signal_ = inner_product(values_, values_);
 }
 
 void ProjectedFit::open_neighbours(std::span<const OpenNeighbour> neighbours)
 {
     const auto open = [this](ModelColumns& columns) {
         for (std::vector<double>& column : columns) {
-            const double before = inner_product_of(column, column);
+            const double before = inner_product(column, column);
             without_baselines(column);
-            const double square = inner_product_of(column, column);
+            const double square = inner_product(column, column);
             if (!(square > 1e-4 * before)) continue; // nothing but what others before it explain
             const double scale = 1 / std::sqrt(square);
             for (double& value : column) value *= scale;
@@ -129,35 +116,34 @@ void ProjectedFit::without_baselines(std::vector<double>& column) const
 {
     baselines_.take_out(column);
     for (const std::vector<double>& neighbour : neighbours_)
-        take_off(column, inner_product_of(neighbour, column), neighbour);
+        take_off(column, inner_product(neighbour, column), neighbour);
 }
 
 // Modified Gram and Schmidt.
 void ProjectedFit::take_out_earlier(std::vector<double>& column, std::size_t earlier) const
 {
-    for (std::size_t at = 0; at < earlier; ++at) take_off(column, inner_product_of(basis_[at], column), basis_[at]);
+    for (std::size_t at = 0; at < earlier; ++at) take_off(column, inner_product(basis_[at], column), basis_[at]);
 }
 
 FittedPlace ProjectedFit::at(const GridVector& place)
 {
     anomaly_columns(readings_, earth_, place, basis_);
-    constexpr double kExplained = 1e-8; // what little of it neighbours and baselines leave is no anomaly of its own
     left_ = values_;
     Matrix upper = {}; // the columns are basis x upper
     Triple along = {};
     for (std::size_t column = 0; column < 3; ++column) {
         std::vector<double>& values = basis_[column];
-        const double before = inner_product_of(values, values);
+        const double before = inner_product(values, values);
         without_baselines(values);
         for (std::size_t earlier = 0; earlier < column; ++earlier) {
-            upper[earlier][column] = inner_product_of(basis_[earlier], values);
+            upper[earlier][column] = inner_product(basis_[earlier], values);
             take_off(values, upper[earlier][column], basis_[earlier]);
         }
-        const double square = inner_product_of(values, values);
+        const double square = inner_product(values, values);
         const bool counts = square > kExplained * before && square > 0;
         upper[column][column] = counts ? std::sqrt(square) : 0;
         for (double& value : values) value = counts ? value / upper[column][column] : 0;
-        along[column] = inner_product_of(values, left_);
+        along[column] = inner_product(values, left_);
         take_off(left_, along[column], values);
     }
     Triple moment = {};
@@ -167,7 +153,50 @@ FittedPlace ProjectedFit::at(const GridVector& place)
         for (std::size_t column = row + 1; column < 3; ++column) rest -= upper[row][column] * moment[column];
         moment[row] = rest / upper[row][row];
     }
-    return {{place, as_vector(moment)}, inner_product_of(left_, left_), false};
+    return {{place, as_vector(moment)}, inner_product(left_, left_), false};
+}
+
+// By the normal equations, which are less exact and never need the residuals.
+double ProjectedFit::square_sum_at(const GridVector& place)
+{
+    anomaly_columns(readings_, earth_, place, basis_);
+    Triple before = {};
+    Triple along = {}; // the values are free of baselines and neighbours already
+    Matrix normal = {};
+    for (std::size_t row = 0; row < 3; ++row) {
+        before[row] = inner_product(basis_[row], basis_[row]);
+        baselines_.take_out(basis_[row]);
+        along[row] = inner_product(basis_[row], values_);
+        for (std::size_t column = 0; column <= row; ++column) {
+            normal[row][column] = inner_product(basis_[row], basis_[column]);
+        }
+    }
+    for (const std::vector<double>& neighbour : neighbours_) {
+        Triple shared = {};
+        for (std::size_t row = 0; row < 3; ++row) shared[row] = inner_product(neighbour, basis_[row]);
+        for (std::size_t row = 0; row < 3; ++row) {
+            for (std::size_t column = 0; column <= row; ++column) normal[row][column] -= shared[row] * shared[column];
+        }
+    }
+    double sum = signal_;
+    Matrix lower = {}; // Cholesky's, without the columns that do not count
+    Triple explained = {};
+    for (std::size_t column = 0; column < 3; ++column) {
+        double square = normal[column][column];
+        for (std::size_t at = 0; at < column; ++at) square -= lower[column][at] * lower[column][at];
+        if (!(square > kExplained * before[column])) continue;
+        const double scale = 1 / std::sqrt(square);
+        for (std::size_t row = column + 1; row < 3; ++row) {
+            double rest = normal[row][column];
+            for (std::size_t at = 0; at < column; ++at) rest -= lower[row][at] * lower[column][at];
+            lower[row][column] = rest * scale;
+        }
+        double rest = along[column];
+        for (std::size_t at = 0; at < column; ++at) rest -= lower[column][at] * explained[at];
+        explained[column] = rest * scale;
+        sum -= explained[column] * explained[column];
+    }
+    return sum;
 }
 
 // What one step of the search sees at the place that at() was asked for last.
@@ -181,9 +210,9 @@ ProjectedFit::Step ProjectedFit::linearised(const Dipole& dipole)
     }
     for (std::size_t row = 0; row < 3; ++row) {
         for (std::size_t column = 0; column <= row; ++column) {
-            step.normal[row][column] = step.normal[column][row] = inner_product_of(change_[row], change_[column]);
+            step.normal[row][column] = step.normal[column][row] = inner_product(change_[row], change_[column]);
         }
-        step.gradient[row] = inner_product_of(change_[row], left_);
+        step.gradient[row] = inner_product(change_[row], left_);
     }
     return step;
 }
@@ -233,11 +262,10 @@ FittedPlace ProjectedFit::refined(const GridVector& start, const FitBounds& boun
     return best;
 }
 
-// The sum over records of the outer products of what their residuals, of all sensors, pull the place by, and at least
-// that of residuals which do not hang together. What the sensors of a record have in common, as an error of the fish's
-// position, counts once and not once a sensor (White 1980, Econometrica 48, 817-838; Liang and Zeger 1986, Biometrika
-// 73, 13-22).
-std::array<std::array<double, 3>, 3> ProjectedFit::record_spread(double lag_correlation) const
+// The sum over records of the outer products of how far their residuals, of all sensors, move the place. What the
+// sensors of a record have in common, as an error of the fish's position, counts once and not once a sensor (White
+// 1980, Econometrica 48, 817-838; Liang and Zeger 1986, Biometrika 73, 13-22).
+std::array<std::array<double, 3>, 3> ProjectedFit::record_spread(const Matrix& lower, double lag_correlation) const
 {
     std::vector<std::size_t> order(left_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
@@ -252,8 +280,9 @@ std::array<std::array<double, 3>, 3> ProjectedFit::record_spread(double lag_corr
         for (std::size_t axis = 0; axis < 3; ++axis) pull[axis] += change_[axis][reading] * left_[reading];
         const bool ends = at + 1 == order.size() || readings_.record[order[at + 1]] != readings_.record[reading];
         if (!ends) continue;
+        const Triple moves = solved(lower, pull);
         for (std::size_t row = 0; row < 3; ++row) {
-            for (std::size_t column = 0; column < 3; ++column) spread[row][column] += pull[row] * pull[column];
+            for (std::size_t column = 0; column < 3; ++column) spread[row][column] += moves[row] * moves[column];
         }
         pull = {};
         ++records;
@@ -282,22 +311,22 @@ GridVector ProjectedFit::background_shift(const std::array<std::array<double, 3>
             const double first = curve == 2 ? place.north : place.east;
             column[at] = first * (curve == 0 ? place.east : place.north);
         }
-        const double before = inner_product_of(column, column);
+        const double before = inner_product(column, column);
         without_baselines(column);
         take_out_earlier(column, 3);
         for (std::size_t earlier = 0; earlier < curve; ++earlier) {
-            take_off(column, inner_product_of(curves[earlier], column), curves[earlier]);
+            take_off(column, inner_product(curves[earlier], column), curves[earlier]);
         }
         Triple along = {};
-        for (std::size_t axis = 0; axis < 3; ++axis) along[axis] = inner_product_of(change_[axis], column);
+        for (std::size_t axis = 0; axis < 3; ++axis) along[axis] = inner_product(change_[axis], column);
         const Triple moves = solved(lower, along);
         std::vector<double> apart = column; // from what a move of the place does
         for (std::size_t axis = 0; axis < 3; ++axis) take_off(apart, moves[axis], change_[axis]);
-        const double square = inner_product_of(apart, apart);
+        const double square = inner_product(apart, apart);
         const bool counts = square > 1e-12 * before;
-        const double size = counts ? inner_product_of(apart, left_) / square : 0;
+        const double size = counts ? inner_product(apart, left_) / square : 0;
         for (std::size_t axis = 0; axis < 3; ++axis) shift[axis] -= size * moves[axis];
-        const double length_of = std::sqrt(inner_product_of(column, column));
+        const double length_of = std::sqrt(inner_product(column, column));
         for (double& value : column) value = counts ? value / length_of : 0;
     }
     return as_vector(shift);
@@ -326,16 +355,7 @@ FitQuality ProjectedFit::quality(const FittedPlace& fitted)
     for (std::size_t axis = 0; axis < 3; ++axis) normal[axis][axis] += 1e-12 * curvature;
     const std::optional<Matrix> lower = lower_triangle(normal);
     if (!lower) return quality;
-    const Matrix spread = record_spread(quality.lag_correlation);
-    Matrix half = {};
-    for (std::size_t column = 0; column < 3; ++column) {
-        const Triple solution = solved(*lower, column_of(spread, column));
-        for (std::size_t row = 0; row < 3; ++row) half[column][row] = solution[row];
-    }
-    for (std::size_t column = 0; column < 3; ++column) {
-        const Triple solution = solved(*lower, column_of(half, column));
-        for (std::size_t row = 0; row < 3; ++row) quality.place_covariance[row][column] = solution[row];
-    }
+    quality.place_covariance = record_spread(*lower, quality.lag_correlation);
     quality.background_shift = background_shift(*lower);
     return quality;
 }
