@@ -50,6 +50,7 @@ public:
     explicit VisibleStates(std::optional<QColor> icon_colour)
         : QProxyStyle(QStringLiteral("fusion")), icon_colour_(icon_colour)
     {
+        setObjectName(baseStyle()->objectName()); // for the system report
     }
 
     QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override
