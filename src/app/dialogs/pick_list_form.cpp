@@ -39,7 +39,7 @@ PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidge
     layout->addWidget(make_fields());
     layout->addWidget(file_);
     connect(filter_, &PickFilterBar::edited, this, [this] { model_.set_filter(filter_->filter()); });
-    resize(1000, 460); // room for names and remarks beside the fits
+    resize(1000, 460);                                                // room for names and remarks beside the fits
     session_.pick_work.select_pick_row(session_.survey.current_pick); // opens on it
     display_pick_list();
     grid_->setFocus();
