@@ -318,6 +318,46 @@ void search_again(std::vector<GroupMember>& members, const std::vector<std::size
     }
 }
 
+// Gives the models of a set to the picks that they lie nearest to: all together they explain the same. True: some were
+// exchanged.
+bool exchange(std::vector<GroupMember>& members, const std::vector<std::size_t>& set)
+{
+    const auto off_pick = [](const GroupMember& member, const GridVector& place) {
+        const FitTask& task = *member.task;
+        const double off =
+            plan_length(place + task.readings.origin - GridVector{task.ground.pick_east, task.ground.pick_north, 0});
+        return off * off; // so that it counts which of them lies further along, and not how far aside they are
+    };
+    bool were_exchanged = false;
+    for (const std::size_t one : set) {
+        for (const std::size_t other : set) {
+            if (one >= other) continue;
+            const GroupMember& a = members[one];
+            const GroupMember& b = members[other];
+            FittedPlace for_a = *b.fitted;
+            FittedPlace for_b = *a.fitted;
+            for_a.dipole.place = for_a.dipole.place + b.apart - a.apart;
+            for_b.dipole.place = for_b.dipole.place + a.apart - b.apart;
+            const double now = off_pick(a, a.fitted->dipole.place) + off_pick(b, b.fitted->dipole.place);
+            const double exchanged = off_pick(a, for_a.dipole.place) + off_pick(b, for_b.dipole.place);
+            const double altitude = a.task->ground.altitude;
+            if (exchanged > now - altitude * altitude) continue; // picks side by side do not tell which is whose
+            const FitBounds bounds_of_a = fit_bounds(a.task->readings, a.task->ground);
+            const FitBounds bounds_of_b = fit_bounds(b.task->readings, b.task->ground);
+            if (held_within(for_a.dipole.place, bounds_of_a) != for_a.dipole.place ||
+                held_within(for_b.dipole.place, bounds_of_b) != for_b.dipole.place) {
+                continue;
+            }
+            for_a.at_bound = touches_bound(for_a.dipole.place, bounds_of_a);
+            for_b.at_bound = touches_bound(for_b.dipole.place, bounds_of_b);
+            take_model(members, one, for_a);
+            take_model(members, other, for_b);
+            were_exchanged = true;
+        }
+    }
+    return were_exchanged;
+}
+
 // How a set moves from round to round.
 struct SetProgress {
     bool is_settled = false;
@@ -358,7 +398,7 @@ bool fit_in_rounds(std::vector<GroupMember>& members, const FitWatch& watch)
             double moved = settle(members, sets[set], round == 0 ? kStepsOfFirstRound : kStepsOfLaterRounds);
             if (round < kRoundsOfSearch && sets[set].size() > 1) search_again(members, sets[set], watch);
             if (stopped()) return false;
-            if (round < kRoundsOfSearch) {
+            if (exchange(members, sets[set]) || round < kRoundsOfSearch) {
                 moved = std::max(moved, 2 * kStays);
             } else {
                 here.moved.push_back(moved);
@@ -567,6 +607,11 @@ std::vector<DipoleFit> fit_together(const std::vector<FitTask>& tasks, const Fit
     }
     if (!fit_in_rounds(members, watch)) return {};
     for (std::size_t at = 0; at < members.size(); ++at) fits[numbers[at]] = final_fit(members, members[at]);
+    share_backgrounds(fits);
+    std::vector<double> altitudes;
+    for (const FitTask& task : tasks) altitudes.push_back(task.ground.altitude);
+    doubt_shared_places(fits, altitudes);
+    for (std::size_t at = 0; at < tasks.size(); ++at) doubt_loose_place(fits[at], altitudes[at]);
     return fits;
 }
 
