@@ -162,7 +162,10 @@ std::vector<DipoleFit> fit_together(const std::vector<FitTask>& tasks, const Fit
         numbers.push_back(task);
     }
     if (!fit_in_rounds(members, watch)) return {};
-    for (std::size_t at = 0; at < members.size(); ++at) fits[numbers[at]] = final_fit(members, members[at]);
+    for (std::size_t at = 0; at < members.size(); ++at) {
+        if (watch.stop && watch.stop()) return {};
+        fits[numbers[at]] = final_fit(members, members[at]);
+    }
     share_backgrounds(fits);
     std::vector<double> altitudes;
     for (const FitTask& task : tasks) altitudes.push_back(task.ground.altitude);
@@ -179,7 +182,10 @@ std::vector<DipoleFit> fit_places(const FitSurvey& survey, const std::vector<Fit
     for (const std::vector<std::size_t>& group : fit_groups(survey, places)) {
         std::vector<FitTask> tasks;
         tasks.reserve(group.size());
-        for (const std::size_t place : group) tasks.push_back(fit_task(survey, places[place], field));
+        for (const std::size_t place : group) {
+            if (watch.stop && watch.stop()) return {};
+            tasks.push_back(fit_task(survey, places[place], field));
+        }
         std::vector<DipoleFit> fitted = fit_together(tasks, watch);
         if (fitted.empty()) return {};
         for (std::size_t at = 0; at < group.size(); ++at) fits[group[at]] = std::move(fitted[at]);
