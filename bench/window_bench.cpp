@@ -1,6 +1,6 @@
 // Measures the window against the core alone on one data file: time of a load, the longest time that an event waits
-// during it, and the speed of a replay without delay with the profile graphs shown and hidden. Times are the
-// program's own (processor time), so that other work on the machine counts little.
+// during it, and the speed of a replay without delay that follows the track, with the profile graphs shown and hidden,
+// and that scrolls. Times are the program's own (processor time), so that other work on the machine counts little.
 //
 //     window_bench FILE.csv [REPLAY_LINES [KEY=VALUE...]]
 
@@ -49,11 +49,12 @@ void measure_load(MainWindow& window, const std::string& file, LongestWait& wait
                 alone, used, used / alone, wait.milliseconds(), wait.milliseconds_used());
 }
 
-double replay_lines_per_second(MainWindow& window, const std::string& file, std::int64_t lines)
+double replay_lines_per_second(MainWindow& window, const std::string& file, std::int64_t lines, TrackMode mode)
 {
     window.open_file(file);
     QTimer stop;
     QObject::connect(&stop, &QTimer::timeout, &window, [&] {
+        if (mode == TrackMode::scroll && window.survey().track_image.mode != mode) window.view().scroll();
         if (window.survey().processing.lines_read >= lines) window.press_start(StartButton::replay_or_stop);
     });
     stop.start(0);
@@ -65,12 +66,14 @@ double replay_lines_per_second(MainWindow& window, const std::string& file, std:
 void measure_replay(MainWindow& window, const std::string& file, std::int64_t lines, LongestWait& wait)
 {
     wait.restart();
-    const double shown = replay_lines_per_second(window, file, lines);
+    const double shown = replay_lines_per_second(window, file, lines, TrackMode::follow);
     const double longest = wait.milliseconds();
+    const double scrolling = replay_lines_per_second(window, file, lines, TrackMode::scroll);
     window.findChild<QAction*>(QStringLiteral("menu_show_DisplayGraphs"))->setChecked(false);
-    const double hidden = replay_lines_per_second(window, file, lines);
-    std::printf("replay: graphs shown %.0f lines/s, hidden %.0f lines/s (%.2f), longest wait of an event %.1f ms\n",
-                shown, hidden, shown / hidden, longest);
+    const double hidden = replay_lines_per_second(window, file, lines, TrackMode::follow);
+    std::printf("replay: graphs shown %.0f lines/s, hidden %.0f lines/s (%.2f), scrolling %.0f lines/s, "
+                "longest wait of an event %.1f ms\n",
+                shown, hidden, shown / hidden, scrolling, longest);
 }
 
 } // namespace

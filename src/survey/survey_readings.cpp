@@ -219,11 +219,22 @@ std::string out_of_world_hint(const SampleStore& store)
 std::string far_picks_hint(const SurveyState& survey)
 {
     const double tolerance = survey.pick_settings.PickTolerance;
-    const std::int32_t far = picks_beyond(survey.picks, track_table(survey.processing.store), tolerance);
-    if (far == 0) return {};
-    return std::to_string(far) + " of " + std::to_string(survey.picks.number_of_picks) + " picks lie more than " +
-           format_significant(tolerance) +
-           " m from the track: a dashed ring stands where each was marked. Was the survey loaded to its end?";
+    const TrackTable track = track_table(survey.processing.store);
+    const std::int32_t far = picks_beyond(survey.picks, track, tolerance);
+    const std::int32_t lost = track.count > 0 ? picks_without_sample(survey.picks) : 0;
+    const auto count_text = [&survey](std::int32_t count) {
+        return std::to_string(count) + " of " + std::to_string(survey.picks.number_of_picks) +
+               (count == 1 ? " picks lies " : " picks lie ");
+    };
+    std::string text;
+    if (far > 0) {
+        text = count_text(far) + "more than " + format_significant(tolerance) +
+               " m from the track: a dashed ring stands where each was marked. ";
+    }
+    if (lost > 0) {
+        text += count_text(lost) + "far off the track: only the pick list shows " + (lost == 1 ? "it. " : "them. ");
+    }
+    return text.empty() ? text : text + "Was the survey loaded to its end?";
 }
 
 std::string averaging_hint(const SampleProcessing& run)

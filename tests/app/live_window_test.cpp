@@ -69,7 +69,7 @@ protected:
             if (condition()) loop.quit();
         });
         look.start(5);
-        QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
+        QTimer::singleShot(200'000, &loop, &QEventLoop::quit);
         loop.exec();
         return condition();
     }

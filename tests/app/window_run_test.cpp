@@ -144,7 +144,9 @@ TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)
         EXPECT_EQ(caption(kReplay), QStringLiteral("Start replay")) << c.label;
         EXPECT_TRUE(control<QLineEdit>("Text_locations_name_line").isEnabled()) << c.label;
     }
-    EXPECT_TRUE(op.messages.empty());
+    for (const std::string& told : op.messages) { // on a busy machine the stop comes after the last line was read
+        EXPECT_NE(told.find("the run was stopped while they were computed"), std::string::npos) << told;
+    }
     window.open_file(second);
     click(kLoad);
     EXPECT_EQ(stored_samples(window.survey().processing), loaded_samples(second));

@@ -137,8 +137,13 @@ TEST(SurveyReadings, PicksBesideTheTrackAreCounted)
     append_pick(survey.picks, {.name = "near", .sample_index = 5, .location = {0, 110, 200, 0}});
     EXPECT_EQ(far_picks_hint(survey), "");
     append_pick(survey.picks, {.name = "far", .sample_index = 5, .location = {0, 110.1, 200, 0}});
-    EXPECT_EQ(far_picks_hint(survey), "1 of 2 picks lie more than 10 m from the track: a dashed ring stands where each "
-                                      "was marked. Was the survey loaded to its end?");
+    EXPECT_EQ(far_picks_hint(survey),
+              "1 of 2 picks lies more than 10 m from the track: a dashed ring stands where each "
+              "was marked. Was the survey loaded to its end?");
+    append_pick(survey.picks, {.name = "of another survey", .sample_index = 0, .location = {0, 9e5, 200, 0}});
+    append_pick(survey.picks, {.name = "of another survey", .sample_index = -1, .location = {0, 9e5, 200, 0}});
+    EXPECT_NE(far_picks_hint(survey).find(". 2 of 4 picks lie far off the track: only the pick list shows them. Was"),
+              std::string::npos);
 }
 
 TEST(SurveyReadings, DigitsAreGroupedForPeople)

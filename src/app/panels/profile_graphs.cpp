@@ -53,7 +53,7 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
 
     connect(&view_, &SurveyView::values_changed, this, &ProfileGraphs::refresh);
     connect(&view_, &SurveyView::current_record_changed, this, &ProfileGraphs::refresh);
-    connect(plot_, &QCustomPlot::afterLayout, this, &ProfileGraphs::place_legend);
+    connect(plot_, &QCustomPlot::afterLayout, this, &ProfileGraphs::take_layout);
     connect(plot_, &QCustomPlot::mouseWheel, this, &ProfileGraphs::turn_wheel);
     connect(plot_, &QCustomPlot::mousePress, this, &ProfileGraphs::press);
     connect(plot_, &QCustomPlot::mouseMove, this, &ProfileGraphs::move);
@@ -262,9 +262,14 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
     show_legend(!plots_[kVertical].pointer->visible());
 }
 
-// As soon as the width is known that is drawn: the second name stands behind the first.
-void ProfileGraphs::place_legend()
+// As soon as the size is known that is drawn. Steps from tick to tick go by it, and the second name of the legend
+// stands behind the first.
+void ProfileGraphs::take_layout()
 {
+    if (const QSize size = plots_[kField].rect->size(); size != laid_out_) {
+        laid_out_ = size;
+        QMetaObject::invokeMethod(this, &ProfileGraphs::refresh, Qt::QueuedConnection);
+    }
     const int width = plots_[kVertical].rect->width();
     const int first_name = QFontMetrics(legend_[0]->font()).horizontalAdvance(legend_[0]->text()) + 2 * kBetweenNames;
     legend_[1]->position->setCoords(heights_shown_[0] ? static_cast<double>(first_name) / std::max(width, 1) : 0, 0);
