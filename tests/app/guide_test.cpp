@@ -56,7 +56,8 @@ TEST_F(GuideWindow, F1OpensThePageOfWhatHasTheKeyboard)
     ASSERT_TRUE(eventually([&] { return edit.hasFocus(); }));
     QTest::keyClick(&edit, Qt::Key_F1);
     EXPECT_EQ(opened, "residual.html");
-    EXPECT_TRUE(op.messages.empty());
+    for (const std::string& note : op.messages) EXPECT_EQ(note.find("The guide opens in the browser: "), 0U) << note;
+    op.messages.clear();
 
     window.guide().open = [](const QUrl&) { return false; };
     QTest::keyClick(&edit, Qt::Key_F1);
