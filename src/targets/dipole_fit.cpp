@@ -1,6 +1,7 @@
 #include "targets/dipole_fit.h"
 
 #include "processing/angles.h"
+#include "processing/median.h"
 
 #include <algorithm>
 #include <array>
@@ -15,9 +16,20 @@ namespace {
 
 constexpr double kApartInAltitudes = 0.5; // places further from each other are different solutions
 
+constexpr double kAsGood = 1.3;       // times the rms: nearly as well
+constexpr double kOfBackground = 1.5; // of a background's size: what it may be in truth
+
 double square(double value)
 {
     return value * value;
+}
+
+// Adds what a background of such a size, squared, does to a place.
+void add_moves(GridVector& variance, double size_squared, const GridVector& moves)
+{
+    variance.east += size_squared * square(moves.east);
+    variance.north += size_squared * square(moves.north);
+    variance.up += size_squared * square(moves.up);
 }
 
 // So many readings that a start can be judged; every so manieth of each segment.
@@ -181,6 +193,31 @@ void take_circle(DipoleFit& described, ProjectedFit& fit, const FitReadings& rea
     described.east_north_covariance = across.east * across.north * widest * widest;
 }
 
+// Whether a place far off in the direction that is known the least, at some height, leaves as little as the best one:
+// a valley so long is no ellipse, and its far end may be another least.
+bool is_in_long_valley(ProjectedFit& fit, const FitReadings& readings, const FitGround& ground, const FittedPlace& best,
+                       const FitQuality& quality)
+{
+    constexpr int kSteps = 6; // each way, along the valley
+    constexpr int kHeights = 4;
+    constexpr double kStep = 0.25; // altitudes
+    constexpr double kHeightStep = 0.1;
+    const FitBounds bounds = fit_bounds(readings, ground);
+    const auto& covariance = quality.place_covariance;
+    const double direction = 0.5 * std::atan2(2 * covariance[0][1], covariance[0][0] - covariance[1][1]);
+    const double enough = square(kAsGood) * best.square_sum;
+    for (int step = -kSteps; step <= kSteps; ++step) {
+        const double along = step * kStep * ground.altitude;
+        for (int height = -kHeights; height <= kHeights && step != 0; ++height) {
+            const double up = height * kHeightStep * ground.altitude;
+            const GridVector place =
+                best.dipole.place + GridVector{along * std::cos(direction), along * std::sin(direction), up};
+            if (held_within(place, bounds) == place && fit.square_sum_at(place) <= enough) return true;
+        }
+    }
+    return false;
+}
+
 int count_lines(const FitReadings& readings)
 {
     std::set<std::int32_t> lines;
@@ -208,6 +245,47 @@ double lowest_mass(double moment)
 double highest_mass(double moment)
 {
     return moment / 0.0153;
+}
+
+void share_backgrounds(std::vector<DipoleFit>& fits)
+{
+    constexpr std::size_t kFewest = 5; // fits that say what is usual
+    constexpr double kDeviation = 1.4826;
+    for (std::size_t curve = 0; curve < CurvedBackgrounds{}.size(); ++curve) {
+        std::vector<double> sizes;
+        for (const DipoleFit& fit : fits) {
+            if (fit.is_fitted()) sizes.push_back(std::abs(fit.background[curve].size));
+        }
+        if (sizes.size() < kFewest) return;
+        const double usual = kDeviation * *median(sizes);
+        for (DipoleFit& fit : fits) {
+            const CurvedBackground& background = fit.background[curve];
+            const double more = square(usual) - square(background.size);
+            if (!fit.is_fitted() || more <= 0) continue;
+            GridVector variance = {square(fit.error.east), square(fit.error.north), square(fit.error.up)};
+            add_moves(variance, square(kOfBackground) * more, background.moves);
+            fit.error = {std::sqrt(variance.east), std::sqrt(variance.north), std::sqrt(variance.up)};
+        }
+    }
+}
+
+void doubt_loose_place(DipoleFit& fit, double altitude)
+{
+    constexpr double kLoose = 0.2; // altitudes
+    if (!fit.is_fitted() || fit.is_side_unknown() || plan_length(fit.error) <= kLoose * altitude) return;
+    fit.doubts.push_back(FitDoubt::loose_place);
+}
+
+void doubt_shared_places(std::vector<DipoleFit>& fits, const std::vector<double>& altitudes)
+{
+    for (std::size_t at = 0; at < fits.size(); ++at) {
+        const GridVector& place = fits[at].dipole.place;
+        const bool is_shared = std::any_of(fits.begin(), fits.end(), [&](const DipoleFit& other) {
+            return &other != &fits[at] && other.is_fitted() &&
+                   plan_length(other.dipole.place - place) < kApartInAltitudes * altitudes[at];
+        });
+        if (fits[at].is_fitted() && is_shared) fits[at].doubts.push_back(FitDoubt::shared_place);
+    }
 }
 
 std::string flag_text(const DipoleFit& fit)
@@ -309,11 +387,8 @@ DipoleFit described_fit(ProjectedFit& fit, const FitReadings& readings, const Fi
                         const FittedPlace& best, const std::vector<FittedPlace>& others)
 {
     constexpr double kDeviations = 3;
-    constexpr double kBackground = 1.5; // times the shift by a curved background
     constexpr double kGoodMatch = 0.9;
     constexpr double kFarFromPick = 1.5; // altitudes
-    constexpr double kAsGood = 1.3;      // times the rms
-    constexpr double kLoose = 0.25;      // altitudes
     const FitQuality quality = fit.quality(best);
     const auto count = static_cast<double>(readings.count());
     DipoleFit described;
@@ -331,10 +406,13 @@ DipoleFit described_fit(ProjectedFit& fit, const FitReadings& readings, const Fi
     const double lag = std::clamp(quality.lag_correlation, 0.0, 0.99);
     const double widened = square(kDeviations) * (1 + lag) / (1 - lag);
     const auto& covariance = quality.place_covariance;
-    const GridVector& shift = quality.background_shift;
-    described.error = {std::sqrt(widened * covariance[0][0] + square(kBackground * shift.east)),
-                       std::sqrt(widened * covariance[1][1] + square(kBackground * shift.north)),
-                       std::sqrt(widened * covariance[2][2] + square(kBackground * shift.up))};
+    described.background = quality.background;
+    GridVector variance = {widened * covariance[0][0], widened * covariance[1][1], widened * covariance[2][2]};
+    for (const CurvedBackground& background : quality.background) {
+        const double size = square(kOfBackground * background.size) + widened * square(background.deviation);
+        add_moves(variance, size, background.moves);
+    }
+    described.error = {std::sqrt(variance.east), std::sqrt(variance.north), std::sqrt(variance.up)};
     described.east_north_covariance = widened * covariance[0][1];
 
     const GridVector from_pick = described.dipole.place - GridVector{ground.pick_east, ground.pick_north, 0};
@@ -346,9 +424,8 @@ DipoleFit described_fit(ProjectedFit& fit, const FitReadings& readings, const Fi
     if (described.r2 < kGoodMatch) described.doubts.push_back(FitDoubt::poor_match);
     if (best.at_bound) described.doubts.push_back(FitDoubt::at_bound);
     if (plan_length(from_pick) > kFarFromPick * ground.altitude) described.doubts.push_back(FitDoubt::far_from_pick);
-    if (has_other && !is_one_pass) described.doubts.push_back(FitDoubt::second_solution);
-    if (!is_one_pass && plan_length(described.error) > kLoose * ground.altitude) {
-        described.doubts.push_back(FitDoubt::loose_place);
+    if (!is_one_pass && (has_other || is_in_long_valley(fit, readings, ground, best, quality))) {
+        described.doubts.push_back(FitDoubt::second_solution);
     }
     if (is_one_pass) take_circle(described, fit, readings, ground, best);
     described.misfit = largest_misfit(readings, quality.residuals, std::sqrt(fit.signal() / count));

@@ -28,7 +28,7 @@ struct FitGround {
 
 inline constexpr double kAltitudeWhenUnknown = 5; // metres
 
-enum class FitDoubt { poor_match, at_bound, far_from_pick, second_solution, loose_place };
+enum class FitDoubt { poor_match, at_bound, far_from_pick, second_solution, shared_place, loose_place };
 
 // Something that the fit does not explain: where the residuals are largest.
 struct Misfit {
@@ -50,8 +50,9 @@ struct DipoleFit {
     double r2 = kNull;
     int lines = 0;
     std::size_t readings = 0;
-    GridVector error;                 // metres: three standard deviations
+    GridVector error;                 // metres: three standard deviations, and what a curved background may do
     double east_north_covariance = 0; // square metres, of three deviations, for the ellipse in plan
+    CurvedBackgrounds background;
     std::optional<Misfit> misfit;
 
     bool is_fitted() const { return refusal.empty(); }
@@ -64,6 +65,17 @@ double moment_inclination(const GridVector& moment); // below the horizon
 double moment_declination(const GridVector& moment); // from grid north, clockwise
 double lowest_mass(double moment);                   // of iron, that may have such a moment
 double highest_mass(double moment);
+
+// The background around each of some fits is at least as curved as it is around most of them: where readings cannot
+// tell that from a move of the place, it shows beside the neighbours only. Widens the errors by it.
+void share_backgrounds(std::vector<DipoleFit>& fits);
+
+// Doubts a place that its readings leave open. altitude: metres.
+void doubt_loose_place(DipoleFit& fit, double altitude);
+
+// Doubts fits that came to one place from different picks: one source was picked twice, or one was not found.
+// altitudes: metres, by fit.
+void doubt_shared_places(std::vector<DipoleFit>& fits, const std::vector<double>& altitudes);
 
 // "side unknown" and "doubtful", as far as they hold, joined by ";".
 std::string flag_text(const DipoleFit& fit);

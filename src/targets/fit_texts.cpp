@@ -42,6 +42,7 @@ std::string doubt_text(FitDoubt doubt, const DipoleFit& fit)
     case FitDoubt::at_bound: return "the search ended at the edge of where a source may lie";
     case FitDoubt::far_from_pick: return "the place lies more than 1.5 altitudes from the pick";
     case FitDoubt::second_solution: return "another place fits nearly as well";
+    case FitDoubt::shared_place: return "another target's fit came to the same place";
     case FitDoubt::loose_place: break;
     }
     return "the readings leave the place open to " + metres(plan_length(fit.error)) + " in plan";

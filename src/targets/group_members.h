@@ -33,6 +33,12 @@ std::vector<double> values_less(const FitTask& task, const std::vector<GridVecto
 // The member's model changes: all that feel it see the new one.
 void take_model(std::vector<GroupMember>& members, std::size_t changed, const FittedPlace& fitted);
 
+// Neighbours that a fit of one member leaves open: those near it that have a place already.
+inline constexpr double kAltitudesOfOpenNeighbours = 4;
+enum class OpenPlaces { no, yes };
+std::vector<OpenNeighbour> open_neighbours(const std::vector<GroupMember>& members, const GroupMember& member,
+                                           OpenPlaces places);
+
 // The places and moments of the chosen members together, by Levenberg and Marquardt on the sum of squares over all
 // their windows: it never grows, whatever they start from. Each of them has a place. Returns that sum, nT squared.
 double fit_jointly(std::vector<GroupMember>& members, std::span<const std::size_t> chosen, int most_steps);

@@ -298,14 +298,13 @@ std::array<std::array<double, 3>, 3> ProjectedFit::record_spread(const Matrix& l
     return spread;
 }
 
-// How far the place would move were the background of the second degree in plan and not of the first.
-GridVector ProjectedFit::background_shift(const std::array<std::array<double, 3>, 3>& lower) const
+// Each as if it were alone.
+CurvedBackgrounds ProjectedFit::curved_backgrounds(const Matrix& lower) const
 {
-    std::array<std::vector<double>, 3> curves;
-    Triple shift = {};
-    for (std::size_t curve = 0; curve < 3; ++curve) {
-        std::vector<double>& column = curves[curve];
-        column.resize(left_.size());
+    const double variance = inner_product(left_, left_) / static_cast<double>(left_.size());
+    CurvedBackgrounds backgrounds;
+    std::vector<double> column(left_.size());
+    for (std::size_t curve = 0; curve < backgrounds.size(); ++curve) {
         for (std::size_t at = 0; at < column.size(); ++at) {
             const GridVector& place = readings_.place[at];
             const double first = curve == 2 ? place.north : place.east;
@@ -314,22 +313,15 @@ GridVector ProjectedFit::background_shift(const std::array<std::array<double, 3>
         const double before = inner_product(column, column);
         without_baselines(column);
         take_out_earlier(column, 3);
-        for (std::size_t earlier = 0; earlier < curve; ++earlier) {
-            take_off(column, inner_product(curves[earlier], column), curves[earlier]);
-        }
         Triple along = {};
         for (std::size_t axis = 0; axis < 3; ++axis) along[axis] = inner_product(change_[axis], column);
         const Triple moves = solved(lower, along);
-        std::vector<double> apart = column; // from what a move of the place does
-        for (std::size_t axis = 0; axis < 3; ++axis) take_off(apart, moves[axis], change_[axis]);
-        const double square = inner_product(apart, apart);
-        const bool counts = square > 1e-12 * before;
-        const double size = counts ? inner_product(apart, left_) / square : 0;
-        for (std::size_t axis = 0; axis < 3; ++axis) shift[axis] -= size * moves[axis];
-        const double length_of = std::sqrt(inner_product(column, column));
-        for (double& value : column) value = counts ? value / length_of : 0;
+        for (std::size_t axis = 0; axis < 3; ++axis) take_off(column, moves[axis], change_[axis]);
+        const double square = inner_product(column, column);
+        if (!(square > 1e-12 * before)) continue;
+        backgrounds[curve] = {inner_product(column, left_) / square, std::sqrt(variance / square), as_vector(moves)};
     }
-    return as_vector(shift);
+    return backgrounds;
 }
 
 FitQuality ProjectedFit::quality(const FittedPlace& fitted)
@@ -356,7 +348,7 @@ FitQuality ProjectedFit::quality(const FittedPlace& fitted)
     const std::optional<Matrix> lower = lower_triangle(normal);
     if (!lower) return quality;
     quality.place_covariance = record_spread(*lower, quality.lag_correlation);
-    quality.background_shift = background_shift(*lower);
+    quality.background = curved_backgrounds(*lower);
     return quality;
 }
 

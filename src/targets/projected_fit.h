@@ -31,12 +31,20 @@ struct FittedPlace {
     bool at_bound = false;
 };
 
+// A background that is curved in plan and not plane, along one of three ways: east x east, east x north, north x north.
+struct CurvedBackground {
+    double size = 0;      // nT per square metre, as far as the readings tell it from a move of the place
+    double deviation = 0; // of the size, were residuals independent
+    GridVector moves;     // metres that the place moves by for a size of 1
+};
+using CurvedBackgrounds = std::array<CurvedBackground, 3>;
+
 // What is left of the readings at a fitted place, and how well the place is known.
 struct FitQuality {
     std::vector<double> residuals;                              // nT, by reading
     std::array<std::array<double, 3>, 3> place_covariance = {}; // square metres, of records that do not hang together
-    GridVector background_shift; // metres that the place would move, were the background not plane but curved
-    double lag_correlation = 0;  // of neighbouring residuals of a segment
+    CurvedBackgrounds background;
+    double lag_correlation = 0; // of neighbouring residuals of a segment
 };
 
 // Another source near by, metres from the readings' origin. Its moment is left open, so that an error in it is not paid
@@ -77,7 +85,7 @@ private:
     Step linearised(const Dipole& dipole);
     std::array<std::array<double, 3>, 3> record_spread(const std::array<std::array<double, 3>, 3>& lower,
                                                        double lag_correlation) const;
-    GridVector background_shift(const std::array<std::array<double, 3>, 3>& lower) const;
+    CurvedBackgrounds curved_backgrounds(const std::array<std::array<double, 3>, 3>& lower) const;
 
     const FitReadings& readings_;
     GridVector earth_;

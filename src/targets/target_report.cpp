@@ -5,6 +5,7 @@
 #include "targets/target_picture.h"
 #include "text/quoted.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -31,9 +32,9 @@ constexpr const char* kMethod =
     "<p>A magnetic dipole is fitted by least squares to the total field within three altitudes of every target (5 to "
     "60 m), together with those of its neighbours and with a constant and a slope for every line and sensor. The place "
     "is searched for from a grid of starts; the moment follows from it. Plus or minus stands for three standard "
-    "deviations, widened where neighbouring residuals hang together. The mass is that of iron which may have such a "
-    "moment: remanence lets it vary by a factor of 18. A place with a flag is no place to rely on: read its cautions "
-    "first.</p>\n";
+    "deviations, widened where neighbouring residuals hang together and by what a curved background may do. The mass "
+    "is that of iron which may have such a moment: remanence lets it vary by a factor of 18. A place with a flag is no "
+    "place to rely on: read its cautions first.</p>\n";
 
 std::string element(const char* tag, std::string_view text)
 {
@@ -172,13 +173,26 @@ std::string proposal_rows(const std::vector<Proposal>& proposals, int& number)
     return text;
 }
 
+// That a place is no dipole says little where none could be fitted: how many there are of these, and why.
+std::string unfitted_note(const std::vector<Proposal>& proposals)
+{
+    const auto is_unfitted = [](const Proposal& proposal) { return !proposal.fit.is_fitted(); };
+    const auto count = std::count_if(proposals.begin(), proposals.end(), is_unfitted);
+    if (count == 0) return {};
+    const Proposal& first = *std::find_if(proposals.begin(), proposals.end(), is_unfitted);
+    return element("p", "Not fitted and so not judged: " + std::to_string(count) +
+                            ", the strongest since: " + first.fit.refusal);
+}
+
 std::string proposal_section(const ProposalList& proposals)
 {
+    std::string text = "<h2>Proposals that nobody has judged</h2>\n" +
+                       element("p", "Residual above " + format_fixed(proposals.threshold, 1) + " nT; its noise is " +
+                                        format_fixed(proposals.noise, 2) + " nT.");
+    if (proposals.dipoles.empty() && proposals.no_dipoles.empty()) return text + element("p", "There are none.");
     int number = 0;
-    return "<h2>Proposals that nobody has judged</h2>\n<p>" +
-           markup_escaped("Residual above " + format_fixed(proposals.threshold, 1) + " nT; its noise is " +
-                          format_fixed(proposals.noise, 2) + " nT.") +
-           "</p>\n<table>\n<tr><th></th><th>Easting</th><th>Northing</th><th>Peak, nT</th><th>Below sensor, m</th>"
+    return text + unfitted_note(proposals.no_dipoles) +
+           "<table>\n<tr><th></th><th>Easting</th><th>Northing</th><th>Peak, nT</th><th>Below sensor, m</th>"
            "<th>Below seabed, m</th><th>Moment, A m2</th><th>Flags</th><th>Kind</th><th></th></tr>\n" +
            proposal_rows(proposals.dipoles, number) + proposal_rows(proposals.no_dipoles, number) + "</table>\n";
 }

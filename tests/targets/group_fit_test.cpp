@@ -30,6 +30,39 @@ TEST(GroupFit, NeighboursAreFittedTogether)
     }
 }
 
+TEST(GroupFit, DoubtsTwoPicksOfOneSource)
+{
+    const std::vector<Dipole> sources = {{{0, 0, -0.5}, {20, 0, -60}}, {{30, 0, -0.5}, {0, 20, -60}}};
+    const MadeUpLines lines{.across = {-6, 0, 6}, .sensors = 2};
+    std::vector<FitTask> tasks;
+    for (const GridVector& pick : {GridVector{0, 0, 0}, GridVector{1, 6, 0}, GridVector{30, 0, 0}})
+        tasks.push_back(task_over(sources, lines, pick));
+    const std::vector<DipoleFit> fits = fit_together(tasks, {});
+    EXPECT_TRUE(fits[0].is_doubtful() || fits[1].is_doubtful());
+    EXPECT_FALSE(fits[2].is_doubtful());
+}
+
+// The usual size is 1.4826 x the median of 1, 2, 3, 4 and 100; what a fit shows beyond it is its own.
+TEST(GroupFit, ABackgroundIsAsCurvedAsAroundTheNeighbours)
+{
+    std::vector<DipoleFit> fits(5);
+    const double sizes[] = {-1, 2, -3, 4, 100};
+    for (std::size_t at = 0; at < fits.size(); ++at) {
+        fits[at].background[1] = {sizes[at], 0, {0.5, 0, 2}};
+        fits[at].error = {0.3, 0.7, 0};
+    }
+    const std::vector<DipoleFit> few(fits.begin(), fits.begin() + 4);
+    std::vector<DipoleFit> shared = few;
+    share_backgrounds(shared);
+    EXPECT_EQ(shared[0].error, few[0].error) << "four say nothing";
+    share_backgrounds(fits);
+    const double more = 1.5 * std::sqrt(1.4826 * 3 * 1.4826 * 3 - 1);
+    EXPECT_NEAR(fits[0].error.east, std::hypot(0.3, 0.5 * more), 1e-12);
+    EXPECT_EQ(fits[0].error.north, 0.7);
+    EXPECT_NEAR(fits[0].error.up, 2 * more, 1e-12);
+    EXPECT_EQ(fits[4].error, (GridVector{0.3, 0.7, 0}));
+}
+
 TEST(GroupFit, StopsWhenItIsAsked)
 {
     int questions = 0;
