@@ -74,6 +74,18 @@ protected:
         return condition();
     }
 
+    static void expect_nothing_overlaps(const QWidget& holder)
+    {
+        std::vector<QWidget*> shown;
+        for (QWidget* const part : holder.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+            if (!part->isVisible()) continue;
+            for (const QWidget* const other : shown) {
+                EXPECT_FALSE(part->geometry().intersects(other->geometry())) << part->objectName().toStdString();
+            }
+            shown.push_back(part);
+        }
+    }
+
     void press() { click("Command_UDP_receive"); }
     QString status() { return control<QLabel>("Label_live_status").text(); }
     bool shows_live() { return status().startsWith(QLatin1String("Live: ")); }
@@ -93,8 +105,16 @@ TEST_F(LiveWindow, ShowsAndRecordsWhatIsForwarded)
     press();
     EXPECT_EQ(caption("Command_UDP_receive"), QStringLiteral("Close UDP Pipe"));
     EXPECT_FALSE(control<QAction>("menu_open").isEnabled());
+    window.survey().watch_settings.field.greatest = 49000;
+    window.resize(1024, 700);
     forward();
+    ASSERT_TRUE(while_served([this] { return window.findChild<QWidget*>(QStringLiteral("Hint_watch")) != nullptr; }));
+    EXPECT_NE(message_log_text(window.log()).find("  alarm  Sensor 1 is out of its limits"), std::string::npos)
+        << message_log_text(window.log());
+    expect_nothing_overlaps(*control<QWidget>("Text_num_data").parentWidget());
+    expect_nothing_overlaps(*control<QWidget>("Label_live_status").parentWidget());
     ASSERT_TRUE(while_served([this] { return forwarded.load(); }));
+    EXPECT_TRUE(op.messages.empty()) << "no box opens by itself";
     const std::string loaded = loaded_samples(options.data_file);
     EXPECT_EQ(stored_samples(window.survey().processing), loaded);
     EXPECT_EQ(lines_read(), kLines);

@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QScrollBar>
 #include <QToolButton>
 #include <QWheelEvent>
@@ -270,6 +271,36 @@ TEST_F(LoadedWindowTest, TheTrackHasItsRoomInAWatch)
     control<HintBar>("Frame_hints").show_hint(QStringLiteral("long"), QString(400, QLatin1Char('x')));
     QApplication::processEvents();
     EXPECT_EQ(track().size(), before) << "a hint pushes nothing";
+}
+
+TEST_F(LoadedWindowTest, NothingButTheDataShinesByNight)
+{
+    const auto bright_pixels = [](const QImage& image) {
+        constexpr int kBright = 128; // of 255; the style's own lines are a dim grey
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QRgb pixel = image.pixel(x, y);
+                count += std::max(qGreen(pixel), qBlue(pixel)) > kBright ? 1 : 0;
+            }
+        }
+        return count;
+    };
+    control<QAction>("menu_colours_night").trigger();
+    QApplication::processEvents();
+    auto& hints = control<QWidget>("Frame_hints");
+    ASSERT_TRUE(hints.isVisible());
+    const QImage shown_hints = hints.grab().toImage();
+    QImage shown = window.grab().toImage();
+    QPainter painter(&shown);
+    for (const char* const data : {"Picture_data_track", "Graph_profiles", "Frame_colour_bars", "Frame_quantity"}) {
+        auto& widget = control<QWidget>(data);
+        painter.fillRect(QRect(widget.mapTo(&window, QPoint()), widget.size()), Qt::black);
+    }
+    painter.end();
+    control<QAction>("menu_colours_system").trigger();
+    EXPECT_EQ(bright_pixels(shown_hints), 0);
+    EXPECT_EQ(bright_pixels(shown), 0);
 }
 
 TEST_F(LoadedWindowTest, EveryControlHasATooltipAndFits)

@@ -189,6 +189,7 @@ void LivePanel::watch_run()
     if (notices.empty()) return;
     const bool begins = std::any_of(notices.begin(), notices.end(), [](const WatchNotice& n) { return n.is_alarm; });
     if (begins && survey_.watch_settings.AlarmSound) QApplication::beep();
+    for (const WatchNotice& notice : notices) emit noticed(notice);
     emit watched(to_qt(watch_.standing_text()));
 }
 

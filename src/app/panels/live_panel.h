@@ -71,8 +71,9 @@ public:
     bool is_settled_or_wait();
 
 signals:
-    void pressed();                                // the listen/close button, before it acts
-    void settled();                                // after is_settled_or_wait() was false
+    void pressed(); // the listen/close button, before it acts
+    void settled(); // after is_settled_or_wait() was false
+    void noticed(const WatchNotice& notice);
     void watched(const QString& alarms);           // those that stand now: one has begun or is over
     void postponed();                              // it cannot act before the run that starts or ends has done so
     void status_text_changed(const QString& text); // the sender's own words

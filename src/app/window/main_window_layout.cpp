@@ -239,6 +239,10 @@ void MainWindow::connect_panels()
     connect(&view_, &SurveyView::current_record_changed, &run_view_, &RunView::show_point_readings);
     connect(panels_.live, &LivePanel::pressed, &run_view_, &RunView::cut_wait_short);
     connect(panels_.live, &LivePanel::settled, this, &QWidget::close, Qt::QueuedConnection);
+    connect(panels_.live, &LivePanel::noticed, this, [this](const WatchNotice& notice) {
+        log_message(log_, notice.is_alarm ? MessageKind::alarm : MessageKind::message, notice.text,
+                    QDateTime::currentSecsSinceEpoch());
+    });
     connect(panels_.live, &LivePanel::watched, this,
             [this](const QString& alarms) { panels_.hints->show_hint(QStringLiteral("watch"), alarms); });
     connect(panels_.live, &LivePanel::postponed, this,
