@@ -1,5 +1,5 @@
 // Drawing the track: a full rebuild of a million points against the bare loop that does the same work, and against
-// the toolkit's painter; one new sample in the whole mode and in the scrolling one, the latter against a memmove of the
+// the toolkit's painter; one new sample in the whole mode; a frame of the scrolling mode against a memmove of the
 // picture; a frame that follows the track.
 
 #include "display/colour_scale.h"
@@ -199,8 +199,8 @@ void NewSampleFixedExtent(benchmark::State& state)
 }
 BENCHMARK(NewSampleFixedExtent)->ArgName("stored")->Arg(1'000)->Arg(kPoints);
 
-// Every sample moves the picture, in all eight directions in turn.
-void NewSampleScrolling(benchmark::State& state)
+// A frame of the scrolling mode. Every sample moves the picture, in all eight directions in turn.
+void ScrollFrame(benchmark::State& state)
 {
     constexpr int kDx[] = {3, 3, 0, -3, -3, -3, 0, 3};
     constexpr int kDy[] = {0, 2, 2, 2, 0, -2, -2, -2};
@@ -212,13 +212,16 @@ void NewSampleScrolling(benchmark::State& state)
     double northing = 0;
     std::int32_t index = 0;
     for (auto _ : state) {
-        plot_track_point(image, {}, ++index, easting, northing);
-        easting += kDx[index % 8];
-        northing += kDy[index % 8];
+        for (std::int64_t sample = 0; sample < state.range(0); ++sample) {
+            plot_track_point(image, {}, ++index, easting, northing);
+            easting += kDx[index % 8];
+            northing += kDy[index % 8];
+        }
+        update_image_display(image, {}, Redraw::as_needed, op);
         benchmark::ClobberMemory();
     }
 }
-BENCHMARK(NewSampleScrolling)->Unit(benchmark::kMicrosecond);
+BENCHMARK(ScrollFrame)->ArgName("samples_a_frame")->Arg(1)->Arg(400)->Unit(benchmark::kMicrosecond);
 
 // A frame that follows the track at its end, samples_a_frame newer than the one before; all lines of the survey lie in
 // the picture's reach.

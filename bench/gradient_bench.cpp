@@ -1,11 +1,8 @@
 // Gradients of a million records and one sensor, beside a loop that applies the same three filters and knows no nulls.
 
 #include "processing/gradients.h"
-#include "survey_model.h"
-#include "text/numbers.h"
+#include "stored_survey.h"
 #include "unattended.h"
-
-#include <benchmark/benchmark.h>
 
 #include <cmath>
 #include <map>
@@ -17,40 +14,11 @@ namespace {
 
 using namespace tarvo;
 
-constexpr std::int32_t kRecords = 1'000'000;
-constexpr std::int32_t kRecordsPerLine = 2000;
 constexpr double kSpacing = 2.2; // metres
-
-struct StoredSurvey {
-    SampleStore store;
-    SurveyLines lines;
-};
-
-StoredSurvey stored_survey(double null_share)
-{
-    StoredSurvey survey;
-    SampleStore& store = survey.store;
-    reset_sample_store(store, SurveyDefinitions{}, FieldLocations{});
-    reserve_records(store, kRecords);
-    survey::Random random(7);
-    double field = 49'800;
-    for (std::int32_t record = 1; record <= kRecords; ++record) {
-        field += random.normal();
-        store.distance[record] = kSpacing * record;
-        store.sensors[1].averages[1][record] = random.uniform() < null_share ? kNull : field;
-        if (record == 1)
-            open_first_line(survey.lines, 1);
-        else if (record % kRecordsPerLine == 1)
-            open_next_line(survey.lines, record, record - 1, 0);
-        add_record_to_line(survey.lines, record);
-        store.RecordCount = record;
-    }
-    return survey;
-}
 
 void calculate(benchmark::State& state, double null_share)
 {
-    StoredSurvey survey = stored_survey(null_share);
+    StoredSurvey survey = stored_survey(kSpacing, 1, null_share);
     const GradientFilters filters = make_gradient_filters(ProcessingParameters{});
     survey::Unattended op;
     for (auto _ : state) calculate_gradient_values(survey.store, survey.lines, filters, kRecords, op);
@@ -70,7 +38,7 @@ double filtered(const std::vector<float>& weights, std::int32_t half_width, cons
 
 void without_null_tests(benchmark::State& state)
 {
-    const StoredSurvey survey = stored_survey(0);
+    const StoredSurvey survey = stored_survey(kSpacing, 1, 0);
     const GradientFilters filters = make_gradient_filters(ProcessingParameters{});
     const std::int32_t half_width = filters.GradientHalfWidth;
     const double* const field = survey.store.sensors[1].averages[1].data();
@@ -98,29 +66,12 @@ BENCHMARK(without_null_tests)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(calculate, no_nulls, 0.0)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(calculate, nulls_1_percent, 0.01)->Unit(benchmark::kMillisecond);
 
-// The usual table, with the time of each line over that of the first.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            const double time = run.GetAdjustedCPUTime();
-            if (first_time_ == 0) first_time_ = time;
-            GetOutputStream() << "    " << time / first_time_ << " x without_null_tests\n";
-        }
-    }
-
-private:
-    double first_time_ = 0;
-};
-
 } // namespace
 
 int main(int argument_count, char* argument_values[])
 {
     benchmark::Initialize(&argument_count, argument_values);
-    RatioReporter reporter;
+    RatioReporter reporter("without_null_tests");
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;
 }

@@ -12,7 +12,6 @@
 #include "settings_in_memory.h"
 #include "tools/common/console.h"
 #include "tools/line_source.h"
-#include "tools/process_options.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -187,10 +186,7 @@ int show_survey(int argc, char** argv, pid_t sender, const std::string& recordin
     SettingsInMemory settings;
     settings.values["RecordFolder"] = recordings;
     ConsoleOperator op;
-    MainWindow window(settings, &op);
-    for (int at = 3; at < argc; ++at) {
-        take_setting(argv[at], window.survey());
-    }
+    MainWindow window(settings, &op, {argv + std::min(argc, 3), argv + argc});
     window.resize(1280, 720);
     window.show();
     QApplication::processEvents();

@@ -4,10 +4,7 @@
 
 #include "processing/gridding.h"
 #include "processing/residual.h"
-#include "survey_model.h"
-#include "text/numbers.h"
-
-#include <benchmark/benchmark.h>
+#include "stored_survey.h"
 
 #include <cmath>
 #include <cstdint>
@@ -22,37 +19,7 @@ namespace {
 
 using namespace tarvo;
 
-constexpr std::int32_t kRecords = 1'000'000;
-constexpr std::int32_t kRecordsPerLine = 2000;
 constexpr double kSpacing = 1.0; // metres
-
-struct StoredSurvey {
-    SampleStore store;
-    SurveyLines lines;
-};
-
-StoredSurvey stored_survey(double null_share)
-{
-    StoredSurvey survey;
-    SampleStore& store = survey.store;
-    reset_sample_store(store, SurveyDefinitions{}, FieldLocations{});
-    reserve_records(store, kRecords);
-    survey::Random random(7);
-    double field = 49'800;
-    for (std::int32_t record = 1; record <= kRecords; ++record) {
-        field += random.normal();
-        store.distance[record] = kSpacing * record;
-        store.record_time[record] = 45000.0 + record / 86400.0;
-        store.sensors[1].averages[0][record] = random.uniform() < null_share ? kNull : field;
-        if (record == 1)
-            open_first_line(survey.lines, 1);
-        else if (record % kRecordsPerLine == 1)
-            open_next_line(survey.lines, record, record - 1, 0);
-        add_record_to_line(survey.lines, record);
-        store.RecordCount = record;
-    }
-    return survey;
-}
 
 // A median of `width` values at every record but the first and last ones of the survey.
 class PlainMedian {
@@ -114,7 +81,7 @@ private:
 
 void plain_median(benchmark::State& state, std::int32_t half_width)
 {
-    const StoredSurvey survey = stored_survey(0);
+    const StoredSurvey survey = stored_survey(kSpacing, 0, 0);
     const double* const field = survey.store.sensors[1].averages[0].data();
     std::vector<double> residual(kRecords + 1);
     for (auto _ : state) {
@@ -132,7 +99,7 @@ void plain_median(benchmark::State& state, std::int32_t half_width)
 
 void calculate(benchmark::State& state, std::int32_t half_width, double null_share, bool filters_spikes)
 {
-    const StoredSurvey survey = stored_survey(null_share);
+    const StoredSurvey survey = stored_survey(kSpacing, 0, null_share);
     ProcessingParameters parameters;
     parameters.ResidualWindow = 2 * half_width * kSpacing;
     parameters.SpikeFilter = filters_spikes;
@@ -166,29 +133,12 @@ BENCHMARK_CAPTURE(calculate, 41_values_nulls_and_spikes, 20, 0.01, true)->Unit(b
 BENCHMARK_CAPTURE(plain_median, 401_values, 200)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(calculate, 401_values, 200, 0.0, false)->Unit(benchmark::kMillisecond);
 
-// The usual table, with the time of each line over that of the plain median before it.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            const double time = run.GetAdjustedCPUTime();
-            if (run.run_name.function_name.starts_with("plain")) plain_time_ = time;
-            if (plain_time_ > 0) GetOutputStream() << "    " << time / plain_time_ << " x the plain median\n";
-        }
-    }
-
-private:
-    double plain_time_ = 0;
-};
-
 } // namespace
 
 int main(int argument_count, char* argument_values[])
 {
     benchmark::Initialize(&argument_count, argument_values);
-    RatioReporter reporter;
+    RatioReporter reporter("plain_median");
     benchmark::RunSpecifiedBenchmarks(&reporter);
     return 0;
 }

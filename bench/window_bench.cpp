@@ -1,35 +1,25 @@
 // Measures the window against the core alone on one data file: time of a load, the longest time that an event waits
-// during it, and the speed of a replay without delay with the profile graphs shown and hidden. Times are the
-// program's own (processor time), so that other work on the machine counts little.
+// during it, and the speed of a replay without delay that follows the track, with the profile graphs shown and hidden,
+// and that scrolls. Times are the program's own (processor time), so that other work on the machine counts little.
 //
 //     window_bench FILE.csv [REPLAY_LINES [KEY=VALUE...]]
 
 #include "app/common/texts.h"
 #include "app/window/main_window.h"
+#include "longest_wait.h"
 #include "settings_in_memory.h"
 #include "tools/common/console.h"
-#include "tools/process_options.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QTimer>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 
 namespace {
 
 using namespace tarvo;
-
-double seconds_used()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
 
 double core_load(const std::string& file, const ProcessingParameters& parameters)
 {
@@ -43,40 +33,6 @@ double core_load(const std::string& file, const ProcessingParameters& parameters
     session.driver.Command_start_logging(StartButton::load_or_pause);
     return seconds_used() - begin;
 }
-
-// The longest time between two turns of the event loop: an event that comes right after one waits for the next.
-class LongestWait {
-public:
-    explicit LongestWait(QObject* parent)
-    {
-        auto* const timer = new QTimer(parent);
-        QObject::connect(timer, &QTimer::timeout, parent, [this] { note(); });
-        timer->start(0);
-        restart();
-    }
-    void restart()
-    {
-        longest_ = longest_used_ = 0;
-        clock_.start();
-        used_ = seconds_used();
-    }
-    double note()
-    {
-        longest_ = std::max(longest_, 1e-6 * static_cast<double>(clock_.nsecsElapsed()));
-        longest_used_ = std::max(longest_used_, 1e3 * (seconds_used() - used_));
-        clock_.start();
-        used_ = seconds_used();
-        return longest_;
-    }
-    double milliseconds() const { return longest_; }
-    double milliseconds_used() const { return longest_used_; }
-
-private:
-    QElapsedTimer clock_;
-    double used_ = 0;
-    double longest_ = 0;
-    double longest_used_ = 0;
-};
 
 void measure_load(MainWindow& window, const std::string& file, LongestWait& wait)
 {
@@ -93,11 +49,12 @@ void measure_load(MainWindow& window, const std::string& file, LongestWait& wait
                 alone, used, used / alone, wait.milliseconds(), wait.milliseconds_used());
 }
 
-double replay_lines_per_second(MainWindow& window, const std::string& file, std::int64_t lines)
+double replay_lines_per_second(MainWindow& window, const std::string& file, std::int64_t lines, TrackMode mode)
 {
     window.open_file(file);
     QTimer stop;
     QObject::connect(&stop, &QTimer::timeout, &window, [&] {
+        if (mode == TrackMode::scroll && window.survey().track_image.mode != mode) window.view().scroll();
         if (window.survey().processing.lines_read >= lines) window.press_start(StartButton::replay_or_stop);
     });
     stop.start(0);
@@ -109,12 +66,14 @@ double replay_lines_per_second(MainWindow& window, const std::string& file, std:
 void measure_replay(MainWindow& window, const std::string& file, std::int64_t lines, LongestWait& wait)
 {
     wait.restart();
-    const double shown = replay_lines_per_second(window, file, lines);
+    const double shown = replay_lines_per_second(window, file, lines, TrackMode::follow);
     const double longest = wait.milliseconds();
+    const double scrolling = replay_lines_per_second(window, file, lines, TrackMode::scroll);
     window.findChild<QAction*>(QStringLiteral("menu_show_DisplayGraphs"))->setChecked(false);
-    const double hidden = replay_lines_per_second(window, file, lines);
-    std::printf("replay: graphs shown %.0f lines/s, hidden %.0f lines/s (%.2f), longest wait of an event %.1f ms\n",
-                shown, hidden, shown / hidden, longest);
+    const double hidden = replay_lines_per_second(window, file, lines, TrackMode::follow);
+    std::printf("replay: graphs shown %.0f lines/s, hidden %.0f lines/s (%.2f), scrolling %.0f lines/s, "
+                "longest wait of an event %.1f ms\n",
+                shown, hidden, shown / hidden, scrolling, longest);
 }
 
 } // namespace
@@ -129,13 +88,10 @@ int main(int argc, char** argv)
     }
     SettingsInMemory settings;
     ConsoleOperator op;
-    MainWindow window(settings, &op);
+    MainWindow window(settings, &op, {argv + std::min(argc, 3), argv + argc});
     window.resize(1280, 720);
     window.show();
     QApplication::processEvents();
-    for (int at = 3; at < argc; ++at) {
-        take_setting(argv[at], window.survey());
-    }
     LongestWait wait(&window);
     for (int turn = 0; turn < 3; ++turn) measure_load(window, argv[1], wait);
     measure_replay(window, argv[1], argc > 2 ? std::atoll(argv[2]) : 500000, wait);

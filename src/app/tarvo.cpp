@@ -1,5 +1,6 @@
 #include "app/common/qt_settings_store.h"
 #include "app/common/texts.h"
+#include "app/common/window_manners.h"
 #include "app/end_signals.h"
 #include "app/window/launch_options.h"
 #include "app/window/main_window.h"
@@ -11,7 +12,6 @@
 #include "tools/common/console.h"
 #include "tools/common/exit_status.h"
 #include "tools/common/version.h"
-#include "tools/process_options.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -97,10 +97,8 @@ int run(QApplication& application, const LaunchOptions& options)
     QApplication::setApplicationVersion(to_qt(version_number()));
     QtSettingsStore settings;
     ConsoleOperator console; // for a picture that nobody waits for: no box may
-    MainWindow window(settings, options.screenshot.empty() ? nullptr : &console);
-    for (const std::string& text : options.settings) {
-        take_setting(text, window.survey());
-    }
+    MainWindow window(settings, options.screenshot.empty() ? nullptr : &console, options.settings);
+    if (options.screenshot.empty()) fit_on_screen(window);
     window.show();
     const ExitGuard guard(window);
     const EndSignals signals_that_end([&window](int signal) { end_by_signal(window, signal); });

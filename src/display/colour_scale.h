@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
+#include <limits>
 
 namespace tarvo {
 
@@ -68,12 +70,18 @@ inline Colour table_colour(const ColourTable& table, double scaled_value)
     return table[static_cast<std::size_t>(entry)];
 }
 
+inline constexpr Colour kOutOfLimits = kMagenta; // none of the maps of unsigned quantities has it
+
 // How values become colours: the range from the map's first colour to its last.
 struct ColourScale {
     double low = 0;
     double high = 10;
     const ColourMap* map = &colour_maps().front();
-    Colour tick = kGreen; // of the time ticks
+    Colour tick = kGreen;                                    // of the time ticks
+    double least = -std::numeric_limits<double>::infinity(); // what lies beyond these limits is kOutOfLimits
+    double greatest = std::numeric_limits<double>::infinity();
+
+    bool has_limits() const { return std::isfinite(least) || std::isfinite(greatest); }
 
     bool operator==(const ColourScale&) const = default;
 };
@@ -86,7 +94,8 @@ inline Colour value_colour(double value, const ColourScale& scale)
     const ColourTable* const table = scale.map->table;
     const Colour colour =
         table == nullptr ? survey_colour(static_cast<float>(scaled_value)) : table_colour(*table, scaled_value);
-    return is_value ? colour : scale.map->null_colour;
+    if (!is_value) return scale.map->null_colour;
+    return value < scale.least || value > scale.greatest ? kOutOfLimits : colour;
 }
 
 // The range adjusters: element 0 is the fine one, the others are coarse. value 1 narrows the range, any other widens

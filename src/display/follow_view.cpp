@@ -63,42 +63,8 @@ PixelPlace plane_pixel(const FollowView& view, double easting, double northing)
 
 PixelTransform transform_of_part(const FollowView& view, const PixelRectangle& part)
 {
-    return {view.anchor.easting + (view.origin.x + part.x) / view.scale,
-            view.anchor.northing - (view.origin.y + part.y) / view.scale, view.scale, 1};
-}
-
-// Calls copy(part, x, y) for each piece of a part of the view that lies in one place of the buffer: (x, y) is its
-// upper left pixel there, the part is counted from the given one's corner.
-template <class Copy>
-void for_each_piece(const FollowView& view, const PixelRectangle& part, Copy copy)
-{
-    const int width = view.buffer.width();
-    const int height = view.buffer.height();
-    const auto wrapped = [](int pixel, int side) { return (pixel % side + side) % side; };
-    for (int y = 0; y < part.height;) {
-        const int buffer_y = wrapped(view.origin.y + part.y + y, height);
-        const int rows = std::min(part.height - y, height - buffer_y);
-        for (int x = 0; x < part.width;) {
-            const int buffer_x = wrapped(view.origin.x + part.x + x, width);
-            const int columns = std::min(part.width - x, width - buffer_x);
-            copy(PixelRectangle{x, y, columns, rows}, buffer_x, buffer_y);
-            x += columns;
-        }
-        y += rows;
-    }
-}
-
-void copy_from_buffer(const FollowView& view, const PixelRectangle& part, Picture& target)
-{
-    for_each_piece(view, part, [&](const PixelRectangle& piece, int x, int y) {
-        copy_block(view.buffer, {x, y, piece.width, piece.height}, target, piece.x, piece.y);
-    });
-}
-
-void copy_to_buffer(FollowView& view, const PixelRectangle& part, const Picture& source)
-{
-    for_each_piece(view, part,
-                   [&](const PixelRectangle& piece, int x, int y) { copy_block(source, piece, view.buffer, x, y); });
+    return {view.anchor.easting + (view.buffer.origin.x + part.x) / view.scale,
+            view.anchor.northing - (view.buffer.origin.y + part.y) / view.scale, view.scale, 1};
 }
 
 // All points whose squares may touch a picture, in the order of their records.
@@ -127,7 +93,7 @@ void paint_part(FollowView& view, const TrackScene& scene, const PixelRectangle&
     const PixelTransform transform = transform_of_part(view, part);
     lay_ground(picture, transform, scene);
     paint_points_near(picture, transform, view, scene);
-    copy_to_buffer(view, part, picture);
+    put_part(view.buffer, part, picture);
 }
 
 void paint_anew(FollowView& view, const TrackScene& scene, int width, int height)
@@ -136,15 +102,15 @@ void paint_anew(FollowView& view, const TrackScene& scene, int width, int height
     view.scale = width / scene.settings.follow_width;
     view.anchor.easting = scene.track.easting[view.middle_record] - middle.x / view.scale;
     view.anchor.northing = scene.track.northing[view.middle_record] + middle.y / view.scale;
-    view.origin = {0, 0}; // the buffer is the view, without a seam
-    if (view.buffer.width() == width && view.buffer.height() == height) {
-        clear(view.buffer);
+    view.buffer.origin = {0, 0}; // the buffer is the view, without a seam
+    if (view.buffer.pixels.width() == width && view.buffer.pixels.height() == height) {
+        clear(view.buffer.pixels);
     } else {
-        view.buffer = Picture(width, height);
+        view.buffer.pixels = Picture(width, height);
     }
     const PixelTransform transform = follow_transform(view);
-    lay_ground(view.buffer, transform, scene);
-    paint_points_near(view.buffer, transform, view, scene);
+    lay_ground(view.buffer.pixels, transform, scene);
+    paint_points_near(view.buffer.pixels, transform, view, scene);
     view.drawn_colours = scene.colours;
     view.buffer_valid = true;
     view.changed_from = FollowView::kNoRecord;
@@ -153,11 +119,11 @@ void paint_anew(FollowView& view, const TrackScene& scene, int width, int height
 // Moves the view over the plane and draws what came into it.
 void move_view(FollowView& view, const TrackScene& scene, const PixelPlace& origin)
 {
-    const int width = view.buffer.width();
-    const int height = view.buffer.height();
-    const int right = origin.x - view.origin.x;
-    const int down = origin.y - view.origin.y;
-    view.origin = origin;
+    const int width = view.buffer.pixels.width();
+    const int height = view.buffer.pixels.height();
+    const int right = origin.x - view.buffer.origin.x;
+    const int down = origin.y - view.buffer.origin.y;
+    view.buffer.origin = origin;
     paint_part(view, scene, {right > 0 ? width - right : 0, 0, std::abs(right), height});
     paint_part(view, scene, {0, down > 0 ? height - down : 0, width, std::abs(down)});
 }
@@ -170,8 +136,8 @@ void paint_changed_points(FollowView& view, const TrackScene& scene)
     if (first > scene.track.count) return;
     const PixelTransform transform = follow_transform(view);
     const int reach = mark_half_size(kTickHalfSize, scene.symbol_scale);
-    int left = view.buffer.width();
-    int top = view.buffer.height();
+    int left = view.buffer.pixels.width();
+    int top = view.buffer.pixels.height();
     int right = 0; // behind the last column
     int bottom = 0;
     for (std::int32_t record = first; record <= scene.track.count; ++record) {
@@ -185,27 +151,29 @@ void paint_changed_points(FollowView& view, const TrackScene& scene)
     }
     left = std::max(left, 0);
     top = std::max(top, 0);
-    const PixelRectangle part = {left, top, std::min(right, view.buffer.width()) - left,
-                                 std::min(bottom, view.buffer.height()) - top};
+    const PixelRectangle part = {left, top, std::min(right, view.buffer.pixels.width()) - left,
+                                 std::min(bottom, view.buffer.pixels.height()) - top};
     if (part.width <= 0 || part.height <= 0) return;
     Picture picture(part.width, part.height);
-    copy_from_buffer(view, part, picture);
+    copy_part(view.buffer, part, picture);
     paint_records(picture, transform_of_part(view, part), scene, first, scene.track.count);
-    copy_to_buffer(view, part, picture);
+    put_part(view.buffer, part, picture);
 }
 
 void bring_up_to_date(FollowView& view, const TrackScene& scene, int width, int height)
 {
     const double scale = width / scene.settings.follow_width;
-    const bool is_same_view = view.buffer_valid && view.buffer.width() == width && view.buffer.height() == height &&
-                              view.scale == scale && view.drawn_colours == scene.colours;
+    const bool is_same_view = view.buffer_valid && view.buffer.pixels.width() == width &&
+                              view.buffer.pixels.height() == height && view.scale == scale &&
+                              view.drawn_colours == scene.colours;
     if (!is_same_view) return paint_anew(view, scene, width, height);
     const PixelPlace middle =
         plane_pixel(view, scene.track.easting[view.middle_record], scene.track.northing[view.middle_record]);
     const PixelPlace origin = {middle.x - width / 2, middle.y - height / 2};
-    const bool has_jumped = std::abs(origin.x - view.origin.x) >= width || std::abs(origin.y - view.origin.y) >= height;
+    const bool has_jumped =
+        std::abs(origin.x - view.buffer.origin.x) >= width || std::abs(origin.y - view.buffer.origin.y) >= height;
     if (has_jumped) return paint_anew(view, scene, width, height);
-    if (origin != view.origin) move_view(view, scene, origin);
+    if (origin != view.buffer.origin) move_view(view, scene, origin);
     if (view.changed_from != FollowView::kNoRecord) paint_changed_points(view, scene);
 }
 
@@ -240,7 +208,7 @@ void draw_followed_track(Picture& picture, FollowView& view, const TrackScene& s
         return;
     }
     bring_up_to_date(view, scene, picture.width(), picture.height());
-    copy_from_buffer(view, {0, 0, picture.width(), picture.height()}, picture);
+    copy_picture(view.buffer, picture);
 }
 
 PixelTransform follow_transform(const FollowView& view)

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "display/picture.h"
 #include "display/track_points.h"
 #include "display/track_scene.h"
 #include "display/track_view.h"
+#include "display/wrapped_picture.h"
 
 #include <cstdint>
 #include <limits>
@@ -15,10 +15,9 @@ namespace tarvo {
 // whole pixels over a plane of pixels that is fixed to the survey's grid, so that what has been drawn once stays: a
 // frame draws the strips that came into view and the points that are new.
 struct FollowView {
-    GridPlace anchor;  // of the plane: its pixel (0, 0)
-    PixelPlace origin; // the view's upper left pixel, in the plane; x to the right, y down
-    double scale = 1;  // pixels a metre
-    Picture buffer;    // what is in view: a pixel of the plane lies at its coordinates modulo the buffer's sides
+    GridPlace anchor; // of the plane: its pixel (0, 0)
+    double scale = 1; // pixels a metre
+    WrappedPicture buffer;
     bool buffer_valid = false;
     ColourScale drawn_colours;
 

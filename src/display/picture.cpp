@@ -157,25 +157,4 @@ void copy_picture(const Picture& source, Picture& target)
     copy_block(source, {0, 0, source.width(), source.height()}, target, 0, 0);
 }
 
-void scroll(Picture& picture, int right, int down)
-{
-    const int width = picture.width();
-    const int height = picture.height();
-    if (std::abs(std::int64_t{right}) >= width || std::abs(std::int64_t{down}) >= height) {
-        clear(picture);
-        return;
-    }
-    // All rows at once: what runs over into the next row ends up in the columns that are blackened below.
-    Colour* const pixels = picture.row(0);
-    const std::ptrdiff_t shift = std::ptrdiff_t{width} * down + right;
-    const std::ptrdiff_t moved = std::ptrdiff_t{width} * height - std::abs(shift);
-    std::memmove(pixels + std::max<std::ptrdiff_t>(shift, 0), pixels - std::min<std::ptrdiff_t>(shift, 0),
-                 static_cast<std::size_t>(moved) * sizeof(Colour));
-
-    const int first_column = right > 0 ? 0 : width + right;
-    const int first_row = down > 0 ? 0 : height + down;
-    fill_rectangle(picture, first_column, 0, first_column + std::abs(right), height, kBlack);
-    fill_rectangle(picture, 0, first_row, width, first_row + std::abs(down), kBlack);
-}
-
 } // namespace tarvo

@@ -94,7 +94,4 @@ void invert_line(Picture& picture, int x1, int y1, int x2, int y2); // done twic
 void copy_block(const Picture& source, const PixelRectangle& block, Picture& target, int x, int y);
 void copy_picture(const Picture& source, Picture& target); // the whole of it, at (0, 0)
 
-// Moves the whole content to the right and down, to the left and up where negative; what it leaves becomes black.
-void scroll(Picture& picture, int right, int down);
-
 } // namespace tarvo

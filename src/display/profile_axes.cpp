@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <iterator>
 
 namespace tarvo {
 
@@ -15,6 +16,25 @@ double limited_factor(double factor)
     return std::clamp(factor, kSmallest, kLargest);
 }
 
+constexpr double kShortestSection = 26; // the setting is over 25
+constexpr double kLongestSection = 1e6;
+
+// Of the first place of a number, which is above 0.
+double first_place(double number)
+{
+    return std::pow(10.0, std::floor(std::log10(number)));
+}
+
+// Ten to the decade, in even proportions: three steps double.
+double nearest_round_length(double length)
+{
+    constexpr double kRound[] = {1, 1.25, 1.6, 2, 2.5, 3.15, 4, 5, 6.3, 8, 10};
+    const double unit = first_place(length);
+    const auto off = [length, unit](double round) { return std::abs(std::log(round * unit / length)); };
+    return unit * *std::min_element(std::begin(kRound), std::end(kRound),
+                                    [&off](double a, double b) { return off(a) < off(b); });
+}
+
 } // namespace
 
 DistanceRange section_about(const TrackTable& track, std::int32_t record, float section_length)
@@ -25,12 +45,19 @@ DistanceRange section_about(const TrackTable& track, std::int32_t record, float 
 
 double zoomed_section_length(float length, double factor)
 {
-    constexpr double kShortest = 26; // the setting is over 25
-    constexpr double kLongest = 1e6;
-    constexpr double kDigits = 1000; // of a length: of four places
-    const double wanted = std::clamp(static_cast<double>(length) * factor, kShortest, kLongest);
-    const double unit = std::pow(10.0, std::floor(std::log10(wanted))) / kDigits;
-    return std::clamp(std::round(wanted / unit) * unit, kShortest, kLongest);
+    const double wanted = std::clamp(static_cast<double>(length) * factor, kShortestSection, kLongestSection);
+    constexpr double kStep = 1.1; // what changes the length by more is a notch of the wheel
+    const double unit = first_place(wanted) / 1000;
+    const double rounded =
+        std::max(factor, 1 / factor) > kStep ? nearest_round_length(wanted) : std::round(wanted / unit) * unit;
+    return std::clamp(rounded, kShortestSection, kLongestSection);
+}
+
+double section_length_over(double metres)
+{
+    const double wanted = std::clamp(metres, kShortestSection, kLongestSection);
+    const double unit = first_place(wanted) / 1000;
+    return std::clamp(std::ceil(wanted / unit) * unit, kShortestSection, kLongestSection);
 }
 
 ValueExtent ValueAxis::shown() const

@@ -8,9 +8,12 @@ namespace tarvo {
 // record of the track.
 DistanceRange section_about(const TrackTable& track, std::int32_t record, float section_length);
 
-// The length of the section, metres, made `factor` times as long, within the limits of its setting; rounded, as it is
-// shown and kept.
+// The length of the section, metres, made about `factor` times as long, within the limits of its setting: a round one
+// after a whole notch of the wheel, else of four places.
 double zoomed_section_length(float length, double factor);
+
+// The least length of four places, within those limits, that has so many metres in it.
+double section_length_over(double metres);
 
 // The value axis of one of the profiles: a given range about the middle of its curves, under the operator's zoom.
 struct ValueAxis {

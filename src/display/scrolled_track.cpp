@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <utility>
 
 namespace tarvo {
 
@@ -18,19 +19,29 @@ struct ScrollStep {
     bool is_drawn = false;
 };
 
-void centre_picture(const Picture& picture, ScrolledTrack& scrolled)
+void centre_picture(ScrolledTrack& scrolled)
 {
-    scrolled.centre_x = picture.width() / 2.0;
-    scrolled.centre_y = picture.height() / 2.0;
+    scrolled.centre_x = scrolled.buffer.pixels.width() / 2.0;
+    scrolled.centre_y = scrolled.buffer.pixels.height() / 2.0;
+}
+
+// Nothing is kept of what was plotted; the buffer stays as it is.
+void begin_anew(ScrolledTrack& scrolled)
+{
+    ScrolledTrack fresh;
+    fresh.buffer = std::move(scrolled.buffer);
+    scrolled = std::move(fresh);
+    centre_picture(scrolled);
 }
 
 // Brings the plane to where a position in the picture's middle needs it. Not drawn: the position is that of the last
 // plotted one, to the pixel.
-ScrollStep step_to(const Picture& picture, ScrolledTrack& scrolled, double easting, double northing, int half_size)
+ScrollStep step_to(ScrolledTrack& scrolled, double easting, double northing, int half_size)
 {
     const int dx = rounded_pixel(easting - scrolled.last_easting);
     const int dy = rounded_pixel(northing - scrolled.last_northing);
     if (dx == 0 && dy == 0) return {};
+    const Picture& picture = scrolled.buffer.pixels;
     const bool is_too_far =
         std::abs(dx) >= picture.width() / 2.0 - half_size || std::abs(dy) >= picture.height() / 2.0 - half_size;
     if (is_too_far) {
@@ -56,17 +67,16 @@ void keep_sample(ScrolledTrack& scrolled, std::int32_t index, bool is_drawn)
     scrolled.samples.push_back({scrolled.middle, is_drawn});
 }
 
-ScrollStep take_sample(const Picture& picture, ScrolledTrack& scrolled, std::int32_t index, double easting,
-                       double northing, const PointMark& mark)
+ScrollStep take_sample(ScrolledTrack& scrolled, std::int32_t index, double easting, double northing,
+                       const PointMark& mark)
 {
     if (!is_in_world(easting) || !is_in_world(northing)) return {};
     ScrollStep step;
     if (index == 1 || scrolled.samples.empty()) {
-        scrolled = {};
-        centre_picture(picture, scrolled);
+        begin_anew(scrolled);
         step = {index != 1, 0, 0, true};
     } else {
-        step = step_to(picture, scrolled, easting, northing, mark.half_size);
+        step = step_to(scrolled, easting, northing, mark.half_size);
     }
     step.is_drawn |= mark.is_tick;
     keep_sample(scrolled, index, step.is_drawn);
@@ -78,43 +88,50 @@ ScrollStep take_sample(const Picture& picture, ScrolledTrack& scrolled, std::int
 
 } // namespace
 
-void plot_scrolled_point(Picture& picture, ScrolledTrack& scrolled, std::int32_t index, double easting, double northing,
+void take_over_picture(ScrolledTrack& scrolled, const Picture& picture)
+{
+    const Picture& pixels = scrolled.buffer.pixels;
+    if (pixels.width() != picture.width() || pixels.height() != picture.height()) scrolled.buffer = {picture, {}};
+}
+
+void plot_scrolled_point(ScrolledTrack& scrolled, std::int32_t index, double easting, double northing,
                          const PointMark& mark)
 {
-    const ScrollStep step = take_sample(picture, scrolled, index, easting, northing, mark);
+    const ScrollStep step = take_sample(scrolled, index, easting, northing, mark);
     if (!step.is_drawn) return;
-    if (step.clears) clear(picture);
-    if (step.right != 0 || step.down != 0) scroll(picture, step.right, step.down);
-    fill_square(picture, rounded_pixel(scrolled.centre_x), rounded_pixel(scrolled.centre_y), mark.half_size,
+    if (step.clears) clear(scrolled.buffer.pixels);
+    if (step.right != 0 || step.down != 0) scroll(scrolled.buffer, step.right, step.down);
+    fill_square(scrolled.buffer, rounded_pixel(scrolled.centre_x), rounded_pixel(scrolled.centre_y), mark.half_size,
                 mark.colour);
 }
 
-void scroll_through(Picture& picture, ScrolledTrack& scrolled, const TrackScene& scene)
+void scroll_through(ScrolledTrack& scrolled, const Picture& picture, const TrackScene& scene)
 {
     scrolled = {};
+    take_over_picture(scrolled, picture);
     for (std::int32_t record = 1; record <= scene.track.count; ++record) {
-        take_sample(picture, scrolled, record, scene.track.easting[record], scene.track.northing[record],
+        take_sample(scrolled, record, scene.track.easting[record], scene.track.northing[record],
                     point_mark(scene, record));
     }
-    redraw_scrolled_track(picture, scrolled, scene);
+    redraw_scrolled_track(scrolled, picture, scene);
 }
 
-void redraw_scrolled_points(Picture& picture, const ScrolledTrack& scrolled, const TrackScene& scene,
-                            std::int32_t first_record)
+void redraw_scrolled_points(ScrolledTrack& scrolled, const TrackScene& scene, std::int32_t first_record)
 {
     for (std::int32_t record = std::max(first_record, scrolled.first_record); record <= scene.track.count; ++record) {
         const std::optional<PixelPlace> pixel = scrolled_pixel(scrolled, record);
         if (!pixel) continue;
         const PointMark mark = point_mark(scene, record);
-        fill_square(picture, pixel->x, pixel->y, mark.half_size, mark.colour);
+        fill_square(scrolled.buffer, pixel->x, pixel->y, mark.half_size, mark.colour);
     }
 }
 
-void redraw_scrolled_track(Picture& picture, ScrolledTrack& scrolled, const TrackScene& scene)
+void redraw_scrolled_track(ScrolledTrack& scrolled, const Picture& picture, const TrackScene& scene)
 {
-    clear(picture);
-    centre_picture(picture, scrolled);
-    redraw_scrolled_points(picture, scrolled, scene, scrolled.first_record);
+    take_over_picture(scrolled, picture);
+    clear(scrolled.buffer.pixels);
+    centre_picture(scrolled);
+    redraw_scrolled_points(scrolled, scene, scrolled.first_record);
 }
 
 std::optional<PixelPlace> scrolled_pixel(const ScrolledTrack& scrolled, std::int32_t record)

@@ -131,6 +131,14 @@ void show_view(TrackImage& image, const TrackScene& scene, Redraw redraw, Operat
     }
 }
 
+void show_scrolled(TrackImage& image)
+{
+    lift_overlays(image);
+    take_over_picture(image.scrolled, image.picture);
+    copy_picture(image.scrolled.buffer, image.picture);
+    lay_overlays(image);
+}
+
 // Always by the full view: the new sample's square does not follow the zoom.
 void plot_in_fixed_extent(TrackImage& image, const PointMark& mark, double easting, double northing)
 {
@@ -150,7 +158,10 @@ void resize_track_image(TrackImage& image, const TrackScene& scene, int width, i
         image.picture = Picture(width, height);
         image.full_view.buffer_valid = false;
         image.zoomed_view.buffer_valid = false;
-        if (image.mode == TrackMode::scroll) redraw_scrolled_track(image.picture, image.scrolled, scene);
+        if (image.mode == TrackMode::scroll) {
+            redraw_scrolled_track(image.scrolled, image.picture, scene);
+            copy_picture(image.scrolled.buffer, image.picture);
+        }
         lay_overlays(image);
     });
     fit_data_extent(image, scene, op);
@@ -217,8 +228,8 @@ void scroll_track(TrackImage& image, const TrackScene& scene)
     image.mode = TrackMode::scroll;
     image.follow_view = {};
     image.pick_labels.clear();
-    scroll_through(image.picture, image.scrolled, scene);
-    lay_overlays(image);
+    scroll_through(image.scrolled, image.picture, scene);
+    show_scrolled(image);
 }
 
 void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t index, double easting, double northing)
@@ -229,13 +240,14 @@ void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t i
         note_plotted_point(image.follow_view, scene.track, index);
         return;
     }
-    lift_overlays(image);
     if (image.mode == TrackMode::scroll) {
         image.full_view.buffer_valid = false;
-        plot_scrolled_point(image.picture, image.scrolled, index, easting, northing, point_mark(scene, index));
-    } else {
-        plot_in_fixed_extent(image, point_mark(scene, index), easting, northing);
+        take_over_picture(image.scrolled, image.picture);
+        plot_scrolled_point(image.scrolled, index, easting, northing, point_mark(scene, index));
+        return;
     }
+    lift_overlays(image);
+    plot_in_fixed_extent(image, point_mark(scene, index), easting, northing);
     lay_overlays(image);
 }
 
@@ -246,21 +258,22 @@ void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int3
         note_changed_points(image.follow_view, first_record);
         return;
     }
-    lift_overlays(image);
     if (image.mode == TrackMode::scroll) {
-        redraw_scrolled_points(image.picture, image.scrolled, scene, first_record);
-    } else {
-        for (std::int32_t record = std::max(first_record, 1); record <= scene.track.count; ++record) {
-            plot_in_fixed_extent(image, point_mark(scene, record), scene.track.easting[record],
-                                 scene.track.northing[record]);
-        }
+        redraw_scrolled_points(image.scrolled, scene, first_record);
+        return;
+    }
+    lift_overlays(image);
+    for (std::int32_t record = std::max(first_record, 1); record <= scene.track.count; ++record) {
+        plot_in_fixed_extent(image, point_mark(scene, record), scene.track.easting[record],
+                             scene.track.northing[record]);
     }
     lay_overlays(image);
 }
 
 void update_image_display(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op)
 {
-    if (image.is_held || image.mode == TrackMode::scroll) return;
+    if (image.is_held) return;
+    if (image.mode == TrackMode::scroll) return show_scrolled(image);
     lift_overlays(image);
     show_view(image, scene, redraw, op);
     if (scene.track.count > 0) {
@@ -284,11 +297,7 @@ void redraw_colours(TrackImage& image, const TrackScene& scene, Operator& op)
     image.full_view.buffer_valid = false;
     if (!zoomed_view_is_active(image)) image.zoomed_view.buffer_valid = false;
     image.redraw_pending = true;
-    if (image.mode == TrackMode::scroll) {
-        lift_overlays(image);
-        redraw_scrolled_track(image.picture, image.scrolled, scene);
-        lay_overlays(image);
-    }
+    if (image.mode == TrackMode::scroll) redraw_scrolled_track(image.scrolled, image.picture, scene);
     update_image_display(image, scene, Redraw::as_needed, op);
 }
 

@@ -77,8 +77,8 @@ void scroll_track(TrackImage& image, const TrackScene& scene);
 // The end of a run: the whole mode, and the track shown whole whatever part was enlarged.
 void show_finished_track(TrackImage& image, const TrackScene& scene, Operator& op);
 
-// Takes note of a new sample. Whole: its own square and nothing else is drawn; scroll: a block copy and its square;
-// follow: the next redraw shows it. index counts stored samples from 1; a null coordinate keeps the sample off the
+// Takes note of a new sample. Whole: its own square and nothing else is drawn; scroll and follow: the next redraw shows
+// it. index counts stored samples from 1; a null coordinate keeps the sample off the
 // picture.
 void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t index, double easting, double northing);
 
@@ -86,8 +86,8 @@ void plot_track_point(TrackImage& image, const TrackScene& scene, std::int32_t i
 // that record has become known: it keeps its place under the newer ones.
 void recolour_track_points(TrackImage& image, const TrackScene& scene, std::int32_t first_record);
 
-// Redraws the view in use, from its buffer where that holds, with all layers over it. A picture that scrolls or is held
-// stays as it is.
+// Redraws the view in use, from its buffer where that holds, with all layers over it. A picture that scrolls shows what
+// was plotted; one that is held stays as it is.
 void update_image_display(TrackImage& image, const TrackScene& scene, Redraw redraw, Operator& op);
 
 // What is drawn of the track, and of what lies under it, is made anew with the next redraw.

@@ -59,7 +59,10 @@ Dataset open_dataset(const std::string& name)
 {
     CPLErrorReset();
     constexpr unsigned kHow = GDAL_OF_RASTER | GDAL_OF_VECTOR | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR;
-    Dataset dataset(GDALDataset::Open(name.c_str(), kHow));
+    // Of S-57 charts: one shape a sounding, lettered with its depth, not one for all.
+    static const char* const kChartOptions[] = {"SPLIT_MULTIPOINT=ON", "ADD_SOUNDG_DEPTH=ON", nullptr};
+    const bool is_chart = std::filesystem::path(name).extension() == ".000";
+    Dataset dataset(GDALDataset::Open(name.c_str(), kHow, nullptr, is_chart ? kChartOptions : nullptr));
     if (dataset == nullptr) throw std::runtime_error(gdal_reason("it is of no format that is known"));
     return dataset;
 }

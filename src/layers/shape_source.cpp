@@ -25,9 +25,11 @@ public:
         is_drawing_ = std::string_view(dataset_->GetDriver()->GetDescription()) == "DXF";
         if (is_drawing_) facts_.field = kDrawingText;
         for (OGRLayer* const layer : dataset_->GetLayers()) {
+            systems_.emplace_back();
+            if (is_table(*layer)) continue;
             take_fields(*layer->GetLayerDefn());
             // One for each layer of the file, so that a fault shows now and what is to be said of it is known.
-            systems_.push_back(std::make_unique<LayerSystem>(layer->GetSpatialRef(), survey_));
+            systems_.back() = std::make_unique<LayerSystem>(layer->GetSpatialRef(), survey_);
             take_note(systems_.back()->note());
             facts_.has_system_of_own |= systems_.back()->is_of_its_own();
         }
@@ -42,14 +44,18 @@ public:
     LayerShapes read_shapes(const std::string& label_field, const std::atomic<bool>& stop) override
     {
         ShapeCollector collector;
-        for (int layer = 0; layer < dataset_->GetLayerCount(); ++layer) {
-            read_layer(*dataset_->GetLayer(layer), *systems_[static_cast<std::size_t>(layer)], label_field, collector,
-                       stop);
+        for (int at = 0; at < dataset_->GetLayerCount(); ++at) {
+            OGRLayer& layer = *dataset_->GetLayer(at);
+            if (!is_table(layer))
+                read_layer(layer, *systems_[static_cast<std::size_t>(at)], label_field, collector, stop);
         }
         return collector.take();
     }
 
 private:
+    // Without places: what a chart tells of itself, for instance.
+    static bool is_table(OGRLayer& layer) { return layer.GetLayerDefn()->GetGeomFieldCount() == 0; }
+
     void take_fields(const OGRFeatureDefn& definition)
     {
         constexpr std::size_t kMostFields = 500;
@@ -70,7 +76,6 @@ private:
                     ShapeCollector& collector, const std::atomic<bool>& stop)
     {
         const OGRFeatureDefn& definition = *layer.GetLayerDefn();
-        if (definition.GetGeomFieldCount() == 0) return; // a table
         const int label = label_field.empty() ? -1 : definition.GetFieldIndex(label_field.c_str());
         const int part = is_drawing_ ? definition.GetFieldIndex(kDrawingLayer) : -1;
         layer.ResetReading();
@@ -97,7 +102,7 @@ private:
 
     Dataset dataset_;
     SurveyGrid survey_;
-    std::vector<std::unique_ptr<LayerSystem>> systems_; // of the file's layers, in their order
+    std::vector<std::unique_ptr<LayerSystem>> systems_; // of the file's layers, in their order; none of tables
     LayerFacts facts_;
     bool is_drawing_ = false;
 };

@@ -1,6 +1,7 @@
 #include "live/live_watch.h"
 
 #include "processing/altitude.h"
+#include "processing/fixed_time.h"
 #include "text/numbers.h"
 
 #include <utility>
@@ -14,9 +15,18 @@ constexpr std::size_t kMostNotices = 10'000;    // the oldest go first
 
 const char* const kSilence = "Silence";
 
-bool is_outside(double value, const std::optional<double>& least, const std::optional<double>& greatest)
+// Metres a second over what was stored of the line in the last few seconds, so that single fixes do not ring; kNull
+// where that is too short.
+double mean_speed(const SampleStore& store, const SurveyLines& lines, std::int32_t record)
 {
-    return value < least.value_or(value) || value > greatest.value_or(value);
+    constexpr double kSpan = 5; // seconds
+    const double from = store.record_time[record] - kSpan / kSecondsPerDay;
+    const std::int32_t first_of_line = lines.first_record(line_of_record(lines, record));
+    std::int32_t first = record;
+    while (first > first_of_line && store.record_time[first] > from) --first;
+    const double seconds = (store.record_time[record] - store.record_time[first]) * kSecondsPerDay;
+    if (!(seconds >= kSpan / 2)) return kNull;
+    return (store.distance[record] - store.distance[first]) / seconds;
 }
 
 } // namespace
@@ -61,19 +71,24 @@ std::vector<WatchNotice> LiveWatch::look(const LiveStatus& status, const SurveyS
 void LiveWatch::find_in_samples(const SurveyState& survey, const WatchSettings& limits, Found& found)
 {
     const SampleStore& store = survey.processing.store;
+    const bool has_speed = limits.speed.are_set() && survey.processing.plan.has_time;
     for (std::int32_t record = records_seen_ + 1; record <= store.RecordCount; ++record) {
         for (std::size_t sensor = 1; sensor < store.sensors.size(); ++sensor) {
             const double field = store.sensors[sensor].averages[0][record];
-            if (!is_valid_sensor(field) || !is_outside(field, limits.AlarmLeastField, limits.AlarmGreatestField))
-                continue;
+            if (!is_valid_sensor(field) || !limits.field.leave_out(field)) continue;
             const std::string name = "Sensor " + std::to_string(sensor);
             found.try_emplace(name, name + " is out of its limits: " + readable_number(field, 2) + " nT");
         }
-        const double height = altitude(store, record);
-        if (!is_valid_channel(height) || !is_outside(height, limits.AlarmLeastAltitude, limits.AlarmGreatestAltitude)) {
-            continue;
+        const auto judge = [&](const char* what, const char* text, double value, const ValueLimits& allowed,
+                               const char* unit) {
+            if (!is_valid_channel(value) || !allowed.leave_out(value)) return;
+            found.try_emplace(what, text + readable_number(value, 2) + unit);
+        };
+        judge("Altitude", "The altitude is out of its limits: ", altitude(store, record), limits.altitude, " m");
+        if (has_speed) {
+            judge("Speed", "The speed is out of its limits: ", mean_speed(store, survey.processing.lines, record),
+                  limits.speed, " m/s");
         }
-        found.try_emplace("Altitude", "The altitude is out of its limits: " + readable_number(height, 2) + " m");
     }
     records_seen_ = store.RecordCount;
 }

@@ -18,8 +18,8 @@ struct WatchNotice {
     bool operator==(const WatchNotice&) const = default;
 };
 
-// Watches a live run: no data for a while, sensors and altitude out of their limits. What lasts is told once; what
-// comes back within two seconds has lasted.
+// Watches a live run: no data for a while, sensors, altitude and speed out of their limits. What lasts is told once;
+// what comes back within two seconds has lasted.
 class LiveWatch {
 public:
     // What has begun and ended since the last look, over all samples stored since. To be called some times a second.

@@ -35,14 +35,14 @@ struct NewFile {
 };
 
 // A new data file without definitions beside it that belong to another.
-NewFile create_data_file(const std::string& folder)
+NewFile create_data_file(const std::string& folder, const std::string& before)
 {
     fs::create_directories(folder);
     const std::string base = "live_" + date_and_time();
     for (int copy = 1;; ++copy) {
         const std::string name =
             (fs::path(folder) / (base + (copy == 1 ? "" : "_" + std::to_string(copy)) + ".csv")).string();
-        if (is_there(definitions_file_name_for(name))) continue;
+        if (name == before || is_there(definitions_file_name_for(name))) continue;
         const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (descriptor >= 0) return {name, descriptor};
         if (errno != EEXIST) throw std::system_error(errno, std::generic_category(), "cannot write " + name);
@@ -51,9 +51,9 @@ NewFile create_data_file(const std::string& folder)
 
 } // namespace
 
-RecordingFile::RecordingFile(const std::string& folder, const RecordingTexts& texts)
+RecordingFile::RecordingFile(const std::string& folder, const RecordingTexts& texts, const std::string& before)
 {
-    const NewFile created = create_data_file(folder);
+    const NewFile created = create_data_file(folder, before);
     name_ = created.name;
     file_ = created.descriptor;
     try {

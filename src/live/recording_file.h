@@ -16,8 +16,9 @@ struct RecordingTexts {
 // with the file's name and the system's reason.
 class RecordingFile {
 public:
-    // Makes both files in the folder, which is made, too, named by date and time.
-    RecordingFile(const std::string& folder, const RecordingTexts& texts);
+    // Makes both files in the folder, which is made, too, named by date and time. before: the name of the recording's
+    // last file, which is not used again though it may be gone; empty for none.
+    RecordingFile(const std::string& folder, const RecordingTexts& texts, const std::string& before);
     RecordingFile(const RecordingFile&) = delete;
     RecordingFile& operator=(const RecordingFile&) = delete;
     ~RecordingFile();

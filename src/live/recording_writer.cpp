@@ -190,8 +190,9 @@ void RecordingWriter::make_file(Lock& lock)
     std::shared_ptr<RecordingFile> file;
     {
         const std::string folder = folder_;
+        const std::string before = file_name_;
         const Unlocked others_may(lock);
-        file = std::make_shared<RecordingFile>(folder, texts_);
+        file = std::make_shared<RecordingFile>(folder, texts_, before);
     }
     if (std::exchange(misplaced_, false)) {
         const std::int64_t lost = store_.lines_before_begin();

@@ -1,6 +1,7 @@
 #include "picks/pick_file.h"
 
 #include "picks/pick_times.h"
+#include "ports/guarded_operation.h"
 #include "text/file_names.h"
 #include "text/line_reader.h"
 #include "text/numbers.h"
@@ -91,6 +92,15 @@ std::size_t mark_of(const std::string& bytes)
     return std::hash<std::string>()(bytes);
 }
 
+void keep_remarks_of_others(const PickList& picks, const std::string& path, Operator& op)
+{
+    const bool is_changed = path == picks.known_remarks.path && known_file(path).mark != picks.known_remarks.mark;
+    if (!is_changed || !is_there(path)) return;
+    op.show_warnings({{WarningAbout::picks, path,
+                       "The remarks in " + path + " were changed by another program; what they held is kept in " +
+                           keep_copy_aside(path, "changed")}});
+}
+
 // What is to be replaced though this list does not hold it: a file that could not be read, or one that another program
 // has changed, such as a second monitor on the same survey.
 Warnings keep_what_others_wrote(PickList& picks)
@@ -162,24 +172,63 @@ int write_pick_file(PickList& picks, Operator& op)
 {
     picks.is_unsaved = picks.number_of_picks > 0;
     if (picks.pick_file_name.empty() || picks.number_of_picks == 0) return -1;
+    const bool is_another_file = picks.pick_file_name != picks.known_file.path;
     try {
         const std::string text = pick_file_text(picks);
         op.show_warnings(keep_what_others_wrote(picks));
         replace_file(picks.pick_file_name, text);
         picks.known_file = {picks.pick_file_name, mark_of(text)};
         picks.is_unsaved = false;
-        return 0;
     } catch (const std::exception& fault) { // the wording is fixed, spelling included
         op.show_message(std::string("An error occurred while saving the aomaly file: ") + fault.what());
         return -1;
     }
+    if (picks.are_remarks_unsaved || (is_another_file && !picks.remarks.empty())) write_remarks_of(picks, op);
+    return 0;
+}
+
+void read_remarks_of(PickList& picks, Operator& op)
+{
+    picks.remarks.clear();
+    picks.remarks_fault.clear();
+    picks.are_remarks_unsaved = false;
+    const std::string path = remarks_file_name_for(picks.pick_file_name);
+    try {
+        picks.remarks = read_pick_remarks(path);
+        picks.known_remarks = known_file(path);
+    } catch (const std::exception& fault) {
+        picks.remarks_fault = fault.what();
+        op.show_message("The remarks could not be read: " + picks.remarks_fault);
+    }
+}
+
+void write_remarks_of(PickList& picks, Operator& op)
+{
+    const std::string path = remarks_file_name_for(picks.pick_file_name);
+    if (path.empty()) return;
+    if (!picks.remarks_fault.empty()) {
+        op.show_message(
+            "The remark is kept only until the program ends, since the file of remarks could not be read: " +
+            picks.remarks_fault);
+        return;
+    }
+    picks.are_remarks_unsaved = true;
+    run_guarded(op, "An error occurred while saving the remarks: ", [&] {
+        keep_remarks_of_others(picks, path, op);
+        picks.known_remarks = known_file(path); // kept once, also when the write behind this fails and is tried again
+        replace_file(path, pick_remarks_text(picks.remarks));
+        picks.known_remarks = known_file(path);
+        picks.are_remarks_unsaved = false;
+    });
 }
 
 int write_unsaved_picks(PickList& picks, Operator& op)
 {
-    if (!picks.is_unsaved) return 0;
+    if (!has_unsaved_changes(picks)) return 0;
     if (picks.pick_file_name.empty()) picks.pick_file_name = picks.offered_file_name;
-    return write_pick_file(picks, op);
+    if (picks.is_unsaved) return write_pick_file(picks, op);
+    write_remarks_of(picks, op);
+    return picks.are_remarks_unsaved ? -1 : 0;
 }
 
 std::string pick_file_text(const PickList& picks)

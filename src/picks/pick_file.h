@@ -29,8 +29,21 @@ PickFileRead read_pick_file(const std::string& path, PickList& picks, Operator& 
 
 // Replaces `pick_file_name` by the list, whole or not at all. Status 0: written; -1: nothing was written, since the
 // name or the list is empty or because of a fault that has been shown. A file that could not be read, or that is not as
-// `known_file` says, is first kept beside it as NAME.unreadable or NAME.changed, and the operator is told.
+// `known_file` says, is first kept beside it as NAME.unreadable or NAME.changed, and the operator is told. Remarks that
+// are not beside that file yet go with it.
 int write_pick_file(PickList& picks, Operator& op);
+
+// Reads the remarks beside the list's pick file, or shows why they cannot be read.
+void read_remarks_of(PickList& picks, Operator& op);
+
+// Replaces the remarks beside the list's pick file, but not such as could not be read; what another program wrote there
+// is kept as NAME.changed. What goes wrong is shown; the remarks are then unsaved.
+void write_remarks_of(PickList& picks, Operator& op);
+
+inline bool has_unsaved_changes(const PickList& picks)
+{
+    return (picks.is_unsaved && picks.number_of_picks > 0) || picks.are_remarks_unsaved;
+}
 
 // For the end of the program without an operator to ask: changes that are in no file go into the list's own, or the one
 // that would be offered.

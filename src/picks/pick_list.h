@@ -36,6 +36,8 @@ struct PickList {
 
     PickRemarks remarks;       // by full name
     std::string remarks_fault; // why their file could not be read, and so is not written; empty: it could
+    KnownFile known_remarks;   // as known_file
+    bool are_remarks_unsaved = false;
 };
 
 inline constexpr std::int32_t kSparePicks = 32;

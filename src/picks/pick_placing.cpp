@@ -66,6 +66,15 @@ std::int32_t picks_beyond(const PickList& picks, const TrackTable& track, double
     return count;
 }
 
+std::int32_t picks_without_sample(const PickList& picks)
+{
+    std::int32_t count = 0;
+    for (std::int32_t pick = 1; pick <= picks.number_of_picks; ++pick) {
+        if (picks.pick_sample_index[static_cast<std::size_t>(pick)] < 1) ++count;
+    }
+    return count;
+}
+
 void place_pick(PickList& picks, std::int32_t pick, const PickLocation& location)
 {
     const auto at = static_cast<std::size_t>(pick);

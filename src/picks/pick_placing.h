@@ -31,6 +31,9 @@ double distance_from_track(const PickList& picks, std::int32_t pick, const Track
 // How many picks lie farther from their samples than that many metres.
 std::int32_t picks_beyond(const PickList& picks, const TrackTable& track, double tolerance);
 
+// How many are on no sample of the track.
+std::int32_t picks_without_sample(const PickList& picks);
+
 // The names of the picks on a sample, a comma between them, the first few of many; empty: none.
 std::string names_on_sample(const PickList& picks, std::int32_t sample_index);
 // Of those less than so many metres from a place.

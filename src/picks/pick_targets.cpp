@@ -4,10 +4,7 @@
 #include "picks/pick_placing.h"
 #include "picks/pick_texts.h"
 #include "picks/pick_workflow.h"
-#include "ports/guarded_operation.h"
-#include "text/replace_file.h"
 
-#include <exception>
 #include <utility>
 
 namespace tarvo {
@@ -90,32 +87,11 @@ void PickWorkflow::rename_pick_remark(const std::string& from, const std::string
     write_remarks();
 }
 
-void PickWorkflow::read_remarks()
-{
-    picks_.remarks.clear();
-    picks_.remarks_fault.clear();
-    try {
-        picks_.remarks = read_pick_remarks(remarks_file_name_for(picks_.pick_file_name));
-    } catch (const std::exception& fault) {
-        picks_.remarks_fault = fault.what();
-        op_.show_message("The remarks could not be read: " + picks_.remarks_fault);
-    }
-}
-
-// What could not be read is not written over.
 void PickWorkflow::write_remarks()
 {
-    const std::string file = remarks_file_name_for(picks_.pick_file_name);
-    if (file.empty()) return;
-    if (!picks_.remarks_fault.empty()) {
-        op_.show_message(
-            "The remark is kept only until the program ends, since the file of remarks could not be read: " +
-            picks_.remarks_fault);
-        return;
-    }
-    run_guarded(op_, "An error occurred while saving the remarks: ", [&] {
-        replace_file(file, pick_remarks_text(picks_.remarks));
-    });
+    const bool was_unsaved = picks_.are_remarks_unsaved;
+    write_remarks_of(picks_, op_);
+    if (picks_.are_remarks_unsaved != was_unsaved) display_.show_pick_controls(controls());
 }
 
 } // namespace tarvo

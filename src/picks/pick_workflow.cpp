@@ -56,7 +56,7 @@ void PickWorkflow::open_picks_of(const std::string& data_file_name, const Indexe
     picks_.known_file = {picks_.pick_file_name, std::nullopt};
     std::error_code not_there;
     if (std::filesystem::exists(picks_.pick_file_name, not_there)) read_pick_file(picks_.pick_file_name, picks_, op_);
-    read_remarks();
+    read_remarks_of(picks_, op_);
     forget_list();
     show_changed_list(ground);
 }
@@ -323,7 +323,7 @@ int PickWorkflow::delete_leftover_file()
 
 bool PickWorkflow::may_leave_list() const
 {
-    if (!picks_.is_unsaved || picks_.number_of_picks == 0) return true;
+    if (!has_unsaved_changes(picks_)) return true;
     const bool has_file = !picks_.pick_file_name.empty();
     return op_.ask_before_loss("The last changes of the pick list are " +
                                (has_file ? "not in its file, " + picks_.pick_file_name : "in no file yet") +
@@ -356,7 +356,6 @@ int PickWorkflow::write_to_a_named_file()
 {
     if (picks_.pick_file_name.empty() && picks_.number_of_picks > 0) {
         picks_.pick_file_name = op_.choose_file_to_create(pick_file_question(picks_.offered_file_name)).value_or("");
-        if (!picks_.remarks.empty()) write_remarks();
     }
     return write_pick_file(picks_, op_);
 }

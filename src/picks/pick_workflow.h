@@ -127,7 +127,6 @@ private:
     void forget_list();
     int write_to_a_named_file();
     void undo_addition(const Change& change);
-    void read_remarks();
     void write_remarks();
     void rename_pick_remark(const std::string& from, const std::string& to);
 

@@ -122,7 +122,7 @@ void PickWorkflow::menu_read_list(const IndexedTrack& ground)
     if (!chosen) return;
     picks_.pick_file_name = *chosen;
     read_pick_file(*chosen, picks_, op_);
-    read_remarks();
+    read_remarks_of(picks_, op_);
     forget_list();
     show_changed_list(ground);
 }
@@ -130,6 +130,7 @@ void PickWorkflow::menu_read_list(const IndexedTrack& ground)
 void PickWorkflow::menu_write_list()
 {
     write_to_a_named_file();
+    if (picks_.number_of_picks == 0 && picks_.are_remarks_unsaved) write_remarks_of(picks_, op_);
     display_.show_pick_controls(controls()); // the list may have got its file, or got onto the disk
 }
 

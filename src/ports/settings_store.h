@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace tarvo {
@@ -12,6 +13,9 @@ public:
                              const std::string& default_value) const = 0;
     virtual void write(const std::string& application, const std::string& section, const std::string& key,
                        const std::string& value) = 0;
+
+    // Told why values could not be kept; not again before they could.
+    std::function<void(const std::string& fault)> on_fault;
 };
 
 inline constexpr const char* kSettingsApplication = "Quorvane";

@@ -340,7 +340,28 @@ bool is_window_cut(const double* distance, std::int32_t record, std::int32_t fir
     return nearer_end < window_width / 4 - kWindowTolerance;
 }
 
-std::vector<std::string> residual_remarks(const SampleStore& store, const ResidualField& field)
+namespace {
+
+std::vector<std::int32_t> lines_without_field(const SampleStore& store, const SurveyLines& lines)
+{
+    std::vector<std::int32_t> found;
+    for (std::int32_t line = 1; line <= lines.CurrentLine; ++line) {
+        const std::int32_t first = lines.first_record(line);
+        const std::int32_t last = std::min(lines.last_record(line), store.RecordCount);
+        const auto has_reading = [&](const SensorRecords& sensor) {
+            const double* const fields = sensor.averages[0].data();
+            return std::any_of(fields + first, fields + last + 1, is_valid_sensor);
+        };
+        if (first > last) continue; // opened, nothing stored
+        if (std::none_of(store.sensors.begin() + 1, store.sensors.end(), has_reading)) found.push_back(line);
+    }
+    return found;
+}
+
+} // namespace
+
+std::vector<std::string> residual_remarks(const SampleStore& store, const SurveyLines& lines,
+                                          const ResidualField& field)
 {
     std::vector<std::string> remarks;
     std::vector<double> fields;
@@ -354,6 +375,9 @@ std::vector<std::string> residual_remarks(const SampleStore& store, const Residu
     if (!middle) {
         remarks.emplace_back("The survey has no reading of the field, so it has no residual");
         return remarks;
+    }
+    if (const std::vector<std::int32_t> silent = lines_without_field(store, lines); !silent.empty()) {
+        remarks.push_back(lines_that_have(lines, silent) + " no reading of the field and no residual");
     }
     if (*middle < kWeakestEarthField || *middle > kStrongestEarthField) {
         remarks.push_back("The median total field is " + format_fixed(*middle, 1) +

@@ -111,6 +111,7 @@ bool is_window_cut(const double* distance, std::int32_t record, std::int32_t fir
 
 // What the residual of this survey rests on that its reader should know, one sentence each: a window chosen without an
 // altitude, a field that cannot be in nanotesla, no field at all.
-std::vector<std::string> residual_remarks(const SampleStore& store, const ResidualField& field);
+std::vector<std::string> residual_remarks(const SampleStore& store, const SurveyLines& lines,
+                                          const ResidualField& field);
 
 } // namespace tarvo

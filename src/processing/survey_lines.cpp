@@ -1,5 +1,10 @@
 #include "processing/survey_lines.h"
 
+#include "text/numbers.h"
+
+#include <algorithm>
+#include <cmath>
+
 namespace tarvo {
 
 namespace {
@@ -69,6 +74,29 @@ std::int32_t line_of_record(const SurveyLines& lines, std::int32_t record)
         }
     }
     return line;
+}
+
+std::string line_name(double number)
+{
+    constexpr double kWholeNumbersEnd = 0x1p53; // of 64-bit floats: above they are no names any more
+    if (!(std::abs(number) < kWholeNumbersEnd)) return readable_number(number, 0);
+    return number == std::floor(number) ? format_fixed(number, 0) : format_shortest(number);
+}
+
+std::string line_name_of(const SurveyLines& lines, std::int32_t line)
+{
+    const double number = lines.LineNumbers[line];
+    return is_valid_channel(number) ? line_name(number) : std::to_string(line);
+}
+
+std::string lines_that_have(const SurveyLines& lines, const std::vector<std::int32_t>& found)
+{
+    constexpr std::size_t kMostNamed = 5;
+    const std::size_t named = std::min(found.size(), kMostNamed);
+    std::string text = found.size() == 1 ? "Line " : "Lines ";
+    for (std::size_t at = 0; at < named; ++at) text += (at == 0 ? "" : ", ") + line_name_of(lines, found[at]);
+    if (found.size() > named) text += " and " + std::to_string(found.size() - named) + " more";
+    return text + (found.size() == 1 ? " has" : " have");
 }
 
 } // namespace tarvo

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <vector>
 
 namespace tarvo {
 
@@ -40,5 +42,14 @@ void add_record_to_line(SurveyLines& lines, std::int32_t record);
 
 // The line that a stored record belongs to, by binary search.
 std::int32_t line_of_record(const SurveyLines& lines, std::int32_t record);
+
+// A line's number as its name, without groups of digits.
+std::string line_name(double number);
+
+// A line's name: its number, or its place in the table where it has none.
+std::string line_name_of(const SurveyLines& lines, std::int32_t line);
+
+// "Line 7 has", "Lines 7, 9, 12, 13, 20 and 4 more have": at most five are named. found: not empty.
+std::string lines_that_have(const SurveyLines& lines, const std::vector<std::int32_t>& found);
 
 } // namespace tarvo

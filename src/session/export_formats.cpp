@@ -34,7 +34,7 @@ bool write_lines(const ExportRequest& request, const ExportSink& sink)
 
 bool write_line_table(const ExportRequest& request, const ExportSink& sink)
 {
-    sink(line_table_csv(line_summaries(request.survey.processing)));
+    sink(line_table_csv(line_summaries(request.survey.processing, request.survey.watch_settings)));
     return true;
 }
 

@@ -9,7 +9,7 @@ namespace tarvo {
 
 namespace {
 
-constexpr std::int64_t kSecondsPerDay = 86'400;
+constexpr std::int64_t kDayInSeconds = 86'400;
 
 std::string two_digits(std::int64_t number)
 {
@@ -37,8 +37,8 @@ void log_message(MessageLog& log, MessageKind kind, const std::string& text, std
 
 std::string message_line(const LoggedMessage& message)
 {
-    const std::int64_t day = (message.time >= 0 ? message.time : message.time - (kSecondsPerDay - 1)) / kSecondsPerDay;
-    const std::int64_t second = message.time - day * kSecondsPerDay;
+    const std::int64_t day = (message.time >= 0 ? message.time : message.time - (kDayInSeconds - 1)) / kDayInSeconds;
+    const std::int64_t second = message.time - day * kDayInSeconds;
     std::string text = message.text;
     std::replace_if(
         text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');

@@ -2,6 +2,7 @@
 
 #include "processing/gradients.h"
 #include "session/settings_table.h"
+#include "survey/survey_readings.h"
 #include "survey/survey_residual.h"
 #include "text/numbers.h"
 
@@ -95,6 +96,12 @@ bool use_all_corrections(Settings& settings)
         take_setting_text(settings, setting, "1");
     }
     return any_was_off;
+}
+
+void store_every_line(SurveyState& survey)
+{
+    survey.parameters.LoggingSampleRate = rate_of_lines(survey.processing);
+    survey.parameters.CarryClosingSample = true;
 }
 
 bool carry_out_changes(const ProcessingChanges& changes, SurveyState& survey, Operator& op)

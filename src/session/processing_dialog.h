@@ -39,6 +39,9 @@ Settings settings_of_page(const ProcessingPage& page, const Settings& settings);
 // "Use all corrections": turns on the switches of that group. True: one was off, and a reload has to follow.
 bool use_all_corrections(Settings& settings);
 
+// "Store every line": an interval as long as the data's own, in which no line is left out.
+void store_every_line(SurveyState& survey);
+
 // Recalculates gradients and residual where a change asks for it. True: the data file is to be loaded anew instead.
 bool carry_out_changes(const ProcessingChanges& changes, SurveyState& survey, Operator& op);
 

@@ -77,6 +77,16 @@ void update_automatic_range(SurveyState& survey)
     automatic = {automatic_range(values, shown.sign), records};
 }
 
+// Where the ground's height has a column of its own, the elevation is not the altitude that the limits are meant for.
+const ValueLimits& shown_limits(const SurveyState& survey)
+{
+    static const ValueLimits kNone;
+    const QuantityId shown = displayed_quantity(survey.display_settings).id;
+    if (shown == QuantityId::speed) return survey.watch_settings.speed;
+    const bool is_altitude = shown == QuantityId::elevation && !survey.processing.store.dem_from_column;
+    return is_altitude ? survey.watch_settings.altitude : kNone;
+}
+
 std::string with_unit(double value, const Quantity& quantity)
 {
     return format_significant(value) + " " + quantity.unit;
@@ -131,7 +141,11 @@ ColourScale shown_colours(const SurveyState& survey)
     // The survey's own map has always shown the gradient with green ticks.
     const bool is_given =
         displayed_quantity(survey.display_settings).id == QuantityId::gradient && map.table == nullptr;
-    return {range.low, range.high, &map, map.has_green && !is_given ? kWhite : kGreen};
+    ColourScale scale = {range.low, range.high, &map, map.has_green && !is_given ? kWhite : kGreen};
+    const ValueLimits& limits = shown_limits(survey);
+    scale.least = limits.least.value_or(scale.least);
+    scale.greatest = limits.greatest.value_or(scale.greatest);
+    return scale;
 }
 
 std::string choose_quantity(SurveyState& survey, const std::string& key)

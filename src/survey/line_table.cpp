@@ -3,6 +3,7 @@
 #include "processing/altitude.h"
 #include "processing/fixed_time.h"
 #include "processing/median.h"
+#include "processing/track_speed.h"
 #include "processing/track_table.h"
 #include "text/numbers.h"
 
@@ -30,16 +31,38 @@ double line_noise(const SampleStore& store, std::int32_t first, std::int32_t las
     return middle ? kSpreadOfMad * *middle / std::sqrt(2.0) : kNull;
 }
 
-void take_altitudes(const SampleStore& store, LineSummary& line)
+// Of the values that are known; kNull where nothing is to be judged.
+double share_left_out(const std::vector<double>& values, const ValueLimits& limits)
+{
+    if (values.empty() || !limits.are_set()) return kNull;
+    const auto out = std::count_if(values.begin(), values.end(), [&](double value) { return limits.leave_out(value); });
+    return static_cast<double>(out) / static_cast<double>(values.size());
+}
+
+void take_altitudes(const SampleStore& store, const ValueLimits& limits, LineSummary& line)
 {
     std::vector<double> altitudes;
     for (std::int32_t record = line.first; record <= line.last; ++record) {
         const double value = altitude(store, record);
         if (is_valid_channel(value)) altitudes.push_back(value);
     }
+    line.altitude_out = share_left_out(altitudes, limits);
     line.altitude_low = percentile(altitudes, 0.1).value_or(kNull);
     line.altitude_middle = percentile(altitudes, 0.5).value_or(kNull);
     line.altitude_high = percentile(altitudes, 0.9).value_or(kNull);
+}
+
+void take_speeds(const TrackTable& track, const ValueLimits& limits, LineSummary& line)
+{
+    const double seconds = (line.end_time - line.start_time) * kSecondsPerDay;
+    if (seconds > 0) line.speed = line.length / seconds;
+    if (!limits.are_set()) return;
+    std::vector<double> speeds;
+    for (std::int32_t record = line.first + 1; record <= line.last; ++record) {
+        const double value = speed_over_ground(track, record);
+        if (is_valid_channel(value)) speeds.push_back(value);
+    }
+    line.speed_out = share_left_out(speeds, limits);
 }
 
 std::int64_t count_nulls(const SampleStore& store, std::int32_t first, std::int32_t last)
@@ -52,7 +75,7 @@ std::int64_t count_nulls(const SampleStore& store, std::int32_t first, std::int3
     return nulls;
 }
 
-LineSummary summary_of(const SampleProcessing& run, std::int32_t line)
+LineSummary summary_of(const SampleProcessing& run, const WatchSettings& limits, std::int32_t line)
 {
     const SampleStore& store = run.store;
     LineSummary summary;
@@ -65,11 +88,15 @@ LineSummary summary_of(const SampleProcessing& run, std::int32_t line)
     summary.length = store.distance[summary.last] - store.distance[summary.first];
     summary.samples = summary.last - summary.first + 1;
     summary.nulls = count_nulls(store, summary.first, summary.last);
-    const double seconds = (summary.end_time - summary.start_time) * kSecondsPerDay;
-    if (seconds > 0) summary.speed = summary.length / seconds;
-    take_altitudes(store, summary);
+    take_speeds(track_table(store), limits.speed, summary);
+    take_altitudes(store, limits.altitude, summary);
     summary.noise = line_noise(store, summary.first, summary.last);
     return summary;
+}
+
+std::string percent_text(double share)
+{
+    return is_valid_channel(share) ? format_fixed(share * 100, 1) : std::string();
 }
 
 std::string number_text(double value, int decimals)
@@ -143,26 +170,25 @@ double distance_to_line(const TrackTable& track, const LineRecords& line, std::i
 
 } // namespace
 
-std::vector<LineSummary> line_summaries(const SampleProcessing& run)
+std::vector<LineSummary> line_summaries(const SampleProcessing& run, const WatchSettings& limits)
 {
     std::vector<LineSummary> summaries;
     for (std::int32_t line = 1; line <= run.lines.CurrentLine; ++line) {
         if (run.lines.first_record(line) > run.store.RecordCount) break; // opened, nothing stored
-        summaries.push_back(summary_of(run, line));
+        summaries.push_back(summary_of(run, limits, line));
     }
     return summaries;
 }
 
 std::vector<std::string> line_table_captions()
 {
-    return {"Line",        "Start",     "End",       "Length (m)", "Samples",   "Nulls",
-            "Speed (m/s)", "Alt. 10 %", "Alt. 50 %", "Alt. 90 %",  "Noise (nT)"};
+    return {"Line",      "Start",     "End",       "Length (m)", "Samples",      "Nulls",        "Speed (m/s)",
+            "Alt. 10 %", "Alt. 50 %", "Alt. 90 %", "Noise (nT)", "Alt. out (%)", "Speed out (%)"};
 }
 
 std::vector<std::string> line_table_texts(const LineSummary& line)
 {
-    const std::string number = is_valid_channel(line.number) ? format_shortest(line.number) : std::to_string(line.line);
-    return {number,
+    return {is_valid_channel(line.number) ? line_name(line.number) : std::to_string(line.line),
             time_text(line.start_time),
             time_text(line.end_time),
             format_fixed(line.length, 1),
@@ -172,7 +198,9 @@ std::vector<std::string> line_table_texts(const LineSummary& line)
             number_text(line.altitude_low, 1),
             number_text(line.altitude_middle, 1),
             number_text(line.altitude_high, 1),
-            number_text(line.noise, 2)};
+            number_text(line.noise, 2),
+            percent_text(line.altitude_out),
+            percent_text(line.speed_out)};
 }
 
 std::vector<double> line_table_values(const LineSummary& line)
@@ -188,7 +216,9 @@ std::vector<double> line_table_values(const LineSummary& line)
             line.altitude_low,
             line.altitude_middle,
             line.altitude_high,
-            line.noise};
+            line.noise,
+            line.altitude_out,
+            line.speed_out};
 }
 
 std::string line_table_tabbed(const std::vector<LineSummary>& lines)
@@ -206,13 +236,14 @@ std::string line_table_tabbed(const std::vector<LineSummary>& lines)
 std::string line_table_csv(const std::vector<LineSummary>& lines)
 {
     std::string text = "line,number,first,last,start,end,length,samples,nulls,speed,altitude_10,altitude_50,"
-                       "altitude_90,noise\n";
+                       "altitude_90,noise,altitude_out,speed_out\n";
     for (const LineSummary& line : lines) {
         text += std::to_string(line.line) + ',' + exact_text(line.number) + ',' + std::to_string(line.first) + ',' +
                 std::to_string(line.last) + ',' + format_fixed(seconds_since_1970(line.start_time), 4) + ',' +
                 format_fixed(seconds_since_1970(line.end_time), 4) + ',' + exact_text(line.length) + ',' +
                 std::to_string(line.samples) + ',' + std::to_string(line.nulls) + ',' + exact_text(line.speed);
-        for (const double value : {line.altitude_low, line.altitude_middle, line.altitude_high, line.noise}) {
+        for (const double value : {line.altitude_low, line.altitude_middle, line.altitude_high, line.noise,
+                                   line.altitude_out, line.speed_out}) {
             text += ',' + exact_text(value);
         }
         text += '\n';

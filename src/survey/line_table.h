@@ -1,6 +1,7 @@
 #pragma once
 
 #include "processing/sample_processing.h"
+#include "survey/watch_settings.h"
 
 #include <cstdint>
 #include <string>
@@ -24,10 +25,12 @@ struct LineSummary {
     double altitude_middle = kNull; // half
     double altitude_high = kNull;   // nine tenths
     double noise = kNull;           // nT
+    double altitude_out = kNull;    // share of the altitudes that are out of their limits; kNull without limits
+    double speed_out = kNull;       // likewise of the speeds from sample to sample
 };
 
 // The noise of a line is 1.4826 x the median distance of neighbouring readings / sqrt(2), of all sensors together.
-std::vector<LineSummary> line_summaries(const SampleProcessing& run);
+std::vector<LineSummary> line_summaries(const SampleProcessing& run, const WatchSettings& limits);
 
 // Captions and texts of the table as people read it; a null is an empty text.
 std::vector<std::string> line_table_captions();

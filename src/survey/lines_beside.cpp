@@ -139,12 +139,6 @@ std::int32_t record_beside(const SampleProcessing& run, std::int32_t beside, std
     return nearest;
 }
 
-std::string line_name_of(const SurveyLines& lines, std::int32_t line)
-{
-    const double number = lines.LineNumbers[line];
-    return is_valid_channel(number) ? line_name(number) : std::to_string(line);
-}
-
 std::string line_beside_text(const SampleProcessing& run, const LineBeside& line)
 {
     return "line " + line_name_of(run.lines, line.line) + ", " + format_fixed(std::abs(line.offset), 1) + " m to " +

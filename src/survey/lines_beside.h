@@ -28,9 +28,6 @@ ProfileCurve curve_beside(const SampleProcessing& run, std::int32_t beside, std:
 // The record of a line whose place lies beside `beside` at a distance along the track; 0: none.
 std::int32_t record_beside(const SampleProcessing& run, std::int32_t beside, std::int32_t line, double distance);
 
-// A survey line's name: its number, or its place in the table where it has none.
-std::string line_name_of(const SurveyLines& lines, std::int32_t line);
-
 // "line 12, 7.3 m to port"
 std::string line_beside_text(const SampleProcessing& run, const LineBeside& line);
 

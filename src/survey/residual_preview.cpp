@@ -66,8 +66,7 @@ std::vector<std::string> preview_line_names(const SurveyState& survey)
     const SurveyLines& lines = survey.processing.lines;
     for (std::int32_t line = 1; line <= lines.CurrentLine; ++line) {
         if (lines.first_record(line) > survey.processing.store.RecordCount) break; // opened, nothing stored
-        const double number = lines.LineNumbers[line];
-        names.push_back(is_valid_channel(number) ? format_shortest(number) : std::to_string(line));
+        names.push_back(line_name_of(lines, line));
     }
     return names;
 }

@@ -18,7 +18,6 @@ namespace {
 
 constexpr std::int64_t kLongestSpanOfDays = 700'000; // from 1970, either way, that the calendar surely has
 constexpr int kListedSensors = 4;                    // of a text of one line
-constexpr int kListedLines = 5;                      // likewise
 
 double sample_total_field(const ProcessingPlan& plan, std::size_t sensor, const CurrentSample& sample)
 {
@@ -70,12 +69,6 @@ std::string date_time_text(double date_time)
     const auto day = static_cast<std::int64_t>(std::floor(date_time - kDaysTo1970));
     const std::string clock = time_of_day_text(date_time);
     return day == 0 || std::abs(day) > kLongestSpanOfDays ? clock : civil_date_text(date_of_day(day)) + ' ' + clock;
-}
-
-std::string line_name(const SurveyLines& lines, std::int32_t line)
-{
-    const double number = lines.LineNumbers[line];
-    return is_valid_channel(number) ? format_fixed(number, 0) : std::to_string(line);
 }
 
 std::string sensor_text(const SampleStore& store, int sensor, std::int32_t record)
@@ -162,12 +155,6 @@ std::string track_caption(const SurveyState& survey)
     return text + "   " + displayed_quantity(survey.display_settings).caption;
 }
 
-std::string line_name(double number)
-{
-    constexpr double kWholeNumbersEnd = 0x1p53; // of 64-bit floats: above they are no names any more
-    return std::abs(number) < kWholeNumbersEnd ? format_fixed(number, 0) : readable_number(number, 0);
-}
-
 std::string place_text(const GridPlace& place)
 {
     if (!place.is_known()) return "";
@@ -232,18 +219,34 @@ std::string out_of_world_hint(const SampleStore& store)
 std::string far_picks_hint(const SurveyState& survey)
 {
     const double tolerance = survey.pick_settings.PickTolerance;
-    const std::int32_t far = picks_beyond(survey.picks, track_table(survey.processing.store), tolerance);
-    if (far == 0) return {};
-    return std::to_string(far) + " of " + std::to_string(survey.picks.number_of_picks) + " picks lie more than " +
-           format_significant(tolerance) +
-           " m from the track: a dashed ring stands where each was marked. Was the survey loaded to its end?";
+    const TrackTable track = track_table(survey.processing.store);
+    const std::int32_t far = picks_beyond(survey.picks, track, tolerance);
+    const std::int32_t lost = track.count > 0 ? picks_without_sample(survey.picks) : 0;
+    const auto count_text = [&survey](std::int32_t count) {
+        return std::to_string(count) + " of " + std::to_string(survey.picks.number_of_picks) +
+               (count == 1 ? " picks lies " : " picks lie ");
+    };
+    std::string text;
+    if (far > 0) {
+        text = count_text(far) + "more than " + format_significant(tolerance) +
+               " m from the track: a dashed ring stands where each was marked. ";
+    }
+    if (lost > 0) {
+        text += count_text(lost) + "far off the track: only the pick list shows " + (lost == 1 ? "it. " : "them. ");
+    }
+    return text.empty() ? text : text + "Was the survey loaded to its end?";
 }
 
 std::string averaging_hint(const SampleProcessing& run)
 {
     if (run.lines_not_averaged < 1) return "";
-    return grouped_digits(std::to_string(run.lines_not_averaged)) + " of " +
-           grouped_digits(std::to_string(run.lines_read)) + " lines closed a bin and were not averaged";
+    constexpr double kAboutHalf = 2; // percent off it
+    const double percent = 100.0 * static_cast<double>(run.lines_not_averaged) / static_cast<double>(run.lines_read);
+    const std::string share = std::abs(percent - 50) < kAboutHalf ? "Half"
+                              : percent < 1                       ? "Under 1 %"
+                                                                  : format_fixed(percent, 0) + " %";
+    return share + " of your lines are not used (" + grouped_digits(std::to_string(run.lines_not_averaged)) + " of " +
+           grouped_digits(std::to_string(run.lines_read)) + "): the line that ends a stored sample goes into none";
 }
 
 std::string few_samples_hint(const SampleProcessing& run)
@@ -269,11 +272,7 @@ std::string spacing_hint(const SurveyState& survey)
     const SurveyLines& lines = survey.processing.lines;
     const std::vector<std::int32_t> found = lines_with_short_spacing(survey.processing.store, lines);
     if (found.empty()) return "";
-    const std::size_t named = std::min<std::size_t>(found.size(), kListedLines);
-    std::string text = found.size() == 1 ? "Line " : "Lines ";
-    for (std::size_t at = 0; at < named; ++at) text += (at == 0 ? "" : ", ") + line_name(lines, found[at]);
-    if (found.size() > named) text += " and " + std::to_string(found.size() - named) + " more";
-    return text + (found.size() == 1 ? " has" : " have") +
+    return lines_that_have(lines, found) +
            " records without a position at an end: the gradients come out too large there";
 }
 

@@ -34,9 +34,6 @@ double line_number_of_record(const SampleProcessing& run, std::int32_t record);
 // What a picture of the track is of: file, dates and quantity.
 std::string track_caption(const SurveyState& survey);
 
-// A survey line's number as its name, without groups of digits; "-" for none.
-std::string line_name(double number);
-
 // "428,060.3 m E, 5,994,869.6 m N"; empty when the place is not known.
 std::string place_text(const GridPlace& place);
 

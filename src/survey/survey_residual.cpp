@@ -74,7 +74,8 @@ std::string take_base_station(SurveyState& survey, std::optional<BaseStation> ba
 std::vector<std::string> residual_notes(const SurveyState& survey)
 {
     if (!has_residual(survey)) return {};
-    std::vector<std::string> notes = residual_remarks(survey.processing.store, survey.residual);
+    std::vector<std::string> notes =
+        residual_remarks(survey.processing.store, survey.processing.lines, survey.residual);
     if (survey.residual.spikes > 0) {
         notes.push_back(grouped_digits(std::to_string(survey.residual.spikes)) +
                         (survey.residual.spikes == 1 ? " reading is" : " readings are") +

@@ -201,8 +201,7 @@ std::string proposal_section(const ProposalList& proposals)
 
 std::string survey_line_name(const SurveyLines& lines, std::int32_t line)
 {
-    const double number = lines.LineNumbers[line];
-    return "Line " + (is_valid_channel(number) ? format_significant(number) : '#' + std::to_string(line));
+    return "Line " + line_name_of(lines, line);
 }
 
 std::string target_report_text(const ReportFrame& frame, const ReportScene& scene)

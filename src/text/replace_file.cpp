@@ -166,6 +166,11 @@ void FileReplacement::write(std::string_view bytes)
     if (std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size()) refuse(target_, last_error());
 }
 
+void FileReplacement::flush()
+{
+    if (std::fflush(file_.get()) != 0) refuse(target_, last_error());
+}
+
 void FileReplacement::commit(FlushFile flush)
 {
     const bool is_written = flush == FlushFile::now ? flush_to_disk(file_.get()) : std::fflush(file_.get()) == 0;

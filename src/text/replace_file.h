@@ -28,6 +28,7 @@ public:
     ~FileReplacement();
 
     void write(std::string_view bytes);            // buffered: a full disk may show at a later write or at commit()
+    void flush();                                  // to the system: a full disk shows now
     void commit(FlushFile flush = FlushFile::now); // the last call
 
 private:

@@ -103,13 +103,15 @@ bool write_bars(const SurveyState& survey, const ProcessOptions& options, Operat
                           "colour bars", [&] { write_png_file(options.bars_file, *picture); }, op);
 }
 
-// The pictures of a quantity that the survey does not have show the track all the same.
+// The pictures of a quantity that the survey does not have, or of a grid that cannot be made, show the track all the
+// same.
 bool check_quantity(const SurveyState& survey, const ProcessOptions& options, Operator& op)
 {
     if (options.track_file.empty() && options.bars_file.empty()) return true;
     const std::string missing = missing_quantity_text(survey, displayed_quantity(survey.display_settings));
-    if (!missing.empty()) op.show_message(missing);
-    return missing.empty();
+    const std::string& refusal = missing.empty() && !options.track_file.empty() ? survey.ground.refusal : missing;
+    if (!refusal.empty()) op.show_message(refusal);
+    return refusal.empty();
 }
 
 // The picks beside the data, or none when there is no such file or it cannot be read, which is false.

@@ -1,6 +1,7 @@
 #include "app/common/texts.h"
 #include "app/panels/dial_panel.h"
 #include "app/panels/live_panel.h"
+#include "still_disk.h"
 #include "tools/forward_survey.h"
 #include "window_fixture.h"
 
@@ -17,19 +18,6 @@
 #include <chrono>
 #include <filesystem>
 #include <thread>
-
-namespace {
-
-std::atomic<bool> disk_stands_still = false;
-
-} // namespace
-
-// Stands before the system's own: a disk that takes as long as a test wants.
-extern "C" int fsync(int)
-{
-    while (disk_stands_still) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return 0;
-}
 
 namespace tarvo {
 
@@ -81,7 +69,7 @@ protected:
             if (condition()) loop.quit();
         });
         look.start(5);
-        QTimer::singleShot(60'000, &loop, &QEventLoop::quit);
+        QTimer::singleShot(200'000, &loop, &QEventLoop::quit);
         loop.exec();
         return condition();
     }

@@ -62,6 +62,18 @@ protected:
         press(Qt::Key_M);
         EXPECT_EQ(window.findChild<NewPickForm*>(), nullptr) << "saved and closed";
     }
+    PickListForm& open_list()
+    {
+        action("menu_display_pick_list").trigger();
+        return *window.findChild<PickListForm*>();
+    }
+    PickListForm& list_of_three()
+    {
+        mark(30, "Wreck");
+        mark(60, "Anchor");
+        mark(90, "Chain");
+        return open_list();
+    }
     // "Anomaly 1@30 ..." of the list; the same was read back from the disk.
     std::string list()
     {
@@ -124,13 +136,8 @@ TEST_F(PickWindowTest, EveryStepIsInTheFile)
 
 TEST_F(PickWindowTest, TheListSortsEditsAndJumpsWithoutChangingItsOrder)
 {
-    mark(30, "Wreck");
-    mark(60, "Anchor");
-    mark(90, "Chain");
-    action("menu_display_pick_list").trigger();
-    auto* const form = window.findChild<PickListForm*>();
-    ASSERT_NE(form, nullptr);
-    auto& grid = *form->findChild<QTableView*>("Grid_anomaly_picks");
+    PickListForm& form = list_of_three();
+    auto& grid = *form.findChild<QTableView*>("Grid_anomaly_picks");
     EXPECT_EQ(grid.currentIndex().row(), 2) << "opens on the current pick";
     const auto names = [&grid] {
         QStringList shown;
@@ -143,10 +150,10 @@ TEST_F(PickWindowTest, TheListSortsEditsAndJumpsWithoutChangingItsOrder)
     EXPECT_EQ(list(), "Wreck 1@30 | Anchor 2@60 | Chain 3@90");
 
     grid.selectRow(1);
-    auto& name = *form->findChild<QLineEdit*>("Text_anomaly_name");
+    auto& name = *form.findChild<QLineEdit*>("Text_anomaly_name");
     EXPECT_EQ(name.text(), "Chain");
     name.setText("Zinc");
-    QTest::mouseClick(form->findChild<QPushButton*>("Command_save_edit"), Qt::LeftButton);
+    QTest::mouseClick(form.findChild<QPushButton*>("Command_save_edit"), Qt::LeftButton);
     EXPECT_EQ(op.messages.back(), "The edits have been saved");
     EXPECT_EQ(list(), "Wreck 1@30 | Anchor 2@60 | Zinc 3@90");
     EXPECT_EQ(names(), "Anchor Wreck Zinc");
@@ -156,29 +163,27 @@ TEST_F(PickWindowTest, TheListSortsEditsAndJumpsWithoutChangingItsOrder)
     EXPECT_EQ(window.survey().current_pick, 2);
     EXPECT_EQ(window.survey().track_image.current_record, 60);
     grid.selectRow(0);
-    QTest::mouseClick(form->findChild<QPushButton*>("Command_delete_selected_pick"), Qt::LeftButton);
+    QTest::mouseClick(form.findChild<QPushButton*>("Command_delete_selected_pick"), Qt::LeftButton);
     EXPECT_EQ(list(), "Wreck 1@30 | Zinc 3@90");
     EXPECT_EQ(names(), "Wreck Zinc");
     EXPECT_FALSE(name.isEnabled()) << "nothing is selected";
-    form->close();
+    form.close();
 }
 
 TEST_F(PickWindowTest, NamesOfOtherEncodingsStayWhenNobodyChangesThem)
 {
     mark(30, "Green");
     window.survey().picks.pick_names[1] = "Gr\xFCn 1"; // as a list of another program holds it
-    action("menu_display_pick_list").trigger();
-    auto* const form = window.findChild<PickListForm*>();
-    ASSERT_NE(form, nullptr);
+    PickListForm& form = open_list();
     op.messages.clear();
-    auto* const save = form->findChild<QPushButton*>("Command_save_edit");
+    auto* const save = form.findChild<QPushButton*>("Command_save_edit");
     QTest::mouseClick(save, Qt::LeftButton);
     EXPECT_TRUE(op.messages.empty()) << "nothing was typed";
-    form->findChild<QLineEdit*>("Text_anomaly_type")->setText("4");
+    form.findChild<QLineEdit*>("Text_anomaly_type")->setText("4");
     QTest::mouseClick(save, Qt::LeftButton);
     EXPECT_EQ(window.survey().picks.pick_names[1], "Gr\xFCn 1");
     EXPECT_EQ(window.survey().picks.pick_types[1], 4);
-    form->close();
+    form.close();
 }
 
 TEST_F(PickWindowTest, PointingMarksAndChooses)
@@ -281,43 +286,38 @@ TEST_F(PickWindowTest, ANameInABarChoosesItsPickAndMMarksNoSecondOne)
 
 TEST_F(PickWindowTest, TheListNarrowsAndWorksOnSeveral)
 {
-    mark(30, "Wreck");
-    mark(60, "Anchor");
-    mark(90, "Chain");
-    action("menu_display_pick_list").trigger();
-    auto* const form = window.findChild<PickListForm*>();
-    ASSERT_NE(form, nullptr);
-    auto& grid = *form->findChild<QTableView*>("Grid_anomaly_picks");
-    const auto box = [form](const char* name) { return form->findChild<QLineEdit*>(QLatin1String(name)); };
+    PickListForm& form = list_of_three();
+    auto& grid = *form.findChild<QTableView*>("Grid_anomaly_picks");
+    const auto box = [&form](const char* name) { return form.findChild<QLineEdit*>(QLatin1String(name)); };
     box("Text_filter_name")->setText(QStringLiteral("ch"));
     EXPECT_EQ(grid.model()->rowCount(), 2);
     grid.selectAll();
     EXPECT_FALSE(box("Text_anomaly_name")->isEnabled()) << "they have names of their own";
     box("Text_anomaly_type")->setText(QStringLiteral("7"));
-    form->findChild<QPushButton*>("Command_save_edit")->click();
+    form.findChild<QPushButton*>("Command_save_edit")->click();
     EXPECT_EQ(picks().pick_types[1], 0);
     EXPECT_EQ(picks().pick_types[2] + picks().pick_types[3], 14);
 
     grid.selectAll();
     op.chosen_file = folder.path("some.csv");
-    form->findChild<QAction*>("menu_list_export_picks")->trigger();
+    form.findChild<QAction*>("menu_list_export_picks")->trigger();
     const std::string some = folder.read("some.csv");
     EXPECT_EQ(std::count(some.begin(), some.end(), '\n'), 3) << "those two alone";
     EXPECT_EQ(some.find("Wreck"), std::string::npos);
-    form->findChild<QPushButton*>("Command_delete_selected_pick")->click();
+    form.findChild<QPushButton*>("Command_delete_selected_pick")->click();
     EXPECT_EQ(picks().number_of_picks, 1);
-    form->findChild<QAbstractButton*>("Command_show_all_picks")->click();
+    form.findChild<QAbstractButton*>("Command_show_all_picks")->click();
     EXPECT_EQ(grid.model()->rowCount(), 1);
 
     grid.selectRow(0);
     box("Text_anomaly_name")->setText(QStringLiteral("Wrong"));
     op.answer = false;
-    QTest::keyClick(form, Qt::Key_Escape);
+    QTest::keyClick(&form, Qt::Key_Escape);
     EXPECT_EQ(op.questions.back(), "What was edited here is not saved. Close and lose it?");
-    EXPECT_TRUE(form->isVisible());
+    EXPECT_TRUE(form.isVisible());
     op.answer = true;
-    QTest::keyClick(form, Qt::Key_Escape);
-    EXPECT_FALSE(form->isVisible());
+    QTest::keyClick(&form, Qt::Key_Escape);
+    EXPECT_FALSE(form.isVisible());
 }
 
 TEST_F(PickWindowTest, AKilledProgramHasEverythingOnItsSamplesWhenItStartsAgain)

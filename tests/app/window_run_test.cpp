@@ -91,6 +91,16 @@ TEST_F(WindowTest, APausedReplayShowsAndMarksTheClickedPoint)
     window.survey().pick_settings.ShowNewPickDialog = false;
     control<QAction>("menu_mark_anomaly").trigger();
     EXPECT_EQ(window.survey().picks.pick_sample_index[1], 100);
+    const SectionLimits& section = window.survey().track_image.section;
+    at_turn([&] { return window.survey().processing.store.RecordCount > newest + 20; },
+            [&] {
+                window.view().make_current(150, Recentre::no);
+                EXPECT_TRUE(section.is_empty()) << "the bars show other metres";
+                click(kLoad);
+            });
+    click(kLoad);
+    ASSERT_TRUE(run().run_paused);
+    EXPECT_TRUE(section.first < 150 && section.last > 150) << "as the bars";
     click(kReplay);
     EXPECT_TRUE(eventually([this] { return !run().any_run_active(); }));
 }
@@ -134,7 +144,9 @@ TEST_F(WindowTest, WishesInMidRunStopItCleanlyFirst)
         EXPECT_EQ(caption(kReplay), QStringLiteral("Start replay")) << c.label;
         EXPECT_TRUE(control<QLineEdit>("Text_locations_name_line").isEnabled()) << c.label;
     }
-    EXPECT_TRUE(op.messages.empty());
+    for (const std::string& told : op.messages) { // on a busy machine the stop comes after the last line was read
+        EXPECT_NE(told.find("the run was stopped while they were computed"), std::string::npos) << told;
+    }
     window.open_file(second);
     click(kLoad);
     EXPECT_EQ(stored_samples(window.survey().processing), loaded_samples(second));
@@ -244,7 +256,7 @@ TEST_F(WindowTest, HintsInsteadOfBoxes)
     click(kLoad);
     const auto* const hint = window.findChild<QWidget*>(QStringLiteral("Hint_averages"));
     ASSERT_NE(hint, nullptr);
-    EXPECT_EQ(hint->findChildren<QLabel*>().constLast()->text().left(8), QStringLiteral("181 of 2"));
+    EXPECT_EQ(hint->findChildren<QLabel*>().constLast()->text().left(8), QStringLiteral("9 % of y"));
     click("Command_hint_averages");
     EXPECT_TRUE(eventually([&] { return window.survey().processing.lines_not_averaged == 0; }));
     EXPECT_EQ(window.survey().processing.lines_read, 2000);

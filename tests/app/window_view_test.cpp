@@ -256,6 +256,10 @@ TEST_F(LoadedWindowTest, LayoutIsKeptFromOneStartToTheNext)
 TEST_F(LoadedWindowTest, TheTrackHasItsRoomInAWatch)
 {
     window.resize(1280, 720);
+    window.survey().pick_settings.ShowNewPickDialog = false;
+    for (int pick = 0; pick < 100; ++pick) {
+        window.session().pick_work.mnuAddAnomaly(indexed_track(window.survey()).track, 30);
+    }
     control<QAction>("menu_layout_watch").trigger();
     QApplication::processEvents();
     EXPECT_GE(track().width() * track().height(), 0.6 * 1280 * 720);

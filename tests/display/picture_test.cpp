@@ -1,4 +1,5 @@
 #include "display/picture.h"
+#include "display/wrapped_picture.h"
 
 #include <gtest/gtest.h>
 
@@ -208,9 +209,14 @@ TEST(Scroll, LeavesBlackWhatItUncovers)
                     if (is_kept) expected.row(y)[x] = before.row(y - down)[x - right];
                 }
             }
-            Picture scrolled = before;
+            fill_square(expected, 5, 0, 1, kMark);
+            WrappedPicture scrolled = {Picture(6, 4), {right * 5, -3}};
+            put_part(scrolled, {0, 0, 6, 4}, before);
             scroll(scrolled, right, down);
-            EXPECT_EQ(scrolled, expected) << right << ", " << down;
+            fill_square(scrolled, 5, 0, 1, kMark);
+            Picture shown(6, 4);
+            copy_picture(scrolled, shown);
+            EXPECT_EQ(shown, expected) << right << ", " << down;
         }
     }
 }

@@ -37,10 +37,17 @@ TEST(ProfileAxes, SectionIsAboutItsRecordAndZoomedWithinItsLimits)
     for (int record = 0; record < 11; ++record) track.add(0, 0, 1); // 10 m from record to record
     EXPECT_EQ(section_about(track.scene().track, 6, 40.0F), (DistanceRange{30, 70}));
     EXPECT_EQ(section_about(TrackTable(), 0, 40.0F), (DistanceRange{0, 40}));
-    EXPECT_DOUBLE_EQ(zoomed_section_length(100.0F, 1.26), 126);
-    EXPECT_DOUBLE_EQ(zoomed_section_length(1234.0F, 1.0013), 1236) << "four places";
+    float length = 100;
+    for (const double round : {125.0, 160.0, 200.0, 250.0, 315.0, 400.0}) { // notch by notch
+        length = static_cast<float>(zoomed_section_length(length, 1.26));
+        EXPECT_DOUBLE_EQ(static_cast<double>(length), round);
+    }
+    EXPECT_DOUBLE_EQ(zoomed_section_length(990.0F, 1 / 1.26), 800);
+    EXPECT_DOUBLE_EQ(zoomed_section_length(1234.0F, 1.0013), 1236) << "a little, in four places";
     EXPECT_DOUBLE_EQ(zoomed_section_length(30.0F, 0.5), 26) << "the setting is over 25";
     EXPECT_DOUBLE_EQ(zoomed_section_length(9e5F, 2), 1e6);
+    EXPECT_DOUBLE_EQ(section_length_over(1234.1), 1235) << "nothing is cut off";
+    EXPECT_DOUBLE_EQ(section_length_over(0), 26);
 }
 
 TEST(ProfileAxes, HeightsAreThoseOfReadings)

@@ -7,6 +7,7 @@
 #include <gdal_utils.h>
 #include <gtest/gtest.h>
 #include <ogr_spatialref.h>
+#include <ogrsf_frmts.h>
 
 #include <cmath>
 #include <functional>
@@ -275,6 +276,50 @@ TEST_F(LayerFiles, ShapesLieWhereTheirPlacesSayInTheSurveysGrid)
         const LayerDrawing expected = {record, 0, 1, by_hand, nullptr};
         EXPECT_TRUE(drawn(record, "UTM 32N") == draw_backdrop(kView, {&expected, 1}, 1, kGoOn).picture) << c.label;
     }
+}
+
+// Charts keep places and objects apart, and begin with a table about themselves.
+TEST_F(LayerFiles, AChartLiesInTheSurveysGrid)
+{
+    const std::string file = folder_.path("chart.000");
+    {
+        GDALDriver& driver = *GetGDALDriverManager()->GetDriverByName("S57");
+        const Dataset chart(driver.Create(file.c_str(), 0, 0, 0, GDT_Unknown, nullptr), GDALClose);
+        const auto add = [&](const char* name, const std::vector<std::pair<const char*, int>>& numbers,
+                             const char* text, const OGRGeometry* place) {
+            OGRLayer& layer = *chart->GetLayerByName(name);
+            OGRFeature feature(layer.GetLayerDefn());
+            for (const auto& [field, number] : numbers) feature.SetField(field, 1, &number);
+            if (text != nullptr) feature.SetField("OBJNAM", text);
+            if (place != nullptr) feature.SetGeometry(place);
+            EXPECT_EQ(layer.CreateFeature(&feature), OGRERR_NONE) << name;
+        };
+        const OGRPoint wreck(7.8994801397, 54.0968767598); // by gdaltransform, of the place below
+        add("IsolatedNode", {{"RCNM", 110}, {"RCID", 1}, {"RVER", 1}, {"RUIN", 1}}, nullptr, &wreck);
+        add("WRECKS",
+            {{"RCID", 1},
+             {"PRIM", 1},
+             {"GRUP", 2},
+             {"RVER", 1},
+             {"AGEN", 550},
+             {"FIDN", 1},
+             {"FIDS", 1},
+             {"NAME_RCNM", 110},
+             {"NAME_RCID", 1},
+             {"ORNT", 255},
+             {"USAG", 255},
+             {"MASK", 255}},
+            "Wreck", nullptr);
+    }
+    LayerRecord record = record_of(file);
+    record.label = "OBJNAM";
+    const OpenLayer layer = open_layer(reader(), record, "UTM 32N", LayerIs::in_the_list, kGoOn);
+    EXPECT_EQ(layer.facts.notes, std::vector<std::string>());
+    EXPECT_EQ(layer.shapes->parts, std::vector<std::string>{"WRECKS"});
+    EXPECT_EQ(layer.shapes->labels.back(), "Wreck");
+    ASSERT_EQ(layer.shapes->places.size(), 1U);
+    EXPECT_NEAR(layer.shapes->places[0].x, 428030.4, 0.02);
+    EXPECT_NEAR(layer.shapes->places[0].y, 5994860.2, 0.02);
 }
 
 TEST_F(LayerFiles, ADrawingBringsItsLayersAndLettering)

@@ -8,8 +8,8 @@ TEST(LiveWatch, TellsEachOccurrenceOnce)
     LiveMonitor monitor;
     LiveWatch watch;
     WatchSettings limits;
-    limits.AlarmLeastField = 20'000;
-    limits.AlarmGreatestField = 48'000.5;
+    limits.field.least = 20'000;
+    limits.field.greatest = 48'000.5;
     const auto look = [&] {
         std::string told;
         for (const WatchNotice& notice :
@@ -53,6 +53,29 @@ TEST(LiveWatch, TellsEachOccurrenceOnce)
     monitor.send("$GDP0000");
     EXPECT_EQ(look(), "Over: Sensor 1 is out of its limits: 1.0e+29 nT|");
     EXPECT_EQ(watch.log().size(), 6U);
+}
+
+TEST(LiveWatch, JudgesTheSpeedOverSeconds)
+{
+    LiveMonitor monitor;
+    LiveWatch watch;
+    WatchSettings limits;
+    limits.speed = {0.9, 3};
+    monitor.live.Command_UDP_receive();
+    monitor.begin_run();
+    std::string told;
+    for (int second = 1; second <= 60; ++second) {
+        // 2 m a second, each fix a metre off to the other side; from second 41 on the boat stands.
+        const int place = second <= 40 ? 2 * second + second % 2 : 81;
+        const std::string tail = "," + std::to_string(place) + ",2,3,48000";
+        for (const char* part : {"", ".5"}) monitor.send("$GDP0001 " + std::to_string(second) + part + tail);
+        monitor.now += std::chrono::seconds(1);
+        for (const WatchNotice& notice :
+             watch.look(monitor.live.status(), monitor.session.survey, limits, monitor.now, "noon")) {
+            told += std::to_string(second) + ' ' + notice.text.substr(0, notice.text.find(':')) + '|';
+        }
+    }
+    EXPECT_EQ(told, "45 The speed is out of its limits|");
 }
 
 } // namespace tarvo

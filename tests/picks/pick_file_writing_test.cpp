@@ -1,6 +1,7 @@
 #include "picks/pick_file.h"
 
 #include "fake_operator.h"
+#include "random_kills.h"
 #include "test_folder.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +9,6 @@
 #include <csignal>
 #include <random>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tarvo {
@@ -161,7 +161,6 @@ TEST(PickFileWriting, LeavesFileAndListAsTheyWereWhenItFails)
 // A program that rewrites its picks without end is killed at random moments.
 TEST(PickFileWriting, LeavesACompleteListWheneverTheProgramIsKilled)
 {
-    constexpr int kKills = 25;
     const TestFolder folder;
     FakeOperator op;
     PickList lists[2];
@@ -176,17 +175,9 @@ TEST(PickFileWriting, LeavesACompleteListWheneverTheProgramIsKilled)
     ASSERT_EQ(write_pick_file(lists[0], op), 0);
 
     std::mt19937 random(20240610);
-    for (int kill_number = 1; kill_number <= kKills; ++kill_number) {
-        const pid_t writer = fork();
-        if (writer == 0) {
-            for (int write = 1; write_pick_file(lists[write % 2], op) == 0; ++write) {}
-            _exit(1);
-        }
-        usleep(static_cast<useconds_t>(random() % 20'000));
-        kill(writer, SIGKILL);
-        int ended = 0;
-        waitpid(writer, &ended, 0);
-        ASSERT_TRUE(WIFSIGNALED(ended)) << "a write failed";
+    for (int kill_number = number_of_kills(25); kill_number > 0; --kill_number) {
+        const auto save = [&](int write) { return write_pick_file(lists[(write + 1) % 2], op) == 0; };
+        ASSERT_TRUE(killed_while_saving(save, random)) << "a write failed";
         const std::string found = folder.read("a_pick.dat");
         ASSERT_TRUE(found == texts[0] || found == texts[1])
             << "kill " << kill_number << ": " << found.size() << " bytes";

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <unistd.h>
 
 namespace tarvo {
 namespace {
@@ -498,6 +499,35 @@ TEST_F(PickWork, RemarksThatCannotBeReadAreNotWrittenOver)
     work.set_remark(1, "wreck");
     EXPECT_EQ(folder.read("line7_remarks.csv"), "a list\nof something else\n");
     EXPECT_EQ(op.messages.size(), 2U);
+}
+
+TEST_F(PickWork, RemarksThatTheDiskRefusedAreAskedAboutAndWrittenWithTheNextChange)
+{
+    mark(3, {"Target", "1", "0"});
+    const std::string blocked = folder.path("line7_remarks.csv." + std::to_string(getpid()) + ".tmp");
+    std::filesystem::create_directories(blocked + "/in the way");
+    work.set_remark(1, "wreck");
+    ASSERT_EQ(op.messages.size(), 1U);
+    const std::string start = "An error occurred while saving the remarks: cannot write ";
+    EXPECT_TRUE(op.messages[0].starts_with(start + folder.path("line7_remarks.csv") + ": ")) << op.messages[0];
+    op.answer = false;
+    EXPECT_FALSE(work.may_leave_list());
+
+    std::filesystem::remove_all(blocked);
+    mark(5, {"Target", "2", "0"});
+    EXPECT_EQ(folder.read("line7_remarks.csv"), "name,remark\r\nTarget 1,wreck\r\n");
+    EXPECT_TRUE(work.may_leave_list());
+}
+
+TEST_F(PickWork, RemarksOfASecondMonitorAreKept)
+{
+    mark(3, {"Target", "1", "0"});
+    const std::string others = "name,remark\r\nTarget 1,the other's\r\n";
+    folder.write("line7_remarks.csv", others);
+    for (const char* const remark : {"first", "second"}) work.set_remark(1, remark);
+    EXPECT_EQ(folder.read("line7_remarks.csv"), "name,remark\r\nTarget 1,second\r\n");
+    EXPECT_EQ(folder.read("line7_remarks.csv.changed"), others);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("line7_remarks.csv.changed2")));
 }
 
 } // namespace

@@ -310,6 +310,24 @@ TEST(Residual, RefusesWhatDoesNotSuitTheSurvey)
     }
 }
 
+TEST(Residual, NamesLinesWithoutAReading)
+{
+    TestSurvey survey;
+    for (int line = 1; line <= 3; ++line) {
+        if (line > 1) survey.break_line(0);
+        for (int i = 0; i < 30; ++i) survey.add(2, line == 2 ? kNull : 49'000);
+    }
+    const auto remarks = [&survey] {
+        ResidualField field;
+        EXPECT_EQ(calculate_residual(field, survey.store, survey.lines, window_of(40), nullptr), "");
+        EXPECT_EQ(field.values[1][32], kNull);
+        return residual_remarks(survey.store, survey.lines, field);
+    };
+    EXPECT_EQ(remarks(), std::vector<std::string>{"Line 2 has no reading of the field and no residual"});
+    for (std::int32_t record = 1; record <= survey.store.RecordCount; ++record) survey.field(record) = kNull;
+    EXPECT_EQ(remarks(), std::vector<std::string>{"The survey has no reading of the field, so it has no residual"});
+}
+
 TEST(Residual, WindowFollowsTheAltitude)
 {
     FieldLocations locations;

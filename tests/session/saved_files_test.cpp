@@ -1,12 +1,12 @@
 #include "definitions/definitions_file.h"
 #include "fake_operator.h"
+#include "picks/pick_file.h"
+#include "random_kills.h"
 #include "session/export_formats.h"
 #include "survey/layer_list.h"
 #include "test_folder.h"
 
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <functional>
@@ -34,7 +34,7 @@ bool succeeds(const std::function<void()>& save)
     }
 }
 
-// Definitions, a list of layers, a table; picks and what stands below them all have tests of their own.
+// Definitions, a list of layers, remarks, a table; picks and what stands below them all have tests of their own.
 std::vector<SavedFile> saved_files(const TestFolder& folder, Operator& op)
 {
     return {{"a.def",
@@ -51,6 +51,14 @@ std::vector<SavedFile> saved_files(const TestFolder& folder, Operator& op)
                  for (LayerRecord& layer : list.layers) layer.path = folder.path("chart.tif");
                  return succeeds([&] { write_layer_list(list, folder.path("a.layers")); });
              }},
+            {"a_remarks.csv",
+             [&](int things) {
+                 PickList picks;
+                 picks.pick_file_name = folder.path("a_pick.dat");
+                 for (int pick = 1; pick <= things; ++pick) picks.remarks["Target " + std::to_string(pick)] = "seen";
+                 write_remarks_of(picks, op);
+                 return !picks.are_remarks_unsaved;
+             }},
             {"a_picks.csv", [&](int things) {
                  SurveyState survey;
                  for (int pick = 1; pick <= things; ++pick) append_pick(survey.picks, {.name = "Target"});
@@ -60,7 +68,6 @@ std::vector<SavedFile> saved_files(const TestFolder& folder, Operator& op)
 
 TEST(SavedFiles, AreWholeOnAFullDiskAndWheneverTheProgramIsKilled)
 {
-    constexpr int kKills = 8;
     const TestFolder folder;
     FakeOperator op;
     std::mt19937 random(20261122);
@@ -80,23 +87,15 @@ TEST(SavedFiles, AreWholeOnAFullDiskAndWheneverTheProgramIsKilled)
         setrlimit(RLIMIT_FSIZE, &before);
         EXPECT_TRUE(folder.read(file.name) == few) << file.name;
 
-        for (int kill_number = 1; kill_number <= kKills; ++kill_number) {
-            const pid_t writer = fork();
-            if (writer == 0) {
-                for (int write = 0; file.save(write % 2 == 0 ? kMany : kFew); ++write) {}
-                _exit(1);
-            }
-            usleep(static_cast<useconds_t>(random() % 20'000));
-            kill(writer, SIGKILL);
-            int ended = 0;
-            waitpid(writer, &ended, 0);
-            ASSERT_TRUE(WIFSIGNALED(ended)) << file.name << ": a write failed";
+        for (int kill_number = number_of_kills(8); kill_number > 0; --kill_number) {
+            const auto save = [&](int write) { return file.save(write % 2 == 0 ? kMany : kFew); };
+            ASSERT_TRUE(killed_while_saving(save, random)) << file.name << ": a write failed";
             const std::string found = folder.read(file.name);
             ASSERT_TRUE(found == few || found == many) << file.name << ": " << found.size() << " bytes";
         }
     }
     std::signal(SIGXFSZ, old_handler);
-    EXPECT_EQ(op.messages.size(), 2U) << "of the definitions and the table, once each on the full disk";
+    EXPECT_EQ(op.messages.size(), 3U) << "of definitions, remarks and table, once each on the full disk";
 }
 
 } // namespace

@@ -40,7 +40,12 @@ TEST(SurveyReadings, LinesThatWereNotAveragedAreToldWithTheirNumber)
     run.lines_read = 5381;
     EXPECT_EQ(averaging_hint(run), "");
     run.lines_not_averaged = 2675;
-    EXPECT_EQ(averaging_hint(run), "2,675 of 5,381 lines closed a bin and were not averaged");
+    EXPECT_EQ(averaging_hint(run),
+              "Half of your lines are not used (2,675 of 5,381): the line that ends a stored sample goes into none");
+    run.lines_not_averaged = 491;
+    EXPECT_EQ(averaging_hint(run).substr(0, 9), "9 % of yo");
+    run.lines_not_averaged = 53;
+    EXPECT_EQ(averaging_hint(run).substr(0, 9), "Under 1 %");
 }
 
 TEST(SurveyReadings, FewSamplesOfManyLinesAreTold)
@@ -132,8 +137,13 @@ TEST(SurveyReadings, PicksBesideTheTrackAreCounted)
     append_pick(survey.picks, {.name = "near", .sample_index = 5, .location = {0, 110, 200, 0}});
     EXPECT_EQ(far_picks_hint(survey), "");
     append_pick(survey.picks, {.name = "far", .sample_index = 5, .location = {0, 110.1, 200, 0}});
-    EXPECT_EQ(far_picks_hint(survey), "1 of 2 picks lie more than 10 m from the track: a dashed ring stands where each "
-                                      "was marked. Was the survey loaded to its end?");
+    EXPECT_EQ(far_picks_hint(survey),
+              "1 of 2 picks lies more than 10 m from the track: a dashed ring stands where each "
+              "was marked. Was the survey loaded to its end?");
+    append_pick(survey.picks, {.name = "of another survey", .sample_index = 0, .location = {0, 9e5, 200, 0}});
+    append_pick(survey.picks, {.name = "of another survey", .sample_index = -1, .location = {0, 9e5, 200, 0}});
+    EXPECT_NE(far_picks_hint(survey).find(". 2 of 4 picks lie far off the track: only the pick list shows them. Was"),
+              std::string::npos);
 }
 
 TEST(SurveyReadings, DigitsAreGroupedForPeople)

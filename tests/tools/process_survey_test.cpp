@@ -98,6 +98,7 @@ TEST(ProcessSurvey, SaysWhatItRefuses)
         {{data, "--samples", folder.path("absent/s.csv")}, kFailed, "An error occurred while writing the samples: "},
         {{data, "--picks", folder.path("p.out")}, kFailed, "The specified file does not have the correct format\n"},
         {{data, "--at", "2", "--zoom", "400", "--track", folder.path("t.png")}, kFailed, "An error occurred while"},
+        {{data, "--set", "ShowGrid=1", "--track", folder.path("g.png")}, kFailed, "There is nothing to make a grid of"},
         {{}, kWrongUsage, "a data file was expected"},
         {{""}, kFailed, "The MAG data file has not been specified\n"},
         {{data, "--samples", data}, kWrongUsage, "would be overwritten"},

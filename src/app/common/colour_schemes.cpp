@@ -1,11 +1,15 @@
 #include "app/common/colour_schemes.h"
 
 #include <QApplication>
+#include <QDockWidget>
+#include <QImage>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QStyleOption>
+
+#include <optional>
 
 namespace tarvo {
 
@@ -23,10 +27,40 @@ constexpr SchemeColours kDark = {0xFF2B2D30, 0xFF1E1F22, 0xFF3A3D41, 0xFFE6E6E6,
 constexpr SchemeColours kNight = {0xFF1A0505, 0xFF000000, 0xFF240808, 0xFFB8342C, 0xFF7A1E1A,
                                   0xFF4A0C0A, 0xFFD84A40, 0xFF1E0606, 0xFFD84A40};
 
-// The style marks a pressed switch and the edges of boxes by darker shades, which nobody sees on a dark ground.
+// A picture in tones of one colour, its darkest ones still to be seen on black.
+QPixmap in_tones(const QPixmap& picture, const QColor& colour)
+{
+    constexpr int kDarkest = 90; // of 255
+    QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* const row = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int light = kDarkest + qGray(row[x]) * (255 - kDarkest) / 255;
+            row[x] = qRgba(colour.red() * light / 255, colour.green() * light / 255, colour.blue() * light / 255,
+                           qAlpha(row[x]));
+        }
+    }
+    return QPixmap::fromImage(image);
+}
+
+// The style marks a pressed switch and the edges of boxes by darker shades, which nobody sees on a dark ground, and its
+// icons are as bright by night as by day.
 class VisibleStates : public QProxyStyle {
 public:
-    using QProxyStyle::QProxyStyle;
+    explicit VisibleStates(std::optional<QColor> icon_colour)
+        : QProxyStyle(QStringLiteral("fusion")), icon_colour_(icon_colour)
+    {
+        setObjectName(baseStyle()->objectName()); // for the system report
+    }
+
+    QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override
+    {
+        const QIcon icon = QProxyStyle::standardIcon(which, option, widget);
+        if (!icon_colour_) return icon;
+        QIcon toned;
+        for (const QSize& size : icon.availableSizes()) toned.addPixmap(in_tones(icon.pixmap(size), *icon_colour_));
+        return toned;
+    }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override
@@ -41,6 +75,8 @@ public:
 
 private:
     static constexpr int kDark = 64; // lightness
+
+    std::optional<QColor> icon_colour_; // of the standard icons; none: their own
 
     static void draw_edge(const QStyleOption& option, QPainter& painter, QPalette::ColorRole colour)
     {
@@ -111,9 +147,14 @@ void ColourSchemes::apply(ColourScheme scheme)
     if (is_desktops) {
         QApplication::setStyle(QStyleFactory::create(desktop_style_));
     } else {
-        QApplication::setStyle(new VisibleStates(QStringLiteral("fusion")));
+        const bool is_night = scheme == ColourScheme::night;
+        QApplication::setStyle(
+            new VisibleStates(is_night ? std::optional(QColor(colours_of(scheme).text)) : std::nullopt));
     }
     QApplication::setPalette(is_desktops ? desktop_palette_ : palette_of(scheme));
+    for (QWidget* const widget : QApplication::allWidgets()) {
+        if (auto* const dock = qobject_cast<QDockWidget*>(widget)) dock->setTitleBarWidget(nullptr); // icons anew
+    }
 }
 
 } // namespace tarvo

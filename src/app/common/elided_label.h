@@ -14,6 +14,8 @@ public:
         setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     }
 
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
 protected:
     void paintEvent(QPaintEvent*) override
     {

@@ -19,6 +19,7 @@ public:
 
 private:
     QString folder_; // empty: the user's
+    bool has_failed_ = false;
 };
 
 } // namespace tarvo

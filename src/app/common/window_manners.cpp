@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QHelpEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QTabBar>
 #include <QTextDocument>
 #include <QToolTip>
@@ -53,11 +54,17 @@ void name_controls(QWidget& window)
     }
 }
 
+void fit_on_screen(QWidget& window)
+{
+    window.resize(window.size().boundedTo(window.screen()->availableSize()));
+}
+
 bool WindowManners::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::Show) {
         auto* const widget = qobject_cast<QWidget*>(watched);
         if (widget != nullptr && widget->isWindow()) name_controls(*widget);
+        if (widget != nullptr && widget->windowType() == Qt::Dialog) fit_on_screen(*widget);
         // The tabs of docks come and go with them.
         auto* const tabs = qobject_cast<QTabBar*>(watched);
         if (tabs != nullptr && tabs->accessibleName().isEmpty()) tabs->setAccessibleName(tr("Panels"));

@@ -10,7 +10,11 @@ namespace tarvo {
 // sentence of its tooltip, or else the window's title.
 void name_controls(QWidget& window);
 
-// What holds for all windows of the program: tooltips are plain text that wraps, and controls have names.
+// Makes a window as small as its screen, where that is smaller.
+void fit_on_screen(QWidget& window);
+
+// What holds for all windows of the program: tooltips are plain text that wraps, controls have names, and no dialog is
+// larger than its screen.
 class WindowManners : public QObject {
     Q_OBJECT
 

@@ -1,5 +1,7 @@
 #include "app/dialogs/curve_plot.h"
 
+#include "app/common/plot_colours.h"
+
 #include <QEvent>
 #include <QVBoxLayout>
 
@@ -90,26 +92,11 @@ void CurvePlot::set_curves(const std::vector<Curve>& curves)
 
 void CurvePlot::apply_palette()
 {
-    const QColor text = palette().color(QPalette::Text);
-    QColor grid = text;
-    grid.setAlpha(50);
     plot_->setBackground(palette().brush(QPalette::Base));
-    for (QCPAxisRect* const rect : rects_) {
-        for (QCPAxis* const axis : rect->axes()) {
-            axis->setBasePen(QPen(text));
-            axis->setTickPen(QPen(text));
-            axis->setSubTickPen(QPen(text));
-            axis->setTickLabelColor(text);
-            axis->setLabelColor(text);
-            axis->setTickLabelFont(font());
-            axis->setLabelFont(font());
-            axis->grid()->setPen(QPen(grid, 0, Qt::DotLine));
-            axis->grid()->setZeroLinePen(QPen(grid));
-        }
-    }
+    for (const QCPAxisRect* const rect : rects_) colour_axes(*rect, *this);
     plot_->legend->setBrush(palette().brush(QPalette::Base));
-    plot_->legend->setBorderPen(QPen(grid));
-    plot_->legend->setTextColor(text);
+    plot_->legend->setBorderPen(QPen(grid_colour(palette())));
+    plot_->legend->setTextColor(palette().color(QPalette::Text));
     plot_->legend->setFont(font());
 }
 

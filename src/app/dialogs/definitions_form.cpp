@@ -24,6 +24,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 #include <limits>
 
 namespace tarvo {
@@ -112,7 +114,6 @@ QWidget* DefinitionsForm::preview_box()
     top->addWidget(header_line_);
     top->addWidget(guess);
     top->addStretch();
-    top->addWidget(recognised_only_);
 
     table_ = new QTableView;
     table_->setObjectName(QStringLiteral("Grid_preview"));
@@ -120,9 +121,13 @@ QWidget* DefinitionsForm::preview_box()
     table_->setTabKeyNavigation(false);
     table_->setSelectionMode(QAbstractItemView::NoSelection);
     table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 4);
-    table_->horizontalHeader()->setMaximumSectionSize(160);
+    table_->horizontalHeader()->setMaximumSectionSize(220);
     rejected_ = plain_label();
     rejected_->setObjectName(QStringLiteral("Label_rejected"));
+    rejected_->setWordWrap(true); // the dialog is to fit on a screen of 1024 pixels
+    auto* const below = new QHBoxLayout;
+    below->addWidget(rejected_, 1);
+    below->addWidget(recognised_only_);
     warnings_ = plain_label();
     warnings_->setObjectName(QStringLiteral("Label_warnings"));
     warnings_->setWordWrap(true);
@@ -136,7 +141,7 @@ QWidget* DefinitionsForm::preview_box()
     auto* const layout = new QVBoxLayout(box);
     layout->addLayout(top);
     layout->addWidget(table_, 1);
-    layout->addWidget(rejected_);
+    layout->addLayout(below);
     layout->addWidget(warnings_);
     return box;
 }
@@ -232,6 +237,19 @@ void DefinitionsForm::show_note()
     load_->setEnabled(!editor_.first_lines.empty());
 }
 
+// What stands before the names may fill the table.
+void DefinitionsForm::scroll_to_header()
+{
+    const std::vector<PreviewLine>& lines = preview_->preview().lines;
+    const auto header = std::find_if(lines.begin(), lines.end(), [](const PreviewLine& line) {
+        return line.kind != PreviewLineKind::before_header;
+    });
+    const int row = static_cast<int>(header - lines.begin());
+    if (row == shown_header_row_ || header == lines.end()) return;
+    shown_header_row_ = row;
+    table_->scrollTo(preview_->index(row, 0), QAbstractItemView::PositionAtTop);
+}
+
 void DefinitionsForm::show_preview()
 {
     preview_->show_preview(preview_of(editor_, survey_.projections), palette());
@@ -248,6 +266,7 @@ void DefinitionsForm::show_preview()
     QStringList names = {QStringLiteral("N/A")};
     for (const std::string& name : preview.columns.names()) names += to_qt(name);
     if (names != names_->stringList()) names_->setStringList(names);
+    scroll_to_header();
 
     const QString found = tr("%1 of the %2 data lines shown would be rejected");
     rejected_->setText(preview.lines.empty() ? tr("There is no data file to look at")

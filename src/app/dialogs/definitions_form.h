@@ -44,6 +44,7 @@ private:
     void show_editor();
     void show_note();
     void show_preview();
+    void scroll_to_header();
     void page_edited();
     void sensor_edited();
     void mark_missing();
@@ -78,6 +79,7 @@ private:
     DataFormatPage* data_format_;
     QSpinBox* header_line_;
     QTableView* table_;
+    int shown_header_row_ = 0; // that the table was scrolled to
     QCheckBox* recognised_only_;
     QLabel* rejected_;
     QLabel* warnings_;

@@ -39,7 +39,7 @@ PickListForm::PickListForm(Session& session, Operator& op, QAction* undo, QWidge
     layout->addWidget(make_fields());
     layout->addWidget(file_);
     connect(filter_, &PickFilterBar::edited, this, [this] { model_.set_filter(filter_->filter()); });
-    resize(860, 460);
+    resize(1000, 460);                                                // room for names and remarks beside the fits
     session_.pick_work.select_pick_row(session_.survey.current_pick); // opens on it
     display_pick_list();
     grid_->setFocus();
@@ -118,8 +118,12 @@ void PickListForm::make_grid()
     grid_->setTabKeyNavigation(false);
     grid_->setAlternatingRowColors(true);
     grid_->horizontalHeader()->setSortIndicatorClearable(true); // a third click: the order of the list
-    grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    grid_->horizontalHeader()->setSectionResizeMode(PickListModel::kFitColumn, QHeaderView::ResizeToContents);
+    QHeaderView& columns = *grid_->horizontalHeader();
+    columns.setSectionResizeMode(QHeaderView::ResizeToContents);
+    columns.setResizeContentsPrecision(0); // the rows in view, of a list of any length
+    for (const int column : {0, PickListModel::kRemarkColumn}) {
+        columns.setSectionResizeMode(column, QHeaderView::Stretch);
+    }
     grid_->verticalHeader()->setDefaultSectionSize(grid_->fontMetrics().height() + 6);
     grid_->sortByColumn(-1, Qt::AscendingOrder);
     grid_->setSortingEnabled(true);
@@ -197,6 +201,7 @@ void PickListForm::display_pick_list()
 void PickListForm::show_current_pick()
 {
     grid_->viewport()->update();
+    grid_->horizontalHeader()->setSectionResizeMode(PickListModel::kFitColumn, QHeaderView::ResizeToContents);
 }
 
 void PickListForm::select_row()

@@ -17,8 +17,8 @@
 namespace tarvo {
 
 HeaderBox::HeaderBox(QWidget* parent)
-    : QWidget(parent), file_name_(new ElidedLabel), header_line_(new QLineEdit), columns_(new QToolButton),
-      column_list_(new QMenu(columns_))
+    : QWidget(parent), file_name_(new ElidedLabel), caption_(plain_label(tr("Header l&ine"))),
+      header_line_(new QLineEdit), columns_(new QToolButton), column_list_(new QMenu(columns_))
 {
     file_name_->setObjectName(QStringLiteral("Label_data_file"));
     file_name_->setMinimumWidth(fontMetrics().averageCharWidth() * 14);
@@ -34,13 +34,12 @@ HeaderBox::HeaderBox(QWidget* parent)
     columns_->setMenu(column_list_);
     column_list_->setObjectName(QStringLiteral("menu_columns"));
 
-    auto* const label = plain_label(tr("Header l&ine"));
-    label->setBuddy(header_line_);
+    caption_->setBuddy(header_line_);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(4);
     row->addWidget(file_name_, 1);
-    row->addWidget(label);
+    row->addWidget(caption_);
     row->addWidget(header_line_);
     row->addWidget(columns_);
     connect(header_line_, &QLineEdit::editingFinished, this, [this] {
@@ -90,6 +89,14 @@ void HeaderBox::show_columns(const SurveyState& survey)
 void HeaderBox::set_locked(bool locked)
 {
     header_line_->setEnabled(!locked);
+}
+
+void HeaderBox::set_live(bool live)
+{
+    for (QWidget* const part : std::initializer_list<QWidget*>{file_name_, caption_, header_line_}) {
+        part->setHidden(live);
+    }
+    setSizePolicy(live ? QSizePolicy::Maximum : QSizePolicy::Preferred, QSizePolicy::Preferred);
 }
 
 std::string HeaderBox::header_line_text() const

@@ -20,6 +20,7 @@ public:
 
     void show_survey(const SurveyState& survey);
     void set_locked(bool locked);
+    void set_live(bool live); // what is about a file gives its room to the live side's state
     std::string header_line_text() const;
 
 signals:
@@ -29,6 +30,7 @@ private:
     void show_columns(const SurveyState& survey);
 
     QLabel* file_name_;
+    QLabel* caption_; // of the header line
     QLineEdit* header_line_;
     QToolButton* columns_;
     QMenu* column_list_;

@@ -18,6 +18,7 @@ namespace tarvo {
 namespace {
 
 constexpr int kNoteTime = 4000; // milliseconds
+constexpr const char* kIconName = "Picture_hint";
 
 } // namespace
 
@@ -50,6 +51,20 @@ bool HintBar::event(QEvent* event)
     return QFrame::event(event);
 }
 
+void HintBar::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::StyleChange) { // its icon is another
+        for (QLabel* const icon : findChildren<QLabel*>(QLatin1String(kIconName))) icon->setPixmap(hint_icon());
+    }
+    QFrame::changeEvent(event);
+}
+
+QPixmap HintBar::hint_icon() const
+{
+    const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    return style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(side, side);
+}
+
 void HintBar::lie_on_upper_edge()
 {
     const int width = parentWidget()->width();
@@ -74,8 +89,8 @@ void HintBar::show_hint(const QString& name, const QString& text, const Action& 
     label->setToolTip(plain_tip(text));
     label->setForegroundRole(QPalette::ToolTipText);
     auto* const icon = plain_label();
-    const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
-    icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxInformation).pixmap(side, side));
+    icon->setObjectName(QLatin1String(kIconName));
+    icon->setPixmap(hint_icon());
     auto* const close = new QToolButton;
     close->setText(QStringLiteral("\u00d7"));
     close->setAutoRaise(true);

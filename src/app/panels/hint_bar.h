@@ -31,9 +31,11 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void lie_on_upper_edge();
+    QPixmap hint_icon() const;
 
     std::map<QString, QWidget*> rows_;
     QTimer note_timer_;

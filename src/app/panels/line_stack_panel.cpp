@@ -1,5 +1,6 @@
 #include "app/panels/line_stack_panel.h"
 
+#include "app/common/plot_colours.h"
 #include "app/common/texts.h"
 #include "app/panels/sensor_colours.h"
 #include "display/profile_heights.h"
@@ -115,6 +116,7 @@ LineStackPanel::Row LineStackPanel::new_row(int place)
     plot_->plotLayout()->addElement(place, 0, row.rect);
     row.rect->axis(QCPAxis::atBottom)->setTickLabels(false);
     row.rect->axis(QCPAxis::atLeft)->ticker()->setTickCount(2);
+    for (QCPAxis* const axis : row.rect->axes()) axis->setSubTicks(false);
     row.name = new QCPItemText(plot_);
     row.name->setClipAxisRect(row.rect);
     row.name->setPositionAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -172,21 +174,9 @@ void LineStackPanel::fill_row(Row& row, const std::vector<const double*>& column
 void LineStackPanel::apply_palette()
 {
     const QColor text = palette().color(QPalette::Text);
-    QColor grid = text;
-    grid.setAlpha(50);
     plot_->setBackground(palette().brush(QPalette::Base));
     for (const Row& row : rows_) {
-        for (QCPAxis* const axis : row.rect->axes()) {
-            axis->setBasePen(QPen(text));
-            axis->setTickPen(QPen(text));
-            axis->setSubTicks(false);
-            axis->setTickLabelColor(text);
-            axis->setLabelColor(text);
-            axis->setTickLabelFont(font());
-            axis->setLabelFont(font());
-            axis->grid()->setPen(QPen(grid, 0, Qt::DotLine));
-            axis->grid()->setZeroLinePen(QPen(grid));
-        }
+        colour_axes(*row.rect, *this);
         row.name->setColor(text);
         row.cursor->setPen(QPen(text, 0, Qt::DashLine));
     }

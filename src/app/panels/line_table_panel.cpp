@@ -93,9 +93,9 @@ LineTablePanel::LineTablePanel(QWidget* parent)
     layout->addLayout(buttons);
 }
 
-void LineTablePanel::show_lines(const SampleProcessing& run)
+void LineTablePanel::show_lines(const SurveyState& survey)
 {
-    model_->show_lines(line_summaries(run));
+    model_->show_lines(line_summaries(survey.processing, survey.watch_settings));
     table_->resizeColumnsToContents();
 }
 

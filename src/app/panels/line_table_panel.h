@@ -1,6 +1,7 @@
 #pragma once
 
 #include "survey/line_table.h"
+#include "survey/survey_state.h"
 
 #include <QAbstractTableModel>
 #include <QWidget>
@@ -37,7 +38,7 @@ class LineTablePanel : public QWidget {
 public:
     explicit LineTablePanel(QWidget* parent = nullptr);
 
-    void show_lines(const SampleProcessing& run);
+    void show_lines(const SurveyState& survey);
 
 signals:
     void line_chosen(std::int32_t first_record, std::int32_t last_record);

@@ -1,7 +1,7 @@
 #include "app/panels/live_panel.h"
 
 #include "app/common/column_box.h"
-#include "app/common/plain_label.h"
+#include "app/common/elided_label.h"
 #include "app/common/texts.h"
 #include "live/pipe_client.h"
 
@@ -77,7 +77,7 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
       pipe_([this](std::span<const std::byte> request) { return requests_.handle_request(request); },
             [this] { return requests_.lines_are_kept(); }),
       requests_(survey, driver, op_, pipe_.server(), *this), button_(new QPushButton(tr("Listen for UDP"))),
-      status_(plain_label()), recording_(plain_label()), echo_(new QPlainTextEdit),
+      status_(new ElidedLabel), recording_(new ElidedLabel), echo_(new QPlainTextEdit),
       record_(new QAction(tr("Record li&ve data"), this)),
       choose_folder_(new QAction(tr("&Folder for live data..."), this))
 {
@@ -86,6 +86,7 @@ LivePanel::LivePanel(SurveyState& survey, LoggingDriver& driver, SettingsStore& 
     button_->setToolTip(tr("Receives a survey while it is made, from tarvo-forward or another sender"));
     status_->setObjectName(QStringLiteral("Label_live_status"));
     recording_->setObjectName(QStringLiteral("Label_recording"));
+    recording_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     echo_->setObjectName(QStringLiteral("RichTextBox_pipe"));
     echo_->setReadOnly(true);
     echo_->setUndoRedoEnabled(false);
@@ -169,6 +170,10 @@ void LivePanel::show_status()
 {
     const LiveStatus status = requests_.status();
     status_->setText(to_qt(live_status_text(status)));
+    status_->setToolTip(plain_tip(status_->text()));
+    // Last in its row, and with all room that is left, so that nothing moves with its numbers.
+    status_->setSizePolicy(requests_.is_listening() ? QSizePolicy::Ignored : QSizePolicy::Maximum,
+                           QSizePolicy::Preferred);
     show_alarm(*status_, status.is_overdue());
     show_recording(status.recording_lost);
     if (requests_.is_listening() || !requests_.recording().is_settled() || !status_timer_.isActive()) return;

@@ -57,8 +57,10 @@ std::vector<PickName> pick_names(const QRect& area, const std::vector<PickLine>&
     std::vector<QString> texts;
     std::vector<LabelWish> wishes;
     const int height = std::min(metrics.height(), area.height()); // of the one row of names
+    constexpr int kBesideLine = 14;                               // pixels, from a line to its name, and to spare
+    const int longest = std::min(kLongestPickName, area.width() / 2 - kBesideLine); // there is room on one side
     for (const PickLine& line : lines) {
-        texts.push_back(metrics.elidedText(line.name, Qt::ElideRight, kLongestPickName));
+        texts.push_back(metrics.elidedText(line.name, Qt::ElideRight, longest));
         wishes.push_back({static_cast<int>(std::lround(line.x)) - area.left(), height / 2,
                           metrics.horizontalAdvance(texts.back()) + 2, height, line.is_current});
     }

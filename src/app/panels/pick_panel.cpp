@@ -21,19 +21,21 @@ PickPanel::PickPanel(QWidget* parent) : QWidget(parent), label_(plain_label()), 
     picks_->setAccessibleName(tr("Current pick"));
     picks_->setToolTip(tr("The picks in the order of the list; the chosen one is shown in the middle"));
     picks_->setPlaceholderText(tr("Choose a pick"));
-    picks_->setMinimumContentsLength(18);
+    picks_->setMinimumContentsLength(10); // longer names have the list
     picks_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     connect(picks_, &QComboBox::activated, this, [this](int position) { emit pick_chosen(position + 1); });
 
     auto* const choice = new QHBoxLayout;
     choice->addWidget(label_);
     choice->addWidget(picks_, 1);
-    choice->addWidget(make_actions());
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(4, 4, 4, 4);
     rows->setSpacing(4);
     rows->addLayout(choice);
-    rows->addWidget(make_moving());
+    auto* const work = new QHBoxLayout;
+    work->addWidget(make_moving(), 1);
+    work->addWidget(make_actions());
+    rows->addLayout(work);
     rows->addStretch(1);
     show_controls({});
 }
@@ -67,7 +69,7 @@ QWidget* PickPanel::make_moving()
     shift_->setPageStep(kLargeShiftStep);
     shift_->setTracking(false); // the handle counts where it is let go
     shift_->setFocusPolicy(Qt::StrongFocus);
-    shift_->setMinimumWidth(160);
+    shift_->setMinimumWidth(120);
     connect(shift_, &QScrollBar::valueChanged, this, [this](int samples) {
         if (samples == 0) return;
         shift_->setValue(0);

@@ -53,7 +53,7 @@ ProfileGraphs::ProfileGraphs(SurveyView& view, QWidget* parent)
 
     connect(&view_, &SurveyView::values_changed, this, &ProfileGraphs::refresh);
     connect(&view_, &SurveyView::current_record_changed, this, &ProfileGraphs::refresh);
-    connect(plot_, &QCustomPlot::afterLayout, this, &ProfileGraphs::label_vertical_plot);
+    connect(plot_, &QCustomPlot::afterLayout, this, &ProfileGraphs::take_layout);
     connect(plot_, &QCustomPlot::mouseWheel, this, &ProfileGraphs::turn_wheel);
     connect(plot_, &QCustomPlot::mousePress, this, &ProfileGraphs::press);
     connect(plot_, &QCustomPlot::mouseMove, this, &ProfileGraphs::move);
@@ -258,23 +258,21 @@ void ProfileGraphs::fill_vertical_plot(Plot& plot)
     plot.values.middle =
         plot.values.is_fitted ? plot.curves.middle() : middle_of_curves(first, plot.curves, plot.values.range);
     show_values(plot, plot.values.range / 4);
-    const bool has_both = slots_shown.size() == 2;
-    const bool is_elevation = slots_shown.size() == 1 && slots_shown[0] == kElevation;
-    vertical_label_ = has_both ? tr("heights, m") : is_elevation ? tr("elevation, m") : tr("depth, m");
+    heights_shown_ = {store.has_channel(kDepth), store.has_channel(kElevation)};
     show_legend(!plots_[kVertical].pointer->visible());
 }
 
-// As soon as the heights are known that are drawn.
-void ProfileGraphs::label_vertical_plot()
+// As soon as the size is known that is drawn. Steps from tick to tick go by it, and the second name of the legend
+// stands behind the first.
+void ProfileGraphs::take_layout()
 {
-    const QCPAxisRect& rect = *plots_[kVertical].rect;
-    QCPAxis& axis = *rect.axis(QCPAxis::atLeft);
-    constexpr int kOverhang = 8; // into the margins above and below, pixels
-    const int width = QFontMetrics(axis.labelFont()).horizontalAdvance(vertical_label_);
-    const bool has_room = width <= rect.height() + kOverhang;
-    axis.setLabel(has_room ? vertical_label_ : tr("m"));
+    if (const QSize size = plots_[kField].rect->size(); size != laid_out_) {
+        laid_out_ = size;
+        QMetaObject::invokeMethod(this, &ProfileGraphs::refresh, Qt::QueuedConnection);
+    }
+    const int width = plots_[kVertical].rect->width();
     const int first_name = QFontMetrics(legend_[0]->font()).horizontalAdvance(legend_[0]->text()) + 2 * kBetweenNames;
-    legend_[1]->position->setCoords(static_cast<double>(first_name) / std::max(rect.width(), 1), 0);
+    legend_[1]->position->setCoords(heights_shown_[0] ? static_cast<double>(first_name) / std::max(width, 1) : 0, 0);
 }
 
 void ProfileGraphs::show_values(Plot& plot, double tick_step)

@@ -81,7 +81,7 @@ private:
     void draw_thresholds();
     void fill_curves(Plot& plot, std::span<const double* const> columns, std::int32_t count, HeightsOf of);
     void fill_vertical_plot(Plot& plot);
-    void label_vertical_plot();
+    void take_layout();
     std::vector<double> set_curve(QCPGraph& graph, const double* values, std::int32_t count);
     static void show_values(Plot& plot, double tick_step);
     void go_back();
@@ -111,7 +111,8 @@ private:
     std::vector<QCPItemStraightLine*> thresholds_; // likewise
     std::function<std::optional<double>()> threshold_;
     std::vector<QCPItemText*> legend_; // of the heights: depth, elevation
-    QString vertical_label_;           // where there is room for it
+    std::array<bool, 2> heights_shown_ = {};
+    QSize laid_out_; // the plots, when their ticks were last chosen
     bool pressed_ = false;
     bool dragged_ = false;
     double pressed_x_ = 0;

@@ -104,8 +104,7 @@ void ProfileGraphs::show_reading(double distance)
 
 void ProfileGraphs::show_legend(bool shown)
 {
-    const bool has_both = plots_[kVertical].graphs.size() == legend_.size();
-    for (QCPItemText* const text : legend_) text->setVisible(shown && has_both);
+    for (std::size_t at = 0; at < legend_.size(); ++at) legend_[at]->setVisible(shown && heights_shown_[at]);
 }
 
 void ProfileGraphs::hide_reading()

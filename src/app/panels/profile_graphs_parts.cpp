@@ -1,6 +1,7 @@
 // What the profiles are made of, and their colours.
 
 #include "app/common/plain_label.h"
+#include "app/common/plot_colours.h"
 #include "app/panels/pick_lines_item.h"
 #include "app/panels/profile_graphs.h"
 #include "app/panels/sensor_colours.h"
@@ -74,6 +75,7 @@ QLayout* ProfileGraphs::make_tools()
 
     auto* const tools = new QHBoxLayout;
     tools->setContentsMargins(6, 2, kEndMargin, 0);
+    tools->setSpacing(4);
     auto* const caption = plain_label(tr("Over"));
     // Here, and not over the curves, where the pointer reads values off.
     caption->setToolTip(
@@ -160,22 +162,11 @@ void ProfileGraphs::make_legend()
 void ProfileGraphs::apply_palette()
 {
     const QColor text = palette().color(QPalette::Text);
-    QColor grid = text;
-    grid.setAlpha(50);
     QColor ground = palette().color(QPalette::Base);
     ground.setAlpha(kTextGround);
     plot_->setBackground(palette().brush(QPalette::Base));
     for (Plot& plot : plots_) {
-        for (QCPAxis* const axis : plot.rect->axes()) {
-            axis->setBasePen(QPen(text));
-            axis->setTickPen(QPen(text));
-            axis->setTickLabelColor(text);
-            axis->setLabelColor(text);
-            axis->grid()->setPen(QPen(grid, 0, Qt::DotLine));
-            axis->grid()->setZeroLinePen(QPen(grid));
-            axis->setTickLabelFont(font());
-            axis->setLabelFont(font());
-        }
+        colour_axes(*plot.rect, *this);
         plot.cursor->setPen(QPen(text, 0, Qt::DashLine));
         plot.pointer->setPen(QPen(text, 0, Qt::DotLine));
         plot.reading->setColor(text);

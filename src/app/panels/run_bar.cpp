@@ -58,7 +58,7 @@ QPushButton* RunBar::make_start_button(StartButton index, const QString& tip)
     button->setObjectName(QStringLiteral("Command_start_logging_%1").arg(static_cast<int>(index)));
     button->setToolTip(tip);
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(QStringLiteral("Resume Replay")) + 26);
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(QStringLiteral("Resume Replay")) + 34);
     connect(button, &QPushButton::clicked, this, [this, index] { emit start_pressed(index); });
     return button;
 }

@@ -93,8 +93,16 @@ void RunStrip::show_numbers(const RunCounters& counters)
     show_in_place(*rejected_, count_text(counters.lines_rejected));
     show_in_place(*not_averaged_, count_text(counters.lines_not_averaged));
     short_lines_->setVisible(counters.short_lines_dropped > 0);
-    short_lines_->setText(tr("%1 short lines dropped").arg(count_text(counters.short_lines_dropped)));
+    short_lines_->setText(counters.short_lines_dropped == 1
+                              ? tr("1 short line dropped")
+                              : tr("%1 short lines dropped").arg(count_text(counters.short_lines_dropped)));
     show_line(counters.current_line_number);
+}
+
+void RunStrip::set_live(bool live)
+{
+    progress_->setHidden(live);
+    setSizePolicy(live ? QSizePolicy::Maximum : QSizePolicy::Preferred, QSizePolicy::Preferred);
 }
 
 void RunStrip::show_line(double number)

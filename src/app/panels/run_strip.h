@@ -22,6 +22,7 @@ public:
 
     void show_counters(const RunCounters& counters);
     void show_line(double number);               // survey line of what is shown; kNull: none
+    void set_live(bool live);                    // a live survey has no end to come nearer to
     void show_totals(const RunCounters& totals); // of a finished run, whose own counters stand at 0
 
 private:

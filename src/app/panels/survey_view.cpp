@@ -126,6 +126,7 @@ void SurveyView::take_current_record()
         show_section();
     } else {
         held_middle_ = 0;
+        if (shows_newest()) redraw_section();
     }
     emit current_record_changed();
 }
@@ -178,8 +179,8 @@ void SurveyView::change_display_setting(const std::string& key, const QString& t
 
 SectionLimits SurveyView::current_section()
 {
-    const std::int32_t middle = held_middle_ > 0 ? held_middle_ : survey_.track_image.current_record;
-    return calculate_section_limits(scene().track, middle, survey_.display_settings.track_axis_length, op_);
+    if (shows_newest()) return {};
+    return calculate_section_limits(scene().track, middle_record(), survey_.display_settings.track_axis_length, op_);
 }
 
 QString SurveyView::record_readout(std::int32_t record)
@@ -196,12 +197,17 @@ QString SurveyView::place_readout(const GridPlace& place)
     return to_qt(place_text(place) + (degrees.empty() ? "" : "   " + degrees));
 }
 
-void SurveyView::show_section()
+void SurveyView::redraw_section()
 {
     survey_.track_image.section = current_section();
     update_image_display(survey_.track_image, scene(), Redraw::as_needed, op_);
     emit track_changed();
     emit values_changed();
+}
+
+void SurveyView::show_section()
+{
+    redraw_section();
     emit settings_changed();
 }
 
@@ -214,7 +220,7 @@ void SurveyView::set_running(bool running, bool paused)
     }
     running_ = running;
     paused_ = paused;
-    if (was_newest != shows_newest()) emit values_changed();
+    if (was_newest != shows_newest()) redraw_section();
 }
 
 bool SurveyView::shows_newest() const
@@ -275,7 +281,7 @@ void SurveyView::span_line_of(std::int32_t record)
     const TrackTable track = scene().track;
     const DistanceRange line = line_stretch(track, survey_.processing.lines, record);
     if (!(line.length() > 0)) return;
-    survey_.display_settings.track_axis_length = static_cast<float>(zoomed_section_length(1, line.length()));
+    survey_.display_settings.track_axis_length = static_cast<float>(section_length_over(line.length()));
     held_middle_ = calculate_track_index_from_distance(track, line.middle(), 1, op_);
 }
 
@@ -321,7 +327,7 @@ void SurveyView::show_newest()
     TrackImage& image = survey_.track_image;
     keep_newest_in_view(image, scene(), op_);
     // New samples are marked by the whole view's transform: a zoomed picture is made anew instead.
-    if (image.mode == TrackMode::follow || image.zoomed_view.zoom > 1) {
+    if (image.mode != TrackMode::whole || image.zoomed_view.zoom > 1) {
         update_image_display(image, scene(), Redraw::as_needed, op_);
     }
     emit track_changed();

@@ -66,7 +66,8 @@ public:
     QString place_readout(const GridPlace& place);
     PositionTexts position_texts(const GridPlace& place) { return readout_.texts(survey_, place); }
 
-    // While a run goes on, bars and graphs end at the newest record; else they are about the current one.
+    // While a run goes on, bars and graphs end at the newest record, and no section is highlighted; else they are about
+    // the current one, as the section is.
     // In the pauses of a replay the point that the operator has chosen counts again.
     void set_running(bool running, bool paused);
     bool is_running() const { return running_; }
@@ -108,10 +109,11 @@ signals:
 
 private:
     TrackScene scene() const { return track_scene(survey_); }
-    SectionLimits current_section();
+    SectionLimits current_section(); // none where bars and graphs go with the newest record
     void take_current_record();
     void span_line_of(std::int32_t record);
-    void show_section();
+    void redraw_section();
+    void show_section(); // whose length, which is kept, may be another
     void show_changed_colours();
 
     SurveyState& survey_;

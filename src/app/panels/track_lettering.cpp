@@ -66,15 +66,17 @@ QString null_caption(const Quantity& quantity)
                        : QCoreApplication::translate("Track", "no value");
 }
 
-// The colour scale upright, its range beside it, and below it the colour of a point without a value.
+// The colour scale upright, its range beside it, and below it the colours of a point without a value and of one out of
+// its limits.
 void draw_legend(QPainter& painter, const QRect& area, const SurveyState& survey, const QColor& ink)
 {
     constexpr int kBarWidth = 12;
     constexpr int kSwatchRoom = 20;
     const ColourScale scale = shown_colours(survey);
+    const int rows = scale.has_limits() ? 2 : 1;
     const int height = std::min(140, area.height() / 3);
-    const QRect bar(area.right() - kMargin - kBarWidth, area.bottom() - kMargin - kSwatchRoom - height, kBarWidth,
-                    height);
+    const QRect bar(area.right() - kMargin - kBarWidth, area.bottom() - kMargin - rows * kSwatchRoom - height,
+                    kBarWidth, height);
     painter.fillRect(bar.adjusted(-1, -1, 1, 1), Qt::black);
     for (int row = 0; row < height; ++row) {
         const double value = scale.high - (scale.high - scale.low) * row / std::max(height - 1, 1);
@@ -90,10 +92,13 @@ void draw_legend(QPainter& painter, const QRect& area, const SurveyState& survey
     write_value(height, scale.low);
     const Quantity& shown = displayed_quantity(survey.display_settings);
     draw_outlined(painter, labels.translated(kBarWidth + 6, -18), flags, QLatin1String(shown.unit), ink);
-    const QRect swatch(bar.left(), bar.bottom() + 9, kBarWidth, 11);
-    painter.fillRect(swatch.adjusted(-1, -1, 1, 1), Qt::black);
-    painter.fillRect(swatch, QColor::fromRgb(scale.map->null_colour));
-    draw_outlined(painter, labels.translated(0, height + 22), flags, null_caption(shown), ink);
+    for (int row = 0; row < rows; ++row) {
+        const QRect swatch(bar.left(), bar.bottom() + 9 + row * kSwatchRoom, kBarWidth, 11);
+        painter.fillRect(swatch.adjusted(-1, -1, 1, 1), Qt::black);
+        painter.fillRect(swatch, QColor::fromRgb(row == 0 ? scale.map->null_colour : kOutOfLimits));
+        draw_outlined(painter, labels.translated(0, height + 22 + row * kSwatchRoom), flags,
+                      row == 0 ? null_caption(shown) : QCoreApplication::translate("Track", "out of limits"), ink);
+    }
 }
 
 // Where picks are crowded, the names that would cover others are left out; the current one's is always there.

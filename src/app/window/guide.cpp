@@ -49,6 +49,8 @@ void Guide::show()
                          " was expected in share/doc/tarvo/guide, where the package tarvo puts it");
     } else if (!open(QUrl::fromLocalFile(file))) {
         op_.show_message("No program was found that shows the guide. Its page is " + to_utf8(file));
+    } else { // whether the browser is there is not told
+        op_.show_note("The guide opens in the browser: " + to_utf8(file));
     }
 }
 

@@ -14,6 +14,7 @@
 #include "survey/displayed_quantity.h"
 #include "survey/layer_files.h"
 #include "survey/survey_readings.h"
+#include "tools/process_options.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -28,7 +29,7 @@
 
 namespace tarvo {
 
-MainWindow::MainWindow(SettingsStore& settings, Operator* op)
+MainWindow::MainWindow(SettingsStore& settings, Operator* op, const std::vector<std::string>& set)
     : settings_(settings), boxes_(this),
       op_(op != nullptr ? *op : boxes_, log_, [] { return QDateTime::currentSecsSinceEpoch(); }),
       run_view_(session_, view_, panels_), pick_view_(session_, view_, op_, panels_, *this),
@@ -45,7 +46,9 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
     boxes_.take_note = [this](const std::string& text) { panels_.hints->show_note(to_qt(text)); };
     boxes_.take_warnings = [this](const Warnings& warnings) { take_warnings(warnings); };
     op_.is_told = [this](const std::string& text) { return is_in_live_run() && panels_.live->op().has_told(text); };
+    settings_.on_fault = [this](const std::string& fault) { op_.show_note(fault); };
     read_settings(survey(), settings_);
+    for (const std::string& text : set) take_setting(text, survey());
 
     qApp->installEventFilter(&manners_);
     make_panels();
@@ -69,6 +72,7 @@ MainWindow::MainWindow(SettingsStore& settings, Operator* op)
 MainWindow::~MainWindow()
 {
     log_.changed = {}; // the panels go after the log
+    settings_.on_fault = {};
     // A text box that loses the keyboard while the window is taken apart would act on what is gone.
     if (QWidget* const box = focusWidget()) {
         const QSignalBlocker quiet(box);
@@ -185,14 +189,9 @@ void MainWindow::show_finished_run_hints()
     };
     panels_.hints->show_hint(QStringLiteral("averages"), to_qt(averaging_hint(survey().processing)),
                              correction(tr("Average every line"), &ProcessingParameters::CarryClosingSample));
-    const auto store_every_line = [this] {
-        session_.reload_after([this] {
-            survey().parameters.LoggingSampleRate = rate_of_lines(survey().processing);
-            survey().parameters.CarryClosingSample = true;
-        });
-    };
-    panels_.hints->show_hint(QStringLiteral("few_samples"), to_qt(few_samples_hint(survey().processing)),
-                             {tr("Store every line"), store_every_line});
+    panels_.hints->show_hint(
+        QStringLiteral("few_samples"), to_qt(few_samples_hint(survey().processing)),
+        {tr("Store every line"), [this] { session_.reload_after([this] { store_every_line(survey()); }); }});
     panels_.hints->show_hint(QStringLiteral("spacing"), to_qt(spacing_hint(survey())),
                              correction(tr("Count over positions"), &ProcessingParameters::SpacingOverFixes));
     panels_.hints->show_hint(QStringLiteral("far_picks"), to_qt(far_picks_hint(survey())));

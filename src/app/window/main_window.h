@@ -36,7 +36,8 @@ class MainWindow : public QMainWindow, private SessionDisplay {
 
 public:
     // settings must outlive the window. op: who is asked and told; null: message boxes over this window.
-    explicit MainWindow(SettingsStore& settings, Operator* op = nullptr);
+    // set: settings that count instead of those in the store, KEY=VALUE; throws UsageError for what is none.
+    explicit MainWindow(SettingsStore& settings, Operator* op = nullptr, const std::vector<std::string>& set = {});
     ~MainWindow() override;
 
     Session& session() { return session_; }

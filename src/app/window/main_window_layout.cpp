@@ -198,8 +198,8 @@ void MainWindow::make_strip()
     state->setSpacing(8);
     state->addWidget(panels_.header, 1);
     state->addWidget(panels_.run_strip, 3);
-    state->addWidget(panels_.live->status_label());
     state->addWidget(panels_.live->recording_label());
+    state->addWidget(panels_.live->status_label(), 1);
     auto* const strip = new QWidget;
     auto* const lines = new QVBoxLayout(strip);
     lines->setContentsMargins(4, 0, 0, 0);

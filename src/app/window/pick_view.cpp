@@ -174,7 +174,8 @@ void PickView::show_pick_controls(const PickControls& controls)
     const PickList& picks = session_.survey.picks;
     panels_.picks->set_file_name(to_qt(picks.pick_file_name));
     panels_.hints->show_hint(QStringLiteral("unsaved_picks"),
-                             picks.is_unsaved ? tr("The last changes of the picks are on no disk yet") : QString(),
+                             has_unsaved_changes(picks) ? tr("The last changes of the picks are on no disk yet")
+                                                        : QString(),
                              {tr("Write them"), [this] { session_.pick_work.menu_write_list(); }});
     show_leftover_file();
     QAction& undo = actions_->action("menu_undo_pick");

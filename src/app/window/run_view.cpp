@@ -54,6 +54,8 @@ void RunView::show_controls(const RunControls& controls)
     const RunFlags state = session_.driver.state();
     panels_.run_bar->show_controls(controls, state);
     panels_.header->set_locked(!controls.file_controls_enabled);
+    panels_.header->set_live(session_.driver.is_pipe_open());
+    panels_.run_strip->set_live(session_.driver.is_pipe_open());
     panels_.bars->set_locked(!controls.profile_controls_enabled);
     panels_.graphs->set_locked(!controls.profile_controls_enabled);
     panels_.picks->set_moving_locked(!controls.moving_anomalies_enabled);

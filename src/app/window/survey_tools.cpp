@@ -38,7 +38,7 @@ void SurveyTools::add_view_actions(WindowActions& actions, QMenu& menu)
 
 void SurveyTools::show_survey()
 {
-    if (lines_->isVisible()) lines_->show_lines(session_.survey.processing);
+    if (lines_->isVisible()) lines_->show_lines(session_.survey);
 }
 
 void SurveyTools::edit_base_station()
