@@ -168,6 +168,7 @@ std::vector<DipoleFit> fit_together(const std::vector<FitTask>& tasks, const Fit
     }
     share_backgrounds(fits);
     std::vector<double> altitudes;
+    altitudes.reserve(tasks.size());
     for (const FitTask& task : tasks) altitudes.push_back(task.ground.altitude);
     doubt_shared_places(fits, altitudes);
     for (std::size_t at = 0; at < tasks.size(); ++at) doubt_loose_place(fits[at], altitudes[at]);

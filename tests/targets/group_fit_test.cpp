@@ -30,16 +30,18 @@ TEST(GroupFit, NeighboursAreFittedTogether)
     }
 }
 
-TEST(GroupFit, DoubtsTwoPicksOfOneSource)
+TEST(GroupFit, DoubtsFitsWithinHalfAnAltitudeOfEachOther)
 {
-    const std::vector<Dipole> sources = {{{0, 0, -0.5}, {20, 0, -60}}, {{30, 0, -0.5}, {0, 20, -60}}};
-    const MadeUpLines lines{.across = {-6, 0, 6}, .sensors = 2};
-    std::vector<FitTask> tasks;
-    for (const GridVector& pick : {GridVector{0, 0, 0}, GridVector{1, 6, 0}, GridVector{30, 0, 0}})
-        tasks.push_back(task_over(sources, lines, pick));
-    const std::vector<DipoleFit> fits = fit_together(tasks, {});
-    EXPECT_TRUE(fits[0].is_doubtful() || fits[1].is_doubtful());
-    EXPECT_FALSE(fits[2].is_doubtful());
+    std::vector<DipoleFit> fits(4);
+    fits[1].dipole.place.east = 2.4;
+    fits[2].dipole.place.east = 5;
+    fits[3].refusal = "too few";
+    fits[3].dipole.place.east = 5;
+    doubt_shared_places(fits, {5, 5, 5, 5});
+    EXPECT_EQ(fits[0].doubts, std::vector<FitDoubt>{FitDoubt::shared_place});
+    EXPECT_EQ(fits[1].doubts, std::vector<FitDoubt>{FitDoubt::shared_place});
+    EXPECT_TRUE(fits[2].doubts.empty());
+    EXPECT_TRUE(fits[3].doubts.empty());
 }
 
 // The usual size is 1.4826 x the median of 1, 2, 3, 4 and 100; what a fit shows beyond it is its own.
