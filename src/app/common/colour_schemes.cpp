@@ -55,7 +55,7 @@ public:
 
     QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override
     {
-        const QIcon icon = QProxyStyle::standardIcon(which, option, widget);
+        QIcon icon = QProxyStyle::standardIcon(which, option, widget);
         if (!icon_colour_) return icon;
         QIcon toned;
         for (const QSize& size : icon.availableSizes()) toned.addPixmap(in_tones(icon.pixmap(size), *icon_colour_));
