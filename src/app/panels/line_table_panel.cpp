@@ -97,6 +97,13 @@ void LineTablePanel::show_lines(const SurveyState& survey)
 {
     model_->show_lines(line_summaries(survey.processing, survey.watch_settings));
     table_->resizeColumnsToContents();
+    for (int column = 0; column < model_->columnCount(); ++column) { // what nobody asked for takes no room
+        bool is_empty = model_->rowCount() > 0;
+        for (int row = 0; row < model_->rowCount() && is_empty; ++row) {
+            is_empty = model_->data(model_->index(row, column), Qt::DisplayRole).toString().isEmpty();
+        }
+        table_->setColumnHidden(column, is_empty);
+    }
 }
 
 void LineTablePanel::keyPressEvent(QKeyEvent* event)

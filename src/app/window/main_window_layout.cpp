@@ -112,18 +112,18 @@ void MainWindow::make_docks()
     const QDockWidget& lines = docks_.add({"DisplayLines",
                                            tr("Survey &lines"),
                                            &survey_tools_.line_table(),
-                                           {kBottom, 700, false},
-                                           {kBottom, 700, false}});
+                                           {kBottom, 700, false, true},
+                                           {kBottom, 700, false, true}});
     connect(&lines, &QDockWidget::visibilityChanged, &survey_tools_, &SurveyTools::show_survey);
     auto* const stack = new LineStackPanel(view_);
     stack->set_sensor_filter([this](int sensor) { return panels_.bars->is_sensor_shown(sensor); });
     connect(panels_.bars, &ColourBarPanel::shown_sensors_changed, stack, &LineStackPanel::refresh);
-    docks_.add({"DisplayLinesBeside", tr("Lines &beside"), stack, {kBottom, 700, false}, {kRight, 260, false}});
+    docks_.add({"DisplayLinesBeside", tr("Lines &beside"), stack, {kBottom, 700, false, true}, {kRight, 260, false}});
     docks_.add({"DisplayMessages",
                 tr("&Messages"),
                 new MessagePanel(log_, op_, this),
-                {kBottom, 400, false},
-                {kBottom, 400, false}});
+                {kBottom, 400, false, true},
+                {kBottom, 400, false, true}});
     // Comes up with the first layer.
     layers_.set_dock(
         docks_.add({"DisplayLayers", tr("Lay&ers"), layers_.make_panel(), {kLeft, 400, false}, {kLeft, 400, false}}));

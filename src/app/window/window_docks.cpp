@@ -44,6 +44,7 @@ void WindowDocks::add_actions(WindowActions& actions, QMenu& menu)
         action->setObjectName(QLatin1String("menu_show_") + QLatin1String(added.entry.name));
         action->setText(added.entry.title);
         menu.addAction(action);
+        QObject::connect(action, &QAction::triggered, added.dock, [dock = added.dock] { dock->raise(); });
         actions.note_need(*action, Needs::nothing);
     }
 }
@@ -62,12 +63,15 @@ void WindowDocks::arrange(ReadyLayout layout)
         added.dock->setFloating(false);
         window_.addDockWidget(area_of(place), added.dock);
         added.dock->setVisible(place.is_shown);
-        if (place.is_tab && !row.docks.isEmpty()) {
-            window_.tabifyDockWidget(row.docks.constLast(), added.dock);
-            row.docks.constLast()->raise();
+        QDockWidget* const first_tab = row.docks.isEmpty() ? row.hidden : row.docks.constLast();
+        if (place.is_tab && first_tab != nullptr) {
+            window_.tabifyDockWidget(first_tab, added.dock);
+            first_tab->raise();
         } else if (place.is_shown) {
             row.docks.append(added.dock);
             row.lengths.append(place.length);
+        } else {
+            row.hidden = added.dock;
         }
     }
     resize(left, Qt::Vertical, kSideWidth);

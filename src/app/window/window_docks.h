@@ -59,8 +59,9 @@ private:
 
     // The docks of one area that stand side by side.
     struct DockRow {
-        QList<QDockWidget*> docks;
-        QList<int> lengths; // pixels
+        QList<QDockWidget*> docks;     // that are shown
+        QList<int> lengths;            // pixels
+        QDockWidget* hidden = nullptr; // one that waits there for others to be its tabs
     };
     void resize(const DockRow& row, Qt::Orientation along, int thickness);
 
