@@ -74,7 +74,7 @@ TEST_F(WindowTest, PausedAndResumedReplayReadsEveryLineOnce)
 
 TEST_F(WindowTest, APausedReplayShowsAndMarksTheClickedPoint)
 {
-    window.open_file(write_survey(folder, "a", kManyLines));
+    window.open_file(write_survey(folder, "a", 4 * kManyLines));
     at_turn([this] { return window.survey().processing.store.RecordCount >= 300; }, [this] { click(kLoad); });
     click(kReplay);
     ASSERT_TRUE(run().run_paused);
