@@ -90,5 +90,33 @@ TEST(DisplayedQuantity, RangesAreTypedAdjustedAndFollowARun)
     EXPECT_EQ(shown_range(survey), (ValueRange{0, 1}));
 }
 
+TEST(DisplayedQuantity, ValuesBeyondTheirLimitsHaveAColourOfTheirOwn)
+{
+    struct Case {
+        const char* key;
+        bool has_ground; // a DEM of the data: the elevation is no altitude
+        double inside;
+        double outside;
+        bool is_limited;
+    };
+    const Case cases[] = {{"elevation", false, 20, 19.9, true},
+                          {"elevation", false, 40, 40.1, true},
+                          {"elevation", true, 30, 19.9, false},
+                          {"speed", false, 0, 3.1, true}, // open below
+                          {"total", false, 30, 19.9, false}};
+    for (const Case& c : cases) {
+        SurveyState survey = survey_of_slopes();
+        survey.watch_settings.altitude = {20, 40};
+        survey.watch_settings.speed.greatest = 3;
+        survey.processing.store.dem_from_column = c.has_ground;
+        ASSERT_EQ(choose_quantity(survey, c.key), "");
+        const ColourScale scale = shown_colours(survey);
+        EXPECT_EQ(scale.has_limits(), c.is_limited) << c.key;
+        EXPECT_NE(value_colour(c.inside, scale), kOutOfLimits) << c.key;
+        EXPECT_EQ(value_colour(c.outside, scale) == kOutOfLimits, c.is_limited) << c.key << ' ' << c.outside;
+        EXPECT_EQ(value_colour(kNull, scale), scale.map->null_colour) << c.key;
+    }
+}
+
 } // namespace
 } // namespace tarvo

@@ -18,6 +18,9 @@ void LineTableModel::show_lines(std::vector<LineSummary> lines)
 {
     beginResetModel();
     lines_ = std::move(lines);
+    texts_.clear();
+    texts_.reserve(lines_.size());
+    for (const LineSummary& line : lines_) texts_.push_back(line_table_texts(line));
     endResetModel();
 }
 
@@ -36,7 +39,7 @@ QVariant LineTableModel::data(const QModelIndex& index, int role) const
     if (!index.isValid()) return {};
     const LineSummary& line = lines_[static_cast<std::size_t>(index.row())];
     const auto column = static_cast<std::size_t>(index.column());
-    if (role == Qt::DisplayRole) return to_qt(line_table_texts(line)[column]);
+    if (role == Qt::DisplayRole) return to_qt(texts_[static_cast<std::size_t>(index.row())][column]);
     if (role == kSortRole) return line_table_values(line)[column];
     if (role == Qt::TextAlignmentRole) return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     return {};

@@ -28,6 +28,7 @@ public:
 
 private:
     std::vector<LineSummary> lines_;
+    std::vector<std::vector<std::string>> texts_; // by line and column
     std::vector<std::string> captions_ = line_table_captions();
 };
 
